@@ -1,0 +1,91 @@
+#!/usr/bin/env python3
+"""Prints the program's speed as ratios to the same work by ecCodes' tools, measured side by side in one run.
+
+Usage: compare.py BUILD_FOLDER DATA_FOLDER
+"""
+
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+ROUNDS = 7
+
+
+def run(command, folder):
+    """Seconds of one run, and its peak memory in MB."""
+    start = time.perf_counter()
+    process = subprocess.Popen(command, cwd=folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    seconds = time.perf_counter() - start
+    if status != 0:
+        sys.exit(f"bench: status {status} from: {' '.join(map(str, command))}")
+    return seconds, usage.ru_maxrss / 1024
+
+
+def best_of_both(ours, peer, folder):
+    """Least time of each of two commands, run in turns so that both meet the same machine."""
+    times = [(run(ours, folder)[0], run(peer, folder)[0]) for _ in range(ROUNDS)]
+    return min(t[0] for t in times), min(t[1] for t in times)
+
+
+def report(name, ours, peer, limit):
+    ratio = ours / peer
+    verdict = "ok" if ratio <= limit else "OVER"
+    print(f"{name:44s} {ours * 1000:9.1f} ms / {peer * 1000:9.1f} ms = {ratio:6.3f}  (at most {limit}) {verdict}")
+    return ratio <= limit
+
+
+def chart_a(program, source, root):
+    return [
+        program, "-fp", f"{root}/share/zav", "-me", "none", "-ft", "h120", "-le", "500", "-va", "hght", "-pl", "ln",
+        "-in", "60", "-pd", "ps:90:-100,45,-100,61,45,1.2", "-de", "p,z500.ps", source,
+    ]  # fmt: skip
+
+
+def search_growth(build, source, folder):
+    """Finding the last field of the file concatenated 10 and 100 times: time in proportion, memory below 64 MB."""
+    times = {}
+    peak = 0.0
+    content = source.read_bytes()
+    for copies in (10, 100):
+        joined = Path(folder) / "joined.grib2"
+        with joined.open("wb") as out:
+            for _ in range(copies):
+                out.write(content)
+        command = [build / "bench" / "last_field", joined]
+        times[copies] = min(run(command, folder)[0] for _ in range(3))
+        peak = max(peak, run(command, folder)[1])
+        joined.unlink()
+    growth = times[100] / times[10] / 10
+    verdict = "ok" if growth <= 1.5 and peak < 64 else "OVER"
+    print(f"{'last field, 100 copies over 10 times 10':44s} {times[100] * 1000:9.1f} ms / 10 x {times[10] * 1000:5.1f} ms "
+          f"= {growth:6.3f}, peak {peak:.1f} MB (below 64) {verdict}")  # fmt: skip
+    return verdict == "ok"
+
+
+def main():
+    build, data = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve()
+    root = Path(__file__).resolve().parent.parent
+    source = data / "gfs_2p5deg_f120.grib2"
+    if not source.exists():
+        sys.exit(f"bench: no {source}: name the folder of the real files, or set ZAV_TEST_DATA")
+    missing = [tool for tool in ("grib_ls", "grib_get") if shutil.which(tool) is None]
+    if missing:
+        sys.exit(f"bench: not installed: {' '.join(missing)}")
+    with tempfile.TemporaryDirectory() as folder:
+        chart = best_of_both(chart_a(build / "zavoria", source, root), ["grib_ls", source], folder)
+        decode = best_of_both(
+            [build / "bench" / "decode_all", source], ["grib_get", "-p", "min,max", source], folder
+        )
+        good = report("chart A, whole run / grib_ls", *chart, 0.25)
+        good &= report("decode every field / grib_get -p min,max", *decode, 0.33)
+        good &= search_growth(build, source, folder)
+    sys.exit(0 if good else 1)
+
+
+if __name__ == "__main__":
+    main()

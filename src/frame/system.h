@@ -1,0 +1,22 @@
+#pragma once
+
+namespace zav {
+
+/// Goes to the background: the parent process exits with 0, the child goes on, detached, with its standard streams on
+/// the null device. 1, or 0 if that can't be.
+int ZAV_back_proc();
+
+/// Ends the program. All its ends but the return of main go through here.
+[[noreturn]] void ZAV_exit(int status);
+
+/// Number of this process.
+int ZAV_get_pid();
+
+/// Sleeps and adds to the elapsed time. 0, or -1 for a time not above 0.
+int ZAV_sleep(float secs);
+/// Starts the stopwatch at 0.
+void ZAV_init_time();
+/// Seconds slept since then.
+float ZAV_elapse_time();
+
+}  // namespace zav

@@ -1,0 +1,114 @@
+// The domain line of the native formats.
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+#include "frame/string.h"
+#include "grid/grd_scan.h"
+#include "grid/grd_state.h"
+#include "map/maptran.h"
+#include "map/region.h"
+
+namespace zav {
+namespace {
+
+constexpr std::size_t WORD_LENGTH = 255;
+
+/// Centre, spacing and size, as far as they stand there.
+void read_numbers(std::FILE* file, Domain* domain) {
+    for (float* value : {&domain->clat, &domain->clon, &domain->dx, &domain->dy}) {
+        if (!scan_float(file, value)) return;
+    }
+    if (scan_int(file, &domain->nx)) scan_int(file, &domain->ny);
+}
+
+/// The oldest form: no keyword, one spacing.
+void read_oldest(std::FILE* file, const std::string& word, Domain* domain) {
+    domain->proj = PROJ_POLAR;
+    if (std::sscanf(word.c_str(), "%f", &domain->clat) != 1) return;
+    if (!scan_float(file, &domain->clon) || !scan_float(file, &domain->dx)) return;
+    domain->dy = domain->dx;
+    if (scan_int(file, &domain->nx)) scan_int(file, &domain->ny);
+}
+
+void read_lambert_parameters(const std::string& word, Domain* domain) {
+    if (word.size() < 4 || word[2] != ':') return;
+    const int found = std::sscanf(word.c_str() + 3, "%f:%f:%f:%f:%f", &domain->plat, &domain->plon, &domain->param[0],
+                                  &domain->param[1], &domain->param[2]);
+    if (found != 1) return;
+    domain->plon = domain->plat;
+    domain->plat = FMISS;
+}
+
+bool keyword(const std::string& word, const char* key) { return word.compare(0, std::strlen(key), key) == 0; }
+
+/// Numbers that aren't finite and sizes that no grid has count as unset.
+void discard_impossible(Domain* domain) {
+    for (float* value : {&domain->clat, &domain->plat, &domain->plon, &domain->param[0], &domain->param[1],
+                         &domain->param[2]}) {
+        if (!std::isfinite(*value)) *value = FMISS;
+    }
+    if (domain->nx < 1 || domain->ny < 1) {
+        domain->nx = MISS;
+        domain->ny = MISS;
+    }
+}
+
+}  // namespace
+
+void native_read_domain(std::FILE* file, int version, GRD_report* grd) {
+    std::string word;
+    if (!scan_word(file, word, WORD_LENGTH)) return;
+    if (word[0] == ':') {
+        grd->units = fit_text(word.substr(1), GRD_UNITS_SIZE);
+        if (!scan_word(file, word, WORD_LENGTH)) return;
+    }
+    Domain* domain = &grd->domain;
+    const bool latlon = keyword(word, "LL");
+    if (latlon || keyword(word, "PS")) {
+        domain->proj = latlon ? PROJ_LATLON : PROJ_POLAR;
+        if (word.size() > 3 && word[2] == ':') std::sscanf(word.c_str() + 3, "%f", &domain->plon);
+        read_numbers(file, domain);
+    } else if (keyword(word, "LC")) {
+        domain->proj = PROJ_LAMBERT;
+        read_lambert_parameters(word, domain);
+        read_numbers(file, domain);
+    } else if (keyword(word, "ME")) {
+        domain->proj = PROJ_MERCATOR;
+        read_numbers(file, domain);
+    } else {
+        read_oldest(file, word, domain);
+    }
+    if (version == 1 && domain->clon != FMISS) domain->clon = -domain->clon;
+    const bool has_pole = domain->proj == PROJ_LATLON || keyword(word, "PS");
+    if (has_pole && domain->plon == FMISS) domain->plon = domain->clon;
+    discard_impossible(domain);
+}
+
+std::string native_domain_line(const Domain& domain) {
+    std::string line;
+    const auto real = [](float value) { return static_cast<double>(value); };
+    switch (domain.proj) {
+        case PROJ_LATLON: line = "LL "; break;
+        case PROJ_MERCATOR: line = "ME "; break;
+        case PROJ_POLAR:
+            line = "PS ";
+            if (domain.plon != FMISS && domain.plon != domain.clon) line = text_format("PS:%f ", real(domain.plon));
+            break;
+        case PROJ_LAMBERT:
+            line = "LC ";
+            if (domain.param[0] != FMISS) {
+                line = text_format("LC:%f:%f:%f:%f:%f ", real(domain.plat), real(domain.plon), real(domain.param[0]),
+                                   real(domain.param[1]), real(domain.param[2]));
+            } else if (domain.plon != FMISS) {
+                line = text_format("LC:%f ", real(domain.plon));
+            }
+            break;
+        default: break;
+    }
+    return line + text_format("%f %f %f %f %d %d\n", real(domain.clat), real(domain.clon), real(domain.dx),
+                              real(domain.dy), domain.nx, domain.ny);
+}
+
+}  // namespace zav

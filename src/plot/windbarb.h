@@ -1,0 +1,18 @@
+#pragma once
+
+namespace zav {
+
+// Wind symbols at (x, y) in plot units of the current transformation. `dir` is where the wind comes from, in degrees
+// clockwise from north. 0, or -1 when nothing is drawn.
+
+/// Barb with a staff from `offset` to `size`; `spd` in the unit of the feathers.
+int WIND_barb(float x, float y, float dir, float spd, float size, float offset);
+/// The same with a direction relative to true north.
+int WIND_barb_map(float x, float y, float dir, float spd, float size, float offset);
+/// Arrow of length `size` * `spd`; `arrow` scales the head, 0 for none.
+int WIND_vect(float x, float y, float dir, float spd, float size, float arrow);
+int WIND_vect_map(float x, float y, float dir, float spd, float size, float arrow);
+/// Track of length `spd` with `maj` ticks; `min` has no effect.
+int WIND_track(float x, float y, float dir, float spd, float arrow, int maj, int min);
+
+}  // namespace zav

@@ -1,0 +1,223 @@
+#include <cstdlib>
+#include <vector>
+
+#include "frame/resrc.h"
+#include "frame/string.h"
+#include "var/var_state.h"
+
+namespace zav {
+namespace {
+
+int label_type = 0;  // style while no plot layer holds one
+
+constexpr int LABEL_MINIMAL = -2;  // time and level left out, abbreviations for names
+constexpr int LABEL_SIMPLE = -1;   // abbreviations for names
+constexpr int LABEL_NORMAL = 0;    // long names
+constexpr int LABEL_COMPLETE = 1;  // and the format text
+
+struct style_word {
+    const char* word;  // its first four letters count
+    int type;
+};
+constexpr style_word STYLES[] = {
+    {"labmin", LABEL_MINIMAL}, {"labsimp", LABEL_SIMPLE}, {"labnorm", LABEL_NORMAL}, {"labcomp", LABEL_COMPLETE}};
+
+struct kind_text {
+    int kind;
+    const char* text;
+};
+constexpr kind_text KINDS[] = {{2, "rng "},  {3, "avg "},   {4, "acc "},   {5, "dif "}, {6, "max "},
+                               {7, "min "},  {13, "iavg "}, {23, "uavg "}, {18, "var "}};
+
+/// Level types whose label is a fixed text.
+struct level_text {
+    int ltype;
+    const char* text;
+};
+constexpr level_text LEVEL_TEXTS[] = {
+    {0, ""},
+    {2, "Cloud base"},
+    {3, "Cloud top"},
+    {4, "Frz level"},
+    {5, "LCL"},
+    {6, "Max wind"},
+    {7, "Tropopause"},
+    {8, "Top"},
+    {9, ""},
+    {10, ""},
+    {102, "Sea level"},
+    {200, "Whole atms"},
+    {204, "Top frz level"},
+    {206, "Grid cld bot lvl"},
+    {207, "Grid cld top lvl"},
+    {209, "Bound lyr cld bot"},
+    {210, "Bound lyr cld top"},
+    {211, "Bound lyr cld lyr"},
+    {212, "Low cld bot lvl"},
+    {213, "Low cld top lvl"},
+    {214, "Low cld lyr"},
+    {215, "Cld ceiling"},
+    {222, "Mid cld bot lvl"},
+    {223, "Mid cld top lvl"},
+    {224, "Mid cld lyr"},
+    {232, "High cld bot lvl"},
+    {233, "High cld top lvl"},
+    {234, "High cld lyr"},
+    {242, "Conv cld bot lvl"},
+    {243, "Conv cld top lvl"},
+    {244, "Conv cld lyr"},
+    {245, "Wet bulb zero lvl"},
+    {246, "Max eq pot temp lvl"},
+    {247, "Equilibrium lvl"},
+    {248, "Shal Conv cld bot lvl"},
+    {249, "Shal Conv cld top lvl"},
+    {251, "Deep Conv cld bot lvl"},
+    {252, "Deep Conv cld top lvl"},
+    {253, "Supercool liq wat bot"},
+    {254, "Supercool liq wat top"},
+};
+
+/// Bottom values of a pressure layer that name no pressure.
+constexpr int BOTTOM_SURFACE = 1900;
+constexpr int BOTTOM_TROPOPAUSE = 1950;
+constexpr int BOTTOM_NUMBERED = 2000;
+constexpr int BOTTOM_NUMBERED_FIRST = 2001;
+/// First number of a height layer above the tropopause.
+constexpr int ABOVE_TROPOPAUSE = 99500;
+
+std::string pressure_layer(int level) {
+    switch (level) {
+        case 510:
+            return "1000-500 mb";
+        case 508:
+            return "850-500 mb";
+        case 599:
+            return "SFC-500 mb";
+        default:
+            break;
+    }
+    if (level < 1001) return "";
+    const int high = 10 * (level / 1000);
+    const int low = 10 * (level % 1000);
+    if (low == BOTTOM_SURFACE || low == BOTTOM_NUMBERED) return text_format("sfc-%d mb", high);
+    if (low == BOTTOM_TROPOPAUSE) return text_format("trop-%d mb", high);
+    if (low < BOTTOM_NUMBERED_FIRST) return text_format("%d-%d mb", low, high);
+    return text_format("sfc[%d]-%d mb", low - BOTTOM_NUMBERED, high);
+}
+
+std::string height_layer(int level) {
+    const int high = 100 * (level / 1000);
+    const int low = 100 * (level % 1000);
+    return low == ABOVE_TROPOPAUSE ? text_format("trop+%d m", high) : text_format("%d-%d m", low, high);
+}
+
+std::string surface(int level) {
+    if (level == 0) return "Surface";
+    return text_format("Surface[%d]", level > BOTTOM_NUMBERED ? level - BOTTOM_NUMBERED : level);
+}
+
+/// Text of a level whose number counts; false for a level type that isn't one of them.
+bool numbered_level(int ltype, int level, std::string& text) {
+    const int high = level / 1000;
+    const int low = level % 1000;
+    switch (ltype) {
+        case 1: text = surface(level); return true;
+        case 100: text = text_format("%d mb", level); return true;
+        case 101: text = pressure_layer(level); return true;
+        case 103: text = text_format("%d m", level); return true;
+        case 104: text = height_layer(level); return true;
+        case 105: text = text_format("%d m AG", level); return true;
+        case 106: text = text_format("%d-%d m AG", 100 * low, 100 * high); return true;
+        case 107: text = text_format("%3.2f sigma", level / 10000.0); return true;
+        case 108: text = text_format("%3.2f-%3.2f sigma", low / 100.0, high / 100.0); return true;
+        case 109: text = text_format("%d lev", level); return true;
+        case 111: text = text_format("%d cm BG", level); return true;
+        case 112: text = text_format("%d-%d cm BG", low, high); return true;
+        case 113: text = text_format("%d K", level); return true;
+        case 114: text = text_format("%3.0f-%3.0f K", static_cast<double>(low), static_cast<double>(high)); return true;
+        case 115: text = text_format("%d mb AG", level); return true;
+        case 116: text = text_format("%d-%d mb AG", low, high); return true;
+        case 117: text = text_format("%d*10^-6 Km2/kgs", level); return true;
+        case 119: text = text_format("%3.2f Eta", level / 10000.0); return true;
+        case 120: text = text_format("%3.2f-%3.2f Eta", low / 100.0, high / 100.0); return true;
+        default: return false;
+    }
+}
+
+std::string level_label(int ltype, int level) {
+    std::string text;
+    if (numbered_level(ltype, level, text)) return text;
+    for (const level_text& row : LEVEL_TEXTS) {
+        if (row.ltype == ltype) return row.text;
+    }
+    if (ltype > 0) MESS_print(192, "VAR_make_datatype: no ltype: %d\n", ltype);
+    return "";
+}
+
+/// Length and kind of a range; nothing for a single time.
+std::string time_label(int time) {
+    const int kind = time / 1000000;
+    const int begin = time / 1000 % 1000;
+    const int end = time % 1000;
+    if (kind <= 1) return "";
+    const int span = kind <= 9 ? std::abs(end - begin) : end;
+    std::string text = end > 899 ? text_format("%d month ", span)
+                                 : (end < 800 ? text_format("%d hour ", span) : text_format("%d day ", span));
+    for (const kind_text& row : KINDS) {
+        if (row.kind == kind) text += row.text;
+    }
+    return text;
+}
+
+/// Time and level with a blank behind, as far as the label style wants them.
+std::string label_start(int time, int ltype, int level) {
+    const int style = VAR_label_type();
+    if (style < LABEL_SIMPLE || style > LABEL_COMPLETE) return "";
+    std::string text = VAR_make_datalevel(time, ltype, level);
+    if (!text.empty()) text += " ";
+    return text;
+}
+
+}  // namespace
+
+int VAR_label_type() { return VAR_hooks().get_label_type != nullptr ? VAR_hooks().get_label_type() : label_type; }
+
+std::string VAR_make_datalevel(int time, int ltype, int level) { return time_label(time) + level_label(ltype, level); }
+
+std::string VAR_make_datatype(int time, int ltype, int level, int variable, const std::string& units) {
+    return label_start(time, ltype, level) + VAR_str(variable, units);
+}
+
+std::string VAR_make_var_form_datatype(int ind) { return VAR_make_vardata_form_datatype(VAR_get_var(ind)); }
+
+std::string VAR_make_vardata_form_datatype(const VAR_data* var) {
+    if (var == nullptr) return "";
+    std::string text = VAR_make_datatype(var->time, var->ltype, var->level, var->var[0], var->units);
+    if (!var->format.empty() && VAR_label_type() >= LABEL_COMPLETE) text += " - " + var->format;
+    return text;
+}
+
+std::string VAR_make_devtype(int time, int ltype, int level, const std::string& variable, const std::string& units) {
+    return label_start(time, ltype, level) + variable + " (" + units + ")";
+}
+
+void VAR_param_decode() {
+    constexpr int LETTERS = 4;
+    std::vector<std::string> words;
+    RES_getvals("plot_param", words);
+    for (const std::string& word : words) {
+        for (const style_word& row : STYLES) {
+            if (strnicmp(word.c_str(), row.word, LETTERS) != 0) continue;
+            label_type = row.type;
+            if (VAR_hooks().set_label_type != nullptr) VAR_hooks().set_label_type(row.type);
+        }
+    }
+}
+
+void VAR_print_info(M_type lev, const VAR_data* data) {
+    if (data == nullptr) return;
+    const std::string text = VAR_make_datatype(data->time, data->ltype, data->level, data->var[0], data->units);
+    MESS_print(lev, "%s\n", text.c_str());
+}
+
+}  // namespace zav

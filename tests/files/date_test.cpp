@@ -1,0 +1,190 @@
+#include "files/date.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace zav {
+namespace {
+
+Date make_date(int year, int month, int day, int hour = MISS, int min = MISS, int sec = MISS) {
+    Date date;
+    date.year = year;
+    date.month = month;
+    date.day = day;
+    date.hour = hour;
+    date.min = min;
+    date.sec = sec;
+    return date;
+}
+
+std::string label(const Date& date) {
+    std::string text;
+    EXPECT_EQ(DATE_make_label(&date, text), 0);
+    return text;
+}
+
+TEST(Seconds, AgreeWithTheSystemCalendarFrom1901To2099) {
+    for (long secs = -2177452800L; secs < 4102444800L; secs += 86400L * 17 + 3671) {
+        const std::time_t time = secs;
+        std::tm parts{};
+        ASSERT_NE(gmtime_r(&time, &parts), nullptr);
+        Date date =
+            make_date(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+        ASSERT_EQ(DATE_num_sec(&date), secs);
+        ASSERT_EQ(DATE_num_sec_tm(&parts), secs);
+        Date back;
+        DATE_get_gmdate(&secs, &back);
+        ASSERT_EQ(back.year * 1000 + back.jday, (parts.tm_year + 1900) * 1000 + parts.tm_yday + 1);
+        ASSERT_EQ(back.wday, parts.tm_wday);
+        int month = 0, day = 0, julian = 0;
+        DATE_julian_monday(back.year, back.jday, &month, &day);
+        ASSERT_EQ(month * 100 + day, back.month * 100 + back.day);
+        DATE_monday_julian(back.year, month, day, &julian);
+        ASSERT_EQ(julian, back.jday);
+    }
+}
+
+TEST(Seconds, MakeTheDateValidInPlace) {
+    struct Case {
+        int given, year;
+    };
+    for (const Case& c : {Case{98, 1998}, Case{5, 2005}, Case{MISS, 1980}, Case{150, 2050}, Case{49, 2049}}) {
+        Date date = make_date(c.given, 13, 32, 24, 60, 60);
+        DATE_num_sec(&date);
+        EXPECT_EQ(date.year, c.year);
+        EXPECT_EQ(date.month, 1);
+        EXPECT_EQ(date.day, 1);
+        EXPECT_EQ(date.hour + date.min + date.sec, 0);
+    }
+    Date zero = make_date(1998, 3, 0, 0), last = make_date(1998, 2, 28, 0);
+    EXPECT_EQ(DATE_num_sec(&zero), DATE_num_sec(&last));
+}
+
+TEST(MonthName, IsReadInOneCaseOnly) {
+    for (int month = 1; month <= 12; month++) {
+        EXPECT_EQ(DATE_decode_month(DATE_month(month)), month);
+        EXPECT_EQ(DATE_decode_month(DATE_month_lower(month)), month);
+    }
+    for (const char* text : {"Jan", "mAR", "", "J", "MA", "XYZ", "A1R", "jUN"})
+        EXPECT_EQ(DATE_decode_month(text), 0) << text;
+    EXPECT_STREQ(DATE_month(0), "");
+    EXPECT_STREQ(DATE_month_lower(13), "");
+}
+
+TEST(Label, FollowsWhatIsKnown) {
+    EXPECT_EQ(label(make_date(1998, 3, 15, 12, 0)), "1200Z 15 MAR 98");
+    EXPECT_EQ(label(make_date(1998, 3, 15, 12)), "12Z 15 MAR 98");
+    EXPECT_EQ(label(make_date(2003, 3, 5)), " 5 MAR 03");
+    EXPECT_EQ(label(make_date(1998, 3, MISS)), "MAR 98");
+    EXPECT_EQ(label(make_date(1998, MISS, MISS)), "98");
+    EXPECT_EQ(label(make_date(-5, 0, 40, 30, 70)), "0000Z  1 JAN 80");
+}
+
+TEST(Label, IsReadBackAlsoBehindOtherText) {
+    struct Case {
+        const char* text;
+        int hour, min, sec;
+    };
+    const Case cases[] = {{"12Z 15 MAR 98", 12, MISS, MISS},
+                          {"1230Z 15 MAR 98", 12, 30, MISS},
+                          {"24 hour NGM valid 1230Z 15 MAR 98", 12, 30, MISS},
+                          {"x  930Z 15 MAR 98", 9, 30, MISS},
+                          {"made 01:02:03Z 15 MAR 98", 1, 2, 3},
+                          {"NGM analysis for 00Z 15 MAR 98", 0, MISS, MISS}};
+    for (const Case& c : cases) {
+        Date date;
+        DATE_decode_label(c.text, &date);
+        EXPECT_EQ(date.year, 1998) << c.text;
+        EXPECT_EQ(date.month, 3) << c.text;
+        EXPECT_EQ(date.day, 15) << c.text;
+        EXPECT_EQ(date.hour, c.hour) << c.text;
+        EXPECT_EQ(date.min, c.min) << c.text;
+        EXPECT_EQ(date.sec, c.sec) << c.text;
+    }
+    for (const char* bad : {"", "Z", "12Z", "15 MAR 98", "12 15 MAR 98 no date here", "98 03 15 12"}) {
+        Date date = make_date(1, 1, 1, 1, 1, 1);
+        DATE_decode_label(bad, &date);
+        EXPECT_EQ(date.year, MISS) << bad;
+        EXPECT_EQ(date.hour, MISS) << bad;
+    }
+}
+
+TEST(Label, TellsForecastHoursAsTimeSpans) {
+    struct Case {
+        int fhour, flag;
+        const char* text;
+    };
+    const Case cases[] = {{12, 0, "12 hour"}, {12, 1, "0.5 day"},  {60, 0, "60 hour"}, {60, 1, "2.5 day"},
+                          {84, 0, "3.5 day"}, {72, 0, "3 day"},    {75, 0, "75 hour"}, {18, 1, "18 hour"},
+                          {812, 0, "12 day"}, {903, 0, "3 month"}, {0, 1, ""},         {MISS, 0, ""}};
+    for (const Case& c : cases) {
+        std::string text;
+        EXPECT_EQ(DATE_fhour_label(text, c.fhour, c.flag), c.text) << c.fhour << " " << c.flag;
+    }
+}
+
+TEST(Label, NamesForecastModelAndValidTime) {
+    DATE_set_model_lookup([](int model) { return model == 7002 ? std::string("NGM") : std::string(); });
+    struct Case {
+        int fhour, model, hour;
+        const char* text;
+        const char* valid;
+    };
+    const Case cases[] = {{12, 7002, 0, "12 hour NGM valid 12Z SUN 15 MAR 98", "12Z SUN 15 MAR 98"},
+                          {36, 7002, 6, "36 hour NGM valid 18Z MON 16 MAR 98", "18Z MON 16 MAR 98"},
+                          {36, 7002, MISS, "1.5 day NGM valid MON 16 MAR 98", "MON 16 MAR 98"},
+                          {0, 7002, 6, "NGM analysis for 0600Z 15 MAR 98", "6Z SUN 15 MAR 98"},
+                          {MISS, 1, 6, "Analysis for 0600Z 15 MAR 98", "6Z SUN 15 MAR 98"},
+                          {6, 1, 6, "6 hour  valid 12Z SUN 15 MAR 98", "12Z SUN 15 MAR 98"},
+                          {4012024, 7002, 0, "24 hour NGM valid 0Z MON 16 MAR 98", "0Z MON 16 MAR 98"},
+                          {6006000, 7002, 0, "6 hour NGM analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"},
+                          {6006000, 1, 0, "6 hour Analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"}};
+    for (const Case& c : cases) {
+        const Date date = make_date(1998, 3, 15, c.hour, c.hour == MISS ? MISS : 0);
+        std::string text = "old";
+        DATE_make_label_for_time(c.fhour, c.model, &date, text);
+        EXPECT_EQ(text, c.text);
+        DATE_make_label_valid_time(c.fhour, &date, text);
+        EXPECT_EQ(text, c.valid) << c.fhour;
+    }
+
+    std::string text;
+    EXPECT_EQ(DATE_make_label_for(12, 7002, 889920000L, text), 0);  // 1998-03-15 00Z
+    EXPECT_EQ(text, "12 hour NGM valid 12Z SUN 15 MAR 98");
+    EXPECT_EQ(DATE_make_label_for(0, 7002, 889920000L, text), 0);
+    EXPECT_EQ(text, "NGM analysis for 00Z 15 MAR 98");
+    EXPECT_EQ(DATE_make_label_for(6006000, 7002, 889920000L, text), 0);
+    EXPECT_EQ(text, "6 hour NGM analysis valid 00Z 15 MAR 98");
+    EXPECT_EQ(DATE_make_label_for(0, 7002, 0, text), -1);
+    EXPECT_EQ(text, "NGM analysis");
+    EXPECT_EQ(DATE_make_label_for(24, 7002, 0, text), -1);
+    EXPECT_EQ(text, "24 hour NGM");
+}
+
+// Last: the zone and its clock stay for the run.
+TEST(TimeZone, MovesLabels) {
+    struct Case {
+        const char* zone;
+        int hour;
+        const char* text;
+    };
+    const Case cases[] = {{"EST:-5", 3, "2200 EST 14 MAR 98"},
+                          {"+CET:1", 12, "1:00 PM CET 15 MAR 98"},
+                          {"+UT:0", 0, "12:00 AM UT 15 MAR 98"},
+                          {"-NST:-3.5", 16, "12:30 PM NST [1600Z] 15 MAR 98"}};
+    for (const Case& c : cases) {
+        DATE_set_TZ(c.zone);
+        EXPECT_EQ(label(make_date(1998, 3, 15, c.hour, 0)), c.text) << c.zone;
+    }
+    EXPECT_EQ(label(make_date(1998, 3, 15)), "15 MAR 98");
+    for (const char* bad : {"", "XX", "XX:", "XX:nan", "XX:1e30", ":5"}) {
+        DATE_set_TZ(bad);
+        EXPECT_EQ(DATE_get_tz_off(), -12600) << bad;
+        EXPECT_EQ(DATE_get_tz_str(), " NST") << bad;
+    }
+}
+
+}  // namespace
+}  // namespace zav
