@@ -1,8 +1,7 @@
 #include "files/files.h"
 
-#include <cctype>
-#include <cstdio>
-#include <utility>
+#include <string>
+#include <vector>
 
 #include "files/files_state.h"
 #include "files/lookup_lines.h"
@@ -31,6 +30,7 @@ struct State {
     NamingState naming;
     SavedConvention saved;
     LookupLines conventions;
+    bool named = false;  // a convention was chosen before
 };
 State state;
 
@@ -105,6 +105,8 @@ NamingState& naming() { return state.naming; }
 
 int FILE_set_name(const std::string& type) {
     NamingState& names = state.naming;
+    if (!state.named) names.keys.fill({});
+    state.named = true;
     names.filename.clear();
     names.odd_name.clear();
     if (stricmp(type, "none") == 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "files/date.h"
@@ -13,7 +14,8 @@ constexpr std::size_t FILE_NAME_SIZE = 160;
 // Naming convention: the template that file names are made from
 
 /// Selects the convention of a kind of file, from the name convention file, or "@template", or "none". Text behind a
-/// colon sets keys: "kind:v=temp". 1 when a line or an "@" form matched, else 0: the kind is then the template itself.
+/// colon sets keys: "kind:v=temp". The first call empties all keys. 1 when a line or an "@" form matched, else 0: the
+/// kind is then the template itself.
 int FILE_set_name(const std::string& type);
 /// Key of a character in templates: at most 29 characters, blanks turned into "_".
 void FILE_set_key(char key, const std::string& str);
@@ -119,7 +121,7 @@ int FILE_overwrite(const std::string& filename, int flag);
 void FILE_first(const Date* datim);
 /// The next name. 1, or 0 at the end.
 int FILE_get_next(std::string& file);
-/// The name one step after or before the current one. 1, or 0 where there is none.
+/// The name one step after or before the current one. Result 1.
 int FILE_next_file(std::string& file);
 int FILE_prev_file(std::string& file);
 /// Length of the sequence, or the number of given names less one.

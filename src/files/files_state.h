@@ -67,7 +67,7 @@ Period forced_period(char code, int field);
 /// Reads up to five groups of digits, YYYYMMDDHHNN, from `at` on. Complete groups only. `at` moves behind them.
 int read_date_groups(const std::string& text, std::size_t& at, Date& date);
 
-/// Copies the five fields of file names.
+/// The five fields that file names hold: year to minute.
 void clear_file_fields(Date& date);
 bool same_file_fields(const Date& a, const Date& b);
 

@@ -7,7 +7,7 @@
 namespace zav {
 namespace {
 
-/// Seconds that the window has for the answer to a query.
+/// Seconds that the window has for the first line of its answer to a query.
 constexpr int ANSWER_TIME = 100;
 constexpr int WINDOW_STOPPED = -3;
 
@@ -44,7 +44,6 @@ void LoopWindow::ask(const std::vector<RES_defobj>& rows) {
         MQ_put(queue_, connection_, "set res %s %s", name.c_str(), value);
         ++outstanding;
     }
-    MQ_ignore_alarm();
     for (; outstanding > 0; --outstanding) await_reply();
 }
 
@@ -52,16 +51,15 @@ void LoopWindow::ask(const std::vector<RES_defobj>& rows) {
 bool LoopWindow::take_reply(int row, const RES_defobj& def) {
     bool found = false;
     std::string line;
-    int flag = 0;
-    MQ_alarm(ANSWER_TIME);
-    while ((flag = MQ_get(queue_, connection_, line)) == 0) {
-        MQ_alarm(0);
+    const int usual = MQ_timeout(ANSWER_TIME);
+    int flag = MQ_get(queue_, connection_, line);
+    MQ_timeout(usual);
+    for (; flag == 0; flag = MQ_get(queue_, connection_, line)) {
         if (!holds_value(line)) continue;
         line.pop_back();
         RES_new(row, def.def, line.c_str(), def.cvt);
         found = true;
     }
-    MQ_alarm(0);
     if (flag == WINDOW_STOPPED) MESS_print(MESS_WARN, "ZAVloop not running!\n");
     return found;
 }

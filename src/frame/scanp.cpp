@@ -173,7 +173,7 @@ std::optional<Field> match(const Conversion& conv, std::string_view text) {
     const std::string_view part = text.substr(0, static_cast<std::size_t>(limit));
     const std::optional<Field> field = is_number(conv.kind) ? match_number(conv, part) : match_text(conv, part);
     const bool exact = conv.width > 0 && !conv.at_most;
-    if (field && exact && field->taken < limit) return std::nullopt;
+    if (field && exact && field->taken < conv.width) return std::nullopt;
     return field;
 }
 

@@ -37,7 +37,8 @@ int ZAV_back_proc() {
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child < 0) return 0;
-    if (child > 0) ZAV_exit(0);
+    // Without the clean-up of an exit, which would move the positions of files and wait for pipes that the child uses.
+    if (child > 0) _exit(0);
 
     std::signal(SIGINT, SIG_DFL);
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(descriptor);

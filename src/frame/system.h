@@ -6,7 +6,7 @@ namespace zav {
 /// the null device. 1, or 0 if that can't be.
 int ZAV_back_proc();
 
-/// Ends the program. All its ends but the return of main go through here.
+/// Ends the program. All its ends go through here but the return of main and the parent of a background process.
 [[noreturn]] void ZAV_exit(int status);
 
 /// Number of this process.

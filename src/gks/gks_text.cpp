@@ -25,7 +25,7 @@ constexpr float CAP_HEIGHT = GFONT_CAP - GFONT_BASE;
 
 /// Sends the strokes of characters to the workstation in force.
 class Stroke_pen {
-public:
+  public:
     explicit Stroke_pen(int type) : ps_(gtype_is_PS(type)), hpgl_(gtype_is_HPGL(type)), x11_(gtype_is_WIN_PIX(type)) {}
 
     void begin() {
@@ -55,7 +55,7 @@ public:
         if (hpgl_) ghpgl_printf("\n");
     }
 
-private:
+  private:
     void flush() {
         if (x11_) gx11_lines(Gx_context::text, num_, points_.data());
         if (ps_) gps_printf("stroke\nnp\n");
@@ -101,8 +101,8 @@ int string_length(const Gtext_state& text, const std::string& str) {
     for (std::size_t i = 0; i + 1 < str.size(); ++i) {
         length = gtruncate(static_cast<float>(length) + advance(text, char_width(text, str[i])));
     }
-    const float last = text.char_space > 0.0F ? 100.0F * text.char_space
-                                              : static_cast<float>(char_width(text, str.back()));
+    const float last =
+        text.char_space > 0.0F ? 100.0F * text.char_space : static_cast<float>(char_width(text, str.back()));
     length = gtruncate(static_cast<float>(length) + last);
     return gtruncate(text.expan * static_cast<float>(length));
 }
@@ -115,11 +115,16 @@ int horizontal_offset(const Gtext_state& text, const std::string& str) {
 
 int vertical_offset(int align) {
     switch (align) {
-        case GTOP_VERT: return -GFONT_TOP;
-        case GCAP_VERT: return -GFONT_CAP;
-        case GHALF_VERT: return -GFONT_HALF;
-        case GBOTTOM_VERT: return 0;
-        default: return -GFONT_BASE;
+        case GTOP_VERT:
+            return -GFONT_TOP;
+        case GCAP_VERT:
+            return -GFONT_CAP;
+        case GHALF_VERT:
+            return -GFONT_HALF;
+        case GBOTTOM_VERT:
+            return 0;
+        default:
+            return -GFONT_BASE;
     }
 }
 

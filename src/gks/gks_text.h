@@ -26,8 +26,8 @@ enum Gtext_prec : int { GSTRING_PREC = 0, GCHAR_PREC = 1, GSTROKE_PREC = 2 };
 enum Gtext_path : int { GPATH_RIGHT = 0, GPATH_LEFT = 1, GPATH_UP = 2, GPATH_DOWN = 3 };
 
 struct Gtext_align {
-    Gint hor = GNORMAL_HOR;   ///< a Gtext_hor
-    Gint vert = GNORMAL_VERT; ///< a Gtext_ver
+    Gint hor = GNORMAL_HOR;    ///< a Gtext_hor
+    Gint vert = GNORMAL_VERT;  ///< a Gtext_ver
 };
 
 struct Gfontprec {

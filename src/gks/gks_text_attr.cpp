@@ -39,13 +39,14 @@ int set_number(const char* func, float& stored, float value, const char* message
 Gtext_state& gtext_state() { return state; }
 
 int greset_text() {
-    // The font stays loaded, and so does the list it came from.
-    Gtext_state fresh;
-    fresh.font = state.font;
-    fresh.font_type = state.font_type;
-    fresh.drop_shadow = state.drop_shadow;
-    fresh.drop_color = state.drop_color;
-    state = fresh;
+    // The font in memory goes with its number, and the shadow is a setting of the run, made before a workstation opens.
+    const Gtext_state before = state;
+    state = Gtext_state{};
+    state.font = before.font;
+    state.font_type = before.font_type;
+    state.drop_shadow = before.drop_shadow;
+    state.drop_color = before.drop_color;
+    if (before.font_ind != state.font_ind) gload_font(state.font_ind);
     return 0;
 }
 

@@ -48,7 +48,7 @@ State state;
 
 /// Numbers and words of a font file.
 class Font_reader {
-public:
+  public:
     explicit Font_reader(std::string_view text) : text_(text) {}
 
     /// The next number; false if something else or nothing follows. Numbers beyond the range of a font file's index
@@ -74,7 +74,7 @@ public:
         while (pos_ < text_.size() && !blank(text_[pos_])) ++pos_;
     }
 
-private:
+  private:
     static constexpr int OUT_OF_RANGE = 1000000;
     static bool blank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
     void skip_blanks() {

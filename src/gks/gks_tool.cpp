@@ -111,10 +111,9 @@ int GPH_reset(Gint* ws_id, Gws_type* ws_type, float asp_ratio, Glim* offset) {
 int GPH_panel(Gint*, Gws_type*, float asp_ratio, Glim* offset) {
     const float sizex = state.sizex;
     const float sizey = state.sizey;
-    const Glim limits{state.xvp * (offset->x_min * sizex + state.offx),
-                      state.xvp * (sizex + state.offx - sizex * offset->x_max),
-                      state.yvp * (offset->y_min * sizey + state.offy),
-                      state.yvp * (sizey + state.offy - sizey * offset->y_max)};
+    const Glim limits{
+        state.xvp * (offset->x_min * sizex + state.offx), state.xvp * (sizex + state.offx - sizex * offset->x_max),
+        state.yvp * (offset->y_min * sizey + state.offy), state.yvp * (sizey + state.offy - sizey * offset->y_max)};
     Gaspect aspect{asp_ratio, 1.0F};
     if (asp_ratio == 0.0F) aspect = {sizex * state.xvp, sizey * state.yvp};
     gset_aspect(&limits, offset, aspect, {2, 2});

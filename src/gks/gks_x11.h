@@ -87,6 +87,15 @@ void gx11_init_context(Gx_context context, int type);
 /// Line width 0, solid lines and bevel joins in all four contexts, at the end of an open.
 void gx11_init_contexts_done();
 
+/// Pixel for a colour; `pixel` is the one that its index has, -1 for none.
+int gx11_alloc_color(int pixel, float red, float grn, float blu);
+
+/// An index has another colour: the contexts that use it take its pixel.
+void gx11_color_changed(int index);
+
+/// Settles the background, by the resource or `name`, and clears the window with it.
+void gx11_init_background(const std::string& name);
+
 /// Frees the pattern pixmaps.
 void gx11_delete_patterns();
 

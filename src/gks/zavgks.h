@@ -13,8 +13,8 @@ namespace zav {
 
 /// The colour table of the plot layers. Without its calls no colours are handed to the workstation.
 struct GPH_color_table {
-    int (*read)(const char* filename) = nullptr;                             ///< loads the table
-    int (*get_num)() = nullptr;                                              ///< entries in use
+    int (*read)(const char* filename) = nullptr;                            ///< loads the table
+    int (*get_num)() = nullptr;                                             ///< entries in use
     int (*get_rgb)(int ind, float* red, float* grn, float* blu) = nullptr;  ///< components of an entry
 };
 void GPH_set_color_table(const GPH_color_table& table);

@@ -15,14 +15,22 @@ constexpr const char* ITEM_MARK = "/ GRIB";
 /// The code that an item's letter names, null for another letter.
 int* item_code(char letter, GRD_report* grd) {
     switch (letter) {
-        case 'S': return &grd->source;
-        case 'M': return &grd->model;
-        case 'G': return &grd->type;
-        case 'T': return &grd->time;
-        case 'L': return &grd->ltype;
-        case 'H': return &grd->level;
-        case 'V': return &grd->var;
-        default: return nullptr;
+        case 'S':
+            return &grd->source;
+        case 'M':
+            return &grd->model;
+        case 'G':
+            return &grd->type;
+        case 'T':
+            return &grd->time;
+        case 'L':
+            return &grd->ltype;
+        case 'H':
+            return &grd->level;
+        case 'V':
+            return &grd->var;
+        default:
+            return nullptr;
     }
 }
 

@@ -77,9 +77,9 @@ bool is_keyword(const std::string& word) { return word.compare(0, KEYWORD_LENGTH
 /// Moves to the start of the next message. Its position, or that of the end of the file.
 long find_message(std::FILE* file) {
     Words words{file, {}};
-    while (scan_space(file) != EOF) {
-        const long start = std::ftell(file);
-        if (!words.next()) break;
+    for (int c = scan_space(file); c != EOF; c = scan_space(file)) {
+        const long start = c == KEYWORD[0] ? std::ftell(file) : 0;
+        words.next();
         if (!is_keyword(words.w)) continue;
         std::fseek(file, start, SEEK_SET);
         return start;

@@ -57,8 +57,8 @@ int split_info(const std::string& line, std::string& info) {
 }
 
 void read_codes(std::FILE* file, GRD_report* grd) {
-    for (int* code : {&grd->source, &grd->version, &grd->model, &grd->type, &grd->ltype, &grd->level, &grd->time,
-                      &grd->var}) {
+    for (int* code :
+         {&grd->source, &grd->version, &grd->model, &grd->type, &grd->ltype, &grd->level, &grd->time, &grd->var}) {
         if (!scan_int(file, code)) return;
     }
     const int c = std::getc(file);
@@ -259,8 +259,6 @@ void step(GRD_file* gfile, int wanted, int* number) {
     *number = gfile->num;
     if (wanted < gfile->num) {
         grid_rewind(gfile);
-        state.cur_pos = 0;
-        state.new_pos = -1;
         *number = 0;
     } else if (wanted == gfile->num + 1 && state.new_pos > 0) {
         std::fseek(file, state.new_pos, SEEK_SET);

@@ -45,8 +45,8 @@ bool keyword(const std::string& word, const char* key) { return word.compare(0, 
 
 /// Numbers that aren't finite and sizes that no grid has count as unset.
 void discard_impossible(Domain* domain) {
-    for (float* value : {&domain->clat, &domain->plat, &domain->plon, &domain->param[0], &domain->param[1],
-                         &domain->param[2]}) {
+    for (float* value :
+         {&domain->clat, &domain->plat, &domain->plon, &domain->param[0], &domain->param[1], &domain->param[2]}) {
         if (!std::isfinite(*value)) *value = FMISS;
     }
     if (domain->nx < 1 || domain->ny < 1) {
@@ -90,8 +90,12 @@ std::string native_domain_line(const Domain& domain) {
     std::string line;
     const auto real = [](float value) { return static_cast<double>(value); };
     switch (domain.proj) {
-        case PROJ_LATLON: line = "LL "; break;
-        case PROJ_MERCATOR: line = "ME "; break;
+        case PROJ_LATLON:
+            line = "LL ";
+            break;
+        case PROJ_MERCATOR:
+            line = "ME ";
+            break;
         case PROJ_POLAR:
             line = "PS ";
             if (domain.plon != FMISS && domain.plon != domain.clon) line = text_format("PS:%f ", real(domain.plon));
@@ -105,7 +109,8 @@ std::string native_domain_line(const Domain& domain) {
                 line = text_format("LC:%f ", real(domain.plon));
             }
             break;
-        default: break;
+        default:
+            break;
     }
     return line + text_format("%f %f %f %f %d %d\n", real(domain.clat), real(domain.clon), real(domain.dx),
                               real(domain.dy), domain.nx, domain.ny);

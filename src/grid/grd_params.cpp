@@ -25,9 +25,20 @@ struct Key {
     int code;
 };
 constexpr std::array<Key, 14> KEYS = {{
-    {"pr", true, 1},    {"hh", false, 7},   {"st", false, 11},  {"rh", false, 52},  {"li", false, 131},
-    {"uw", false, 33},  {"vw", false, 34},  {"vv", false, 39},  {"qp", false, 61},  {"sc", false, 66},
-    {"wh", false, 100}, {"wp", false, 108}, {"wd", false, 107}, {"ss", false, 80},
+    {"pr", true, 1},
+    {"hh", false, 7},
+    {"st", false, 11},
+    {"rh", false, 52},
+    {"li", false, 131},
+    {"uw", false, 33},
+    {"vw", false, 34},
+    {"vv", false, 39},
+    {"qp", false, 61},
+    {"sc", false, 66},
+    {"wh", false, 100},
+    {"wp", false, 108},
+    {"wd", false, 107},
+    {"ss", false, 80},
 }};
 
 void decode_variable(const std::string& str, VAR_data* params) {
@@ -43,9 +54,7 @@ void decode_variable(const std::string& str, VAR_data* params) {
 
 void set_units(const std::string& str, VAR_data* params) { params->units = fit_text(str, GRD_UNITS_SIZE); }
 
-void decode_level(const std::string& str, VAR_data* params) {
-    VAR_dec_level(str, &params->ltype, &params->level);
-}
+void decode_level(const std::string& str, VAR_data* params) { VAR_dec_level(str, &params->ltype, &params->level); }
 
 /// Two letters each of hour, level and variable, then units behind a colon.
 int decode_fixed(const std::string& str, VAR_data* params) {
@@ -101,11 +110,17 @@ int GRD_parse_params(const std::string& str, VAR_data* params, int* type) {
     if (str.empty()) return MISS;
     const std::string rest = str.substr(1);
     switch (str[0]) {
-        case '#': return decode_number(rest, params);
-        case ':': set_units(rest, params); return MISS;
-        case '-': return decode_fixed(rest, params);
-        case '+': return decode_fields(rest, params, type);
-        default: return MISS;
+        case '#':
+            return decode_number(rest, params);
+        case ':':
+            set_units(rest, params);
+            return MISS;
+        case '-':
+            return decode_fixed(rest, params);
+        case '+':
+            return decode_fields(rest, params, type);
+        default:
+            return MISS;
     }
 }
 
@@ -119,9 +134,8 @@ int GRD_set_params(VAR_data* params, int time, int ltype, int level, int var) {
 }
 
 int GRD_test(const GRD_report* grid, const VAR_data* params, int type) {
-    const bool match = var_fits(grid, params) && fits(grid->ltype, params->ltype) &&
-                       fits(grid->level, params->level) && time_fits(grid->time, params->time) &&
-                       fits(grid->type, type);
+    const bool match = var_fits(grid, params) && fits(grid->ltype, params->ltype) && fits(grid->level, params->level) &&
+                       time_fits(grid->time, params->time) && fits(grid->type, type);
     const auto& var = params->var;
     MESS_print(MESS_DEBUG, "Searching: T-%d:%d LT-%d:%d L-%d:%d V-%d,%d,%d,%d,%d:%d G-%d:%d = %d\n", params->time,
                grid->time, params->ltype, grid->ltype, params->level, grid->level, var[0], var[1], var[2], var[3],

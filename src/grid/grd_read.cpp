@@ -70,6 +70,8 @@ void grid_rewind(GRD_file* gfile) {
     if (gfile->hfile) std::rewind(gfile->hfile.get());
     if (has_file_line(gfile->type)) fskipline(file);
     gfile->num = 0;
+    state.cur_pos = 0;
+    state.new_pos = -1;
 }
 
 int GRD_chktype(const std::string& filename) {
@@ -131,10 +133,14 @@ int GRD_getinfo(int grd_fd, GRD_info* info) {
     if (gfile == nullptr) return -1;
     if (is_native(gfile->type)) return native_getinfo(gfile, info);
     switch (gfile->type) {
-        case GRD_TYPE_CDF: return CDF_getinfo(gfile, info);
-        case GRD_TYPE_GRIB: return GRIB_getinfo(grd_fd, info);
-        case GRD_TYPE_MESSAGE: return message_getinfo(gfile, info);
-        default: return -1;
+        case GRD_TYPE_CDF:
+            return CDF_getinfo(gfile, info);
+        case GRD_TYPE_GRIB:
+            return GRIB_getinfo(grd_fd, info);
+        case GRD_TYPE_MESSAGE:
+            return message_getinfo(gfile, info);
+        default:
+            return -1;
     }
 }
 
@@ -144,11 +150,15 @@ int GRD_putinfo(int grd_fd, const GRD_info* info) {
     switch (gfile->type) {
         case GRD_TYPE_OLD:
         case GRD_TYPE_GRIB:
-        case GRD_TYPE_MESSAGE: return 0;
+        case GRD_TYPE_MESSAGE:
+            return 0;
         case GRD_TYPE_TEXT:
-        case GRD_TYPE_BINARY: return std::fputs("ZAVGRID\n", gfile->file.get()) < 0 ? -1 : 0;
-        case GRD_TYPE_CDF: return CDF_putinfo(gfile, info);
-        default: return -1;
+        case GRD_TYPE_BINARY:
+            return std::fputs("ZAVGRID\n", gfile->file.get()) < 0 ? -1 : 0;
+        case GRD_TYPE_CDF:
+            return CDF_putinfo(gfile, info);
+        default:
+            return -1;
     }
 }
 
@@ -157,12 +167,15 @@ int GRD_read(int grd_fd, GRD_report* grd, int rep_type, int* grdnum) {
     if (gfile == nullptr) return -1;
     if (is_native(gfile->type)) return native_read(gfile, grd, rep_type, grdnum);
     switch (gfile->type) {
-        case GRD_TYPE_CDF: return CDF_read(gfile, grd, rep_type, grdnum);
+        case GRD_TYPE_CDF:
+            return CDF_read(gfile, grd, rep_type, grdnum);
         case GRD_TYPE_GRIB:
             state.wind_dec = 0;
             return GRIB_read(grd_fd, grd, rep_type, grdnum, &state.cur_pos, &state.new_pos);
-        case GRD_TYPE_MESSAGE: return message_read(gfile, grd, rep_type, grdnum);
-        default: return -1;
+        case GRD_TYPE_MESSAGE:
+            return message_read(gfile, grd, rep_type, grdnum);
+        default:
+            return -1;
     }
 }
 
@@ -172,8 +185,10 @@ int GRD_write(int grd_fd, GRD_report* grd, int, int* grd_num) {
     switch (gfile->type) {
         case GRD_TYPE_OLD:
         case GRD_TYPE_TEXT:
-        case GRD_TYPE_BINARY: return native_write(gfile, grd);
-        case GRD_TYPE_CDF: return CDF_write(gfile, grd, grd_num);
+        case GRD_TYPE_BINARY:
+            return native_write(gfile, grd);
+        case GRD_TYPE_CDF:
+            return CDF_write(gfile, grd, grd_num);
         case GRD_TYPE_GRIB: {
             // A message that was read raw passes through as it is: `source` bytes in place of the values.
             const std::size_t held = GRD_points(grd) * sizeof(float);
@@ -181,7 +196,8 @@ int GRD_write(int grd_fd, GRD_report* grd, int, int* grd_num) {
             std::fwrite(grd->grid.get(), 1, bytes, gfile->file.get());
             return -1;
         }
-        default: return -1;
+        default:
+            return -1;
     }
 }
 

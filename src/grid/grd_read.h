@@ -11,7 +11,8 @@ namespace zav {
 
 /// File type by the first 200 bytes, or -1.
 int GRD_chktype(const std::string& filename);
-/// Opens a file: `f_access` 0 reads, 1 writes anew, 2 appends. `*f_type` 0 is found out, for reading. The handle, or -1.
+/// Opens a file: `f_access` 0 reads, 1 writes anew, 2 appends. `*f_type` 0 is found out, for reading. The handle, or
+/// -1.
 int GRD_open(const std::string& filename, int f_access, int* f_type);
 /// Attaches an index file to a GRIB file. 0 or -1.
 int GRD_hdr_open(int grd_fd, const std::string& filename);

@@ -62,7 +62,8 @@ bool scan_word(std::FILE* file, std::string& word, std::size_t len) {
 bool scan_int(std::FILE* file, int* value) {
     if (!starts_int(scan_space(file))) return false;
     std::array<char, NUMBER_SIZE> text{};
-    collect(file, text, [](int c, std::size_t at) { return std::isdigit(c) != 0 || (at == 0 && (c == '+' || c == '-')); });
+    collect(file, text,
+            [](int c, std::size_t at) { return std::isdigit(c) != 0 || (at == 0 && (c == '+' || c == '-')); });
     const char* at = text.data();
     return scan_text_int(&at, value);
 }

@@ -42,7 +42,7 @@ void merge_piece(GRD_report* grid, const GRD_report* piece, const GRD_spec& spec
 
 /// Tests whether the entry with this flag belongs to plot parameter `level`.
 bool belongs(int flag, int level) {
-    constexpr std::array<int, 6> kinds = {VKIND_REG,  VKIND_SUBREG,    VKIND_FUNC,
+    constexpr std::array<int, 6> kinds = {VKIND_REG,     VKIND_SUBREG,    VKIND_FUNC,
                                           VKIND_SUBFUNC, VKIND_FUNC_VECT, VKIND_SUBFUNC_VECT};
     return std::any_of(kinds.begin(), kinds.end(), [&](int kind) { return flag == 10 * level + kind; });
 }

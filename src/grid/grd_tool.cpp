@@ -27,9 +27,7 @@ std::size_t GRD_points(const GRD_report* grid) {
     return static_cast<std::size_t>(grid->domain.nx) * static_cast<std::size_t>(grid->domain.ny);
 }
 
-bool GRD_has_values(const GRD_report* grid) {
-    return grid != nullptr && grid->grid != nullptr && GRD_points(grid) > 0;
-}
+bool GRD_has_values(const GRD_report* grid) { return grid != nullptr && grid->grid != nullptr && GRD_points(grid) > 0; }
 
 int GRD_init(GRD_report* grid) {
     grid->grid.reset();
@@ -113,8 +111,7 @@ int GRD_make_devtype(GRD_report* ogrid, const GRD_report* igrid, const std::stri
         std::string units;
         UNIT_parse(str, name, units);
     }
-    const std::string text =
-        VAR_make_devtype(ogrid->time, ogrid->ltype, ogrid->level, name + " " + str, ogrid->units);
+    const std::string text = VAR_make_devtype(ogrid->time, ogrid->ltype, ogrid->level, name + " " + str, ogrid->units);
     ogrid->info = fit_text(text, GRD_INFO_SIZE);
     return 0;
 }

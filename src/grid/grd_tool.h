@@ -11,7 +11,8 @@ namespace zav {
 
 /// Empties labels, values and codes. `version`, `units`, `date` and `domain` stay. Result 0.
 int GRD_init(GRD_report* grid);
-/// Gives the record domain.nx * domain.ny values, all missing. 1, or 0 with a warning when there is no memory or no size.
+/// Gives the record domain.nx * domain.ny values, all missing. 1, or 0 with a warning when there is no memory or no
+/// size.
 int GRD_alloc(GRD_report* grid);
 /// Lets go of the values and makes source and domain unset; other fields stay. Result 0.
 int GRD_free(GRD_report* grid);
@@ -60,8 +61,8 @@ int GRD_get_date(Date* datim);
 
 // Search keys
 
-/// Decodes a selector ("#3:C", "-..", "+hour:level:variable:units:grid", ":C") into a key. `type` takes the grid number.
-/// The number of a record, -1 when the key has to be searched for, or MISS for no selection.
+/// Decodes a selector ("#3:C", "-..", "+hour:level:variable:units:grid", ":C") into a key. `type` takes the grid
+/// number. The number of a record, -1 when the key has to be searched for, or MISS for no selection.
 int GRD_parse_params(const std::string& str, VAR_data* params, int* type);
 /// A key for one variable. Result 0.
 int GRD_set_params(VAR_data* params, int time, int ltype, int level, int var);
@@ -70,8 +71,8 @@ int GRD_test(const GRD_report* grid, const VAR_data* params, int type);
 
 // Search
 
-/// Fills `grids[i]` from an open file for each of `num` keys; the first record that fits wins. Filled ones are left, and
-/// so are entries that aren't plain variables, unless `num` is negative. 1 when none is missing, else 0.
+/// Fills `grids[i]` from an open file for each of `num` keys; the first record that fits wins. Filled ones are left,
+/// and so are entries that aren't plain variables, unless `num` is negative. 1 when none is missing, else 0.
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num);
 /// The same for piece `ind` of a model in several files: each piece is copied to its place. The last that fits wins.
 int GRD_search_piece(int grd_fd, int ind, GRD_report* grids, const VAR_data* params, int num);

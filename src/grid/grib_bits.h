@@ -10,7 +10,7 @@ namespace zav {
 /// Reads values of any width up to 32 bits from bytes in memory, most significant bit first. A value costs one load of
 /// 8 bytes, except at the very end of the data.
 class BitReader {
-public:
+  public:
     BitReader() = default;
     BitReader(const unsigned char* data, std::size_t size) : data_(data), bits_(static_cast<std::uint64_t>(size) * 8) {}
 
@@ -40,7 +40,7 @@ public:
 
     std::uint64_t position() const { return position_; }
 
-private:
+  private:
     std::uint64_t load(std::size_t byte) const {
         std::uint64_t word = 0;
         const std::size_t left = static_cast<std::size_t>(bits_ >> 3) - byte;
@@ -57,7 +57,7 @@ private:
 /// Big-endian numbers at their published octet numbers. Octets behind the end read as 0. Signed numbers are sign and
 /// magnitude, as GRIB has them.
 class Octets {
-public:
+  public:
     /// `data` holds the octets from number `first` on.
     Octets(const unsigned char* data, std::size_t size, int first) : data_(data), size_(size), first_(first) {}
 
@@ -85,7 +85,7 @@ public:
     /// Number of the octet behind the last one.
     int end() const { return first_ + static_cast<int>(size_); }
 
-private:
+  private:
     const unsigned char* data_;
     std::size_t size_;
     int first_;

@@ -10,7 +10,7 @@ namespace {
 
 /// Undoes spatial differencing over the values as they come. Sums wrap, so that a garbled field can't overflow.
 class Differences {
-public:
+  public:
     Differences(int order, std::int64_t first, std::int64_t second, std::int64_t least)
         : order_(order), first_(first), second_(second), least_(least) {}
 
@@ -31,7 +31,7 @@ public:
         return static_cast<std::int64_t>(result);
     }
 
-private:
+  private:
     int order_;
     std::int64_t first_;
     std::int64_t second_;
@@ -67,12 +67,11 @@ struct Group {
 
 /// Walks the three lists that describe the groups side by side, without a copy of them.
 class Groups {
-public:
+  public:
     /// `bits` stands at the lists and is moved behind them.
     Groups(BitReader& bits, const GribPacking& packing) : packing_(packing) {
         good_ = take_list(bits, packing.num_bits_gref, &references_) &&
-                take_list(bits, packing.num_bits_gwidth, &widths_) &&
-                take_list(bits, packing.num_bits_glen, &lengths_);
+                take_list(bits, packing.num_bits_gwidth, &widths_) && take_list(bits, packing.num_bits_glen, &lengths_);
     }
 
     bool good() const { return good_; }
@@ -87,7 +86,7 @@ public:
                 static_cast<unsigned>(std::min<std::int64_t>(width, 64)), length};
     }
 
-private:
+  private:
     bool take_list(BitReader& bits, int width, BitReader* list) const {
         *list = bits;
         if (width > 32 || !bits.skip(static_cast<std::uint64_t>(packing_.num_group) * static_cast<unsigned>(width))) {

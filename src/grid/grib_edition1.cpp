@@ -25,10 +25,14 @@ int full_year(int year) {
 /// Octets 19 and 20 in the system's form by the time unit.
 int period(int value, int unit) {
     switch (unit) {
-        case 2: return value + 800;
-        case 3: return value + 900;
-        case 12: return value * 12;
-        default: return value;
+        case 2:
+            return value + 800;
+        case 3:
+            return value + 900;
+        case 12:
+            return value * 12;
+        default:
+            return value;
     }
 }
 
@@ -39,17 +43,32 @@ void decode_time(const Octets& block, GRD_report* grd) {
     const int end = block.u16(22) * block.u8(20) + (unit == 2 ? 800 : unit == 3 ? 900 : 0);
     const int indicator = block.u8(21);
     switch (indicator) {
-        case 0: grd->time = p1; break;
-        case 1: grd->time = 0; break;
+        case 0:
+            grd->time = p1;
+            break;
+        case 1:
+            grd->time = 0;
+            break;
         case 2:
         case 3:
         case 4:
-        case 5: grd->time = indicator * 1000000 + p1 * 1000 + p2; break;
-        case 10: grd->time = block.u16(19); break;
-        case 113: grd->time = 13000000 + p1 * 1000 + end; break;
-        case 118: grd->time = 18000000 + p1 * 1000 + end; break;
-        case 123: grd->time = 23000000 + end; break;
-        default: break;
+        case 5:
+            grd->time = indicator * 1000000 + p1 * 1000 + p2;
+            break;
+        case 10:
+            grd->time = block.u16(19);
+            break;
+        case 113:
+            grd->time = 13000000 + p1 * 1000 + end;
+            break;
+        case 118:
+            grd->time = 18000000 + p1 * 1000 + end;
+            break;
+        case 123:
+            grd->time = 23000000 + end;
+            break;
+        default:
+            break;
     }
 }
 
@@ -61,7 +80,9 @@ void decode_level(const Octets& block, GRD_report* grd) {
         case 6:
         case 7:
         case 102:
-        case 200: grd->level = 0; break;
+        case 200:
+            grd->level = 0;
+            break;
         case 5:
         case 100:
         case 103:
@@ -70,7 +91,9 @@ void decode_level(const Octets& block, GRD_report* grd) {
         case 111:
         case 113:
         case 117:
-        case 119: grd->level = block.u16(11); break;
+        case 119:
+            grd->level = block.u16(11);
+            break;
         case 101:
         case 104:
         case 106:
@@ -79,8 +102,11 @@ void decode_level(const Octets& block, GRD_report* grd) {
         case 112:
         case 114:
         case 116:
-        case 120: grd->level = block.u8(11) * 1000 + block.u8(12); break;
-        default: break;
+        case 120:
+            grd->level = block.u8(11) * 1000 + block.u8(12);
+            break;
+        default:
+            break;
     }
 }
 

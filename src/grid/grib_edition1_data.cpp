@@ -19,7 +19,7 @@ constexpr unsigned MAX_BITS = 32;
 
 /// Reads the values of a data block in the message's order, with the plausibility test and the bit map.
 class Values {
-public:
+  public:
     explicit Values(int grd_fd) : grd_fd_(grd_fd), state_(grib_state()) {}
 
     void start_row() { grib_start_row(state_.test); }
@@ -36,7 +36,7 @@ public:
     /// True once the file held fewer values than the grid needs.
     bool ended() const { return ended_; }
 
-private:
+  private:
     int grd_fd_;
     GribState& state_;
     bool ended_ = false;
@@ -102,9 +102,7 @@ void fill_regular(GRD_report* grd, Values& values) {
     if (row < ny && state.pole) fill_pole(row);
 }
 
-bool is_trapezoid(const GRD_report* grd) {
-    return grd->type == 50 && grd->domain.nx == 36 && grd->domain.ny == 33;
-}
+bool is_trapezoid(const GRD_report* grd) { return grd->type == 50 && grd->domain.nx == 36 && grd->domain.ny == 33; }
 
 /// True for layouts whose message holds fewer values than the grid has points.
 bool leaves_points_out(const GRD_report* grd) {

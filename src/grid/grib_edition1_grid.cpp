@@ -12,9 +12,9 @@ namespace zav {
 namespace {
 
 constexpr int ECMWF = 98;
-constexpr int MAX_SIDE = 2000;       ///< most points of a row or column
-constexpr long SHORT_BLOCK = 32;     ///< octets that all descriptions have
-constexpr long LONG_BLOCK = 42;      ///< octets of the projected ones
+constexpr int MAX_SIDE = 2000;    ///< most points of a row or column
+constexpr long SHORT_BLOCK = 32;  ///< octets that all descriptions have
+constexpr long LONG_BLOCK = 42;   ///< octets of the projected ones
 
 /// Latitude or longitude in degrees.
 float degrees(const Octets& block, int number) { return static_cast<float>(block.s24(number)) / 1000.0F; }
@@ -103,7 +103,7 @@ void decode_lambert(const Octets& block, GRD_report* grd) {
 void decode_polar(const Octets& block, GRD_report* grd) {
     Domain& domain = grd->domain;
     const bool south = (block.u8(27) & 0x81) != 0;
-    domain.proj = PROJ_PSTEREO;
+    domain.proj = PROJ_POLAR;
     domain.plon = grd->source == ECMWF && grd->type == 45 ? 0.0F : wrap(degrees(block, 18));
     domain.plat = south ? -90.0F : 90.0F;
     domain.param[0] = south ? -60.0F : 60.0F;
@@ -129,7 +129,7 @@ constexpr GridType GRID_TYPES[] = {
     {0, decode_latlon, SHORT_BLOCK},
     {1, decode_mercator, LONG_BLOCK},
     {3, decode_lambert, LONG_BLOCK},
-    {5, decode_polar, LONG_BLOCK},
+    {5, decode_polar, SHORT_BLOCK},
 };
 
 /// Octet where the row lengths of a quasi-regular grid start; 0 for a grid with rows of one length. Octet 5 points to
@@ -142,7 +142,8 @@ long row_list(const Octets& block) {
     return block.u16(7) == 0xFFFF ? place + 4L * vertical : 0;
 }
 
-/// Reads the block whole, or as far as its length and the fields of its type tell. False if the file ends.
+/// Reads the block whole, by its length; for one that can't be, as far as the fields of its type reach. False if the
+/// file ends.
 bool read_block(std::FILE* stream, std::vector<unsigned char>& bytes) {
     const long start = std::ftell(stream);
     if (!grib_read_bytes(stream, SHORT_BLOCK, bytes)) return false;
@@ -150,12 +151,11 @@ bool read_block(std::FILE* stream, std::vector<unsigned char>& bytes) {
     const long length = head.u24(1);
     long needed = std::max(length, SHORT_BLOCK);
     for (const GridType& type : GRID_TYPES) {
-        if (type.code == head.u8(6)) needed = std::max(needed, type.length);
+        if (type.code == head.u8(6) && length < SHORT_BLOCK) needed = type.length;
     }
     const long list = row_list(head);
     if (list > 0 && head.u16(9) <= MAX_SIDE) needed = std::max(needed, list - 1 + 2L * head.u16(9));
-    return std::fseek(stream, start, SEEK_SET) == 0 &&
-           grib_read_bytes(stream, static_cast<std::size_t>(needed), bytes);
+    return std::fseek(stream, start, SEEK_SET) == 0 && grib_read_bytes(stream, static_cast<std::size_t>(needed), bytes);
 }
 
 }  // namespace

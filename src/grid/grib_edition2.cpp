@@ -100,7 +100,7 @@ bool decode_polar(const Octets& section) {
     GribState& state = grib_state();
     Domain& dv = state.dv;
     const bool south = (section.u8(47) & 0x01) || (section.u8(64) & 0x80);
-    dv.proj = PROJ_PSTEREO;
+    dv.proj = PROJ_POLAR;
     dv.plat = south ? -90.0F : 90.0F;
     dv.param[0] = degrees(section, 48);
     dv.plon = longitude(section, 52);

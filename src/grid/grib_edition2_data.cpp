@@ -252,8 +252,8 @@ struct Unpacker {
 };
 
 constexpr Unpacker UNPACKERS[] = {
-    {SIMPLE, unpack_simple},         {COMPLEX, unpack_complex},           {COMPLEX_DIFF, unpack_complex},
-    {JPEG2000, unpack_jpeg2000},     {JPEG2000_OLD, unpack_jpeg2000},     {RUN_LENGTH, unpack_run_length},
+    {SIMPLE, unpack_simple},     {COMPLEX, unpack_complex},       {COMPLEX_DIFF, unpack_complex},
+    {JPEG2000, unpack_jpeg2000}, {JPEG2000_OLD, unpack_jpeg2000}, {RUN_LENGTH, unpack_run_length},
 };
 
 }  // namespace
@@ -275,9 +275,8 @@ int GRIB_DRS(int grd_fd, GRD_report* /*grd*/) {
             break;
         case COMPLEX:
         case COMPLEX_DIFF:
-            MESS_print(MESS_DEBUG, packing.type == COMPLEX
-                                       ? "Grid point - complex packing\n"
-                                       : "Grid point - complex packing and spatial differencing\n");
+            MESS_print(MESS_DEBUG, packing.type == COMPLEX ? "Grid point - complex packing\n"
+                                                           : "Grid point - complex packing and spatial differencing\n");
             decode_scale(section);
             decode_complex(section);
             break;
@@ -287,8 +286,11 @@ int GRIB_DRS(int grd_fd, GRD_report* /*grd*/) {
             decode_scale(section);
             packing.num_bits = section.u8(20);
             break;
-        case RUN_LENGTH: decode_run_length(section); break;
-        default: break;
+        case RUN_LENGTH:
+            decode_run_length(section);
+            break;
+        default:
+            break;
     }
     return 1;
 }
@@ -302,8 +304,8 @@ int GRIB_BMS(int grd_fd) {
     const int length = static_cast<int>(std::min(state.slen - 6, 0x7FFFFFFFL));
     if (indicator == 254) {
         if (map.pending >= 0) {  // passed over when the headers were read
-            const bool whole = std::fseek(stream, map.pending, SEEK_SET) == 0 &&
-                               grib_read_bytes(stream, map.pending_size, map.bytes);
+            const bool whole =
+                std::fseek(stream, map.pending, SEEK_SET) == 0 && grib_read_bytes(stream, map.pending_size, map.bytes);
             map.pending = -1;
             map.present = whole;
         }

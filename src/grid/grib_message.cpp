@@ -63,10 +63,14 @@ void keep_header(const char* text) { grib_state().wmo_header = fit_text(text, HE
 
 int try_style(int grd_fd, int style, long old_pos) {
     switch (style) {
-        case GRIB_STYLE_OWN: return GRIB_header_zav(grd_fd);
-        case GRIB_STYLE_LDM: return GRIB_header_ldm(grd_fd, old_pos);
-        case GRIB_STYLE_OLD_OWN: return GRIB_header_old_zav(grd_fd);
-        default: return GRIB_header_raw(grd_fd, old_pos);
+        case GRIB_STYLE_OWN:
+            return GRIB_header_zav(grd_fd);
+        case GRIB_STYLE_LDM:
+            return GRIB_header_ldm(grd_fd, old_pos);
+        case GRIB_STYLE_OLD_OWN:
+            return GRIB_header_old_zav(grd_fd);
+        default:
+            return GRIB_header_raw(grd_fd, old_pos);
     }
 }
 

@@ -33,8 +33,7 @@ constexpr Template TEMPLATES[] = {
     {8, Kind::plain, 47, 50, "4.8: Average, accumulation or extreme value on horizontal level at a fixed time\n"},
     {9, Kind::probability, 60, 63, "4.9: Probability forecast, horizontal level/layer, time range\n"},
     {11, Kind::member, 50, 53, "4.11: Individual ensemble member, horizontal level, time range\n"},
-    {12, Kind::derived, 49, 52,
-     "4.12: Derived forecast based on all ensemble members, horizontal level, time range\n"},
+    {12, Kind::derived, 49, 52, "4.12: Derived forecast based on all ensemble members, horizontal level, time range\n"},
     {50008, Kind::local, 0, 0, "JMA local sect 50008\n"},
 };
 
@@ -70,19 +69,29 @@ Level instant_level(const Surfaces& s) {
         case 100:
             if (single) return {100, whole(a / 100)};
             return {101, layer(whole(a / 1000), whole(b / 1000))};
-        case 101: return {102, 0};
-        case 102: return single ? Level{103, whole(a)} : Level{104, hundreds};
-        case 103: return single ? Level{105, whole(a + 0.5)} : Level{106, hundreds};
-        case 104: return single ? Level{107, whole(10000 * a + 0.01)} : Level{108, hundredths};
-        case 105: return {109, whole(a)};
-        case 106: return single ? Level{111, whole(100 * a + 0.01)} : Level{112, hundredths};
-        case 107: return {single ? 113 : 114, whole(a)};
+        case 101:
+            return {102, 0};
+        case 102:
+            return single ? Level{103, whole(a)} : Level{104, hundreds};
+        case 103:
+            return single ? Level{105, whole(a + 0.5)} : Level{106, hundreds};
+        case 104:
+            return single ? Level{107, whole(10000 * a + 0.01)} : Level{108, hundredths};
+        case 105:
+            return {109, whole(a)};
+        case 106:
+            return single ? Level{111, whole(100 * a + 0.01)} : Level{112, hundredths};
+        case 107:
+            return {single ? 113 : 114, whole(a)};
         case 108:
             if (single) return {115, whole(a / 100)};
             return {116, layer(whole(a / 100), whole(b / 100))};
-        case 109: return {117, whole(1000000 * a + (a > 0 ? 0.01 : -0.01))};
-        case 111: return {single ? 119 : 120, whole(a)};
-        default: return {s.type1, whole(a)};
+        case 109:
+            return {117, whole(1000000 * a + (a > 0 ? 0.01 : -0.01))};
+        case 111:
+            return {single ? 119 : 120, whole(a)};
+        default:
+            return {s.type1, whole(a)};
     }
 }
 
@@ -98,13 +107,17 @@ Level interval_level(const Surfaces& s) {
         case 104:
             if (single) return {107, whole(a / 100)};
             return {108, layer(whole(a), whole(b))};
-        case 106: return {single ? 111 : 112, whole(a)};
+        case 106:
+            return {single ? 111 : 112, whole(a)};
         case 108:
             if (single) return {115, whole(100 * a)};
             return {116, layer(whole(100 * a), whole(100 * b))};
-        case 109: return {130, whole(1000000 * a + 0.0005)};
-        case 111: return {single ? 117 : 118, whole(a)};
-        default: return instant_level(s);
+        case 109:
+            return {130, whole(1000000 * a + 0.0005)};
+        case 111:
+            return {single ? 117 : 118, whole(a)};
+        default:
+            return instant_level(s);
     }
 }
 
@@ -195,7 +208,9 @@ void decode_kind(const Octets& section, const Template& product, GRD_report* grd
             ens.prod = octet == 1 ? 2 : octet == 2 ? 11 : 0;
             if (product.code == 2) ens.type = 5;
             break;
-        default: decode_probability(section, product.code, grd); break;
+        default:
+            decode_probability(section, product.code, grd);
+            break;
     }
 }
 

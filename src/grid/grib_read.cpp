@@ -44,8 +44,11 @@ int take_section(int grd_fd, GRD_report* grd, Depth depth) {
     GribState& state = grib_state();
     const bool product = depth != Depth::walk;
     switch (state.sect) {
-        case 1: GRIB_IDS(grd_fd, grd); return 1;
-        case 3: return GRIB_GDS(grd_fd, grd);
+        case 1:
+            GRIB_IDS(grd_fd, grd);
+            return 1;
+        case 3:
+            return GRIB_GDS(grd_fd, grd);
         case 4:
             if (product) GRIB_PDS(grd_fd, grd);
             return 1;
@@ -67,7 +70,8 @@ int take_section(int grd_fd, GRD_report* grd, Depth depth) {
             }
             return 1;
         }
-        default: return 1;
+        default:
+            return 1;
     }
 }
 

@@ -77,10 +77,10 @@ struct GribPacking {
 
 /// Plausibility test of packed values.
 struct GribBadTest {
-    int bad = -9;     ///< -9 before the first field, 1 once a field is found garbled
-    int max = -1;     ///< jumps that make it so; below 1: no test
+    int bad = -9;  ///< -9 before the first field, 1 once a field is found garbled
+    int max = -1;  ///< jumps that make it so; below 1: no test
     std::int64_t limit = 0;
-    int count = 0;    ///< values of the row so far
+    int count = 0;  ///< values of the row so far
     std::array<int, 20> valid{};
     std::int64_t prev = -1;
 };

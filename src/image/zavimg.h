@@ -18,25 +18,25 @@ struct IMG_color {
 
 /// An image in memory.
 struct IMG_report {
-    int source = 0;        ///< origin, 50 for the native format
+    int source = 0;  ///< origin, 50 for the native format
     int type = 0;
     int version = 0;
-    std::string datim;     ///< date text, at most 49 characters
-    Date date;             ///< the same, decoded
-    std::string info;      ///< description, at most 74 characters
-    int width = 0;         ///< pixels
-    int height = 0;        ///< pixels
-    int depth = 0;         ///< bits of a pixel that carry colour
+    std::string datim;  ///< date text, at most 49 characters
+    Date date;          ///< the same, decoded
+    std::string info;   ///< description, at most 74 characters
+    int width = 0;      ///< pixels
+    int height = 0;     ///< pixels
+    int depth = 0;      ///< bits of a pixel that carry colour
     float xres = 0.0F;
     float yres = 0.0F;
     float xoff = 0.0F;
     float yoff = 0.0F;
-    int bits_pixel = 0;    ///< bits that a pixel takes in `data`
-    int bytes_line = 0;    ///< bytes from one line to the next in `data`
-    int byte_order = 1;    ///< 1 most significant byte first, 0 least significant first
-    int color_type = 0;    ///< 1 indexed through `colors`, 0 true colour through the masks
+    int bits_pixel = 0;  ///< bits that a pixel takes in `data`
+    int bytes_line = 0;  ///< bytes from one line to the next in `data`
+    int byte_order = 1;  ///< 1 most significant byte first, 0 least significant first
+    int color_type = 0;  ///< 1 indexed through `colors`, 0 true colour through the masks
     int num_colors = 0;
-    unsigned red = 0;      ///< colour masks of a true colour pixel
+    unsigned red = 0;  ///< colour masks of a true colour pixel
     unsigned grn = 0;
     unsigned blu = 0;
     std::vector<IMG_color> colors;

@@ -17,9 +17,9 @@ struct proj_name {
     const char* name;
 };
 constexpr proj_name PROJ_NAMES[] = {
-    {1, "pstereo"}, {2, "latlon"}, {3, "merc"},   {4, "lamb"}, {5, "ortho"},  {6, "gnom"},   {7, "moll"},
-    {8, "lambaz"},  {9, "sat"},    {20, "xy"},    {21, "xz"},  {22, "xlogp"}, {23, "polar"}, {24, "cat"},
-    {40, "skewt"},  {41, "stuve"}, {42, "ema"},   {50, "zoom"}, {99, "pixel"},
+    {1, "pstereo"}, {2, "latlon"}, {3, "merc"}, {4, "lamb"},  {5, "ortho"},  {6, "gnom"},   {7, "moll"},
+    {8, "lambaz"},  {9, "sat"},    {20, "xy"},  {21, "xz"},   {22, "xlogp"}, {23, "polar"}, {24, "cat"},
+    {40, "skewt"},  {41, "stuve"}, {42, "ema"}, {50, "zoom"}, {99, "pixel"},
 };
 
 const char* name_of(int proj) {

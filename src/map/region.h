@@ -14,19 +14,19 @@ constexpr int DOM_PARAMS = 5;
 
 /// A part of the earth, or of a diagram, and how it is laid on a plane. Unset fields hold MISS or FMISS.
 struct Domain {
-    int proj = MISS;      ///< projection code, of the list in map/maptran.h
-    float plat = FMISS;   ///< reference latitude: pole or tangent point; FMISS takes `clat`
-    float plon = FMISS;   ///< reference longitude; FMISS takes `clon`
+    int proj = MISS;     ///< projection code, of the list in map/maptran.h
+    float plat = FMISS;  ///< reference latitude: pole or tangent point; FMISS takes `clat`
+    float plon = FMISS;  ///< reference longitude; FMISS takes `clon`
     /// Parameters: Lambert true latitudes and map factor; polar stereographic true latitude; satellite distance from
     /// the earth's centre, and 1 for scan angles.
     std::array<float, DOM_PARAMS> param{FMISS, FMISS, FMISS, FMISS, FMISS};
-    float clat = FMISS;   ///< latitude of the centre; low corner of a diagram
-    float clon = FMISS;   ///< longitude of the centre
-    float dx = FMISS;     ///< spacing in x, in map units of 100 km or in degrees
-    float dy = FMISS;     ///< spacing in y
-    int nx = MISS;        ///< points in x
-    int ny = MISS;        ///< points in y
-    int ellipse = 0;      ///< 1: on the ellipsoid (satellite view)
+    float clat = FMISS;  ///< latitude of the centre; low corner of a diagram
+    float clon = FMISS;  ///< longitude of the centre
+    float dx = FMISS;    ///< spacing in x, in map units of 100 km or in degrees
+    float dy = FMISS;    ///< spacing in y
+    int nx = MISS;       ///< points in x
+    int ny = MISS;       ///< points in y
+    int ellipse = 0;     ///< 1: on the ellipsoid (satellite view)
 };
 
 /// Elements of a domain text, as DOM_set_params takes them.

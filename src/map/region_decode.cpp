@@ -13,10 +13,10 @@
 namespace zav {
 namespace {
 
-constexpr int FLAG_DOMAIN = 5;          // how the last domain text was read
-constexpr char KEY_REGION = 'r';        // file name key of the region
-constexpr int NESTING_MAX = 5;          // regions of files that name other regions
-constexpr int LAST_ON_EARTH = 9;        // projection codes up to here show the earth
+constexpr int FLAG_DOMAIN = 5;    // how the last domain text was read
+constexpr char KEY_REGION = 'r';  // file name key of the region
+constexpr int NESTING_MAX = 5;    // regions of files that name other regions
+constexpr int LAST_ON_EARTH = 9;  // projection codes up to here show the earth
 constexpr const char* STATION_FILE = "sao.cty";
 
 /// Projection words, each told by its beginning; `whole` ones by the whole word. The first that fits counts, so that
@@ -27,12 +27,12 @@ struct proj_word {
     bool whole;
 };
 constexpr proj_word PROJ_WORDS[] = {
-    {"ll", 2, false},     {"lat", 2, false},   {"polar", 1, false},  {"ps", 1, false},     {"sat", 9, false},
-    {"lambaz", 8, false}, {"lamb", 4, false},  {"lc", 4, false},     {"la", 8, false},     {"gn", 6, false},
-    {"or", 5, false},     {"mo", 7, false},    {"me", 3, false},     {"pix", 99, false},   {"xy", 20, false},
-    {"xlogy", 22, false}, {"xlogp", 22, false}, {"cat", 24, false},  {"skewt", 40, false}, {"ema", 42, false},
+    {"ll", 2, false},     {"lat", 2, false},    {"polar", 1, false},  {"ps", 1, false},     {"sat", 9, false},
+    {"lambaz", 8, false}, {"lamb", 4, false},   {"lc", 4, false},     {"la", 8, false},     {"gn", 6, false},
+    {"or", 5, false},     {"mo", 7, false},     {"me", 3, false},     {"pix", 99, false},   {"xy", 20, false},
+    {"xlogy", 22, false}, {"xlogp", 22, false}, {"cat", 24, false},   {"skewt", 40, false}, {"ema", 42, false},
     {"teph", 43, false},  {"rteph", 44, false}, {"therm", 40, false}, {"stuve", 41, false}, {"hodo", 23, false},
-    {"vert", 22, false},  {"xp", 25, true},    {"zoom", 50, false},  {"size", 51, false},  {"miss", MISS, true},
+    {"vert", 22, false},  {"xp", 25, true},     {"zoom", 50, false},  {"size", 51, false},  {"miss", MISS, true},
 };
 
 /// What a pattern leaves out; the values add up.
@@ -54,7 +54,9 @@ struct pattern {
 
 const std::vector<pattern>& patterns() {
     static const std::vector<pattern> table = {
-        {1, {DOM_PROJ, DOM_PLON, DOM_CLAT, DOM_CLON, DOM_NX, DOM_NY, DOM_DX, DOM_DY}, 0,
+        {1,
+         {DOM_PROJ, DOM_PLON, DOM_CLAT, DOM_CLON, DOM_NX, DOM_NY, DOM_DX, DOM_DY},
+         0,
          "proj,plon,clat,clon,nx,ny,dx,dy"},
         {2, {DOM_PROJ, DOM_CLAT, DOM_CLON, DOM_NX, DOM_NY, DOM_DX, DOM_DY}, 0, "proj,clat,clon,nx,ny,dx,dy"},
         {3, {DOM_PROJ, DOM_PLON, DOM_CLAT, DOM_CLON, DOM_DX, DOM_DY}, FILL_SIZE, "proj,plon,clat,clon,dx,dy"},

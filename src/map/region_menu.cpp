@@ -13,8 +13,8 @@
 namespace zav {
 namespace {
 
-constexpr int ABBR_SIZE = 6;    // 5 characters and the end
-constexpr int NAME_SIZE = 21;   // 20 characters and the end
+constexpr int ABBR_SIZE = 6;   // 5 characters and the end
+constexpr int NAME_SIZE = 21;  // 20 characters and the end
 constexpr int LINE_MAX_LENGTH = 500;
 constexpr int EXIT_BAD_DOMAIN = 43;
 constexpr int TRIES = 5;
@@ -51,6 +51,11 @@ bool next_region(std::FILE* file, region_line& line) {
     fill_string(line.name, '_', ' ');
     line.show = text_to_int(show);
     return true;
+}
+
+/// True if a line's abbreviation, or its part that the menu has room for, is the one asked for, in any case.
+bool is_region(const std::string& abbr, const std::string& name) {
+    return stricmp(abbr, name) == 0 || stricmp(fit_text(abbr, ABBR_SIZE), name) == 0;
 }
 
 /// The menu, with the built-in regions at the first need.
@@ -167,7 +172,7 @@ int DOM_search_file(const std::string& file, const char* str, std::string& domst
             domstr = words[0];
             return 1;
         }
-        if (words.size() < 4 || (!any && stricmp(words[0].c_str(), str) != 0)) continue;
+        if (words.size() < 4 || (!any && !is_region(words[0], str))) continue;
         domstr = words[3];
         return 1;
     }

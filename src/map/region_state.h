@@ -20,7 +20,7 @@ struct region_state {
     int priority = 3;             ///< station priority of plots
     int loc_prior = 4;
     int prompt_region = 1;
-    int depth = 0;                ///< region files that name regions that name regions
+    int depth = 0;  ///< region files that name regions that name regions
 };
 region_state& DOM_module();
 
@@ -33,14 +33,10 @@ struct def_region {
     float step;  ///< spacing in 100 km
 };
 constexpr def_region DEF_REGIONS[] = {
-    {"us", "Contiguous US", 39.0F, -97.0F, 2.3F},
-    {"ne", "New England", 42.0F, -76.0F, 0.9F},
-    {"at", "Atlantic", 37.0F, -82.0F, 0.9F},
-    {"se", "Southeastern", 31.0F, -88.0F, 1.1F},
-    {"mw", "Midwestern", 43.0F, -93.0F, 1.1F},
-    {"sp", "Southern Plains", 32.5F, -100.0F, 1.2F},
-    {"nw", "Northwestern", 44.0F, -112.0F, 1.0F},
-    {"sw", "Southwestern", 37.0F, -112.0F, 1.0F},
+    {"us", "Contiguous US", 39.0F, -97.0F, 2.3F}, {"ne", "New England", 42.0F, -76.0F, 0.9F},
+    {"at", "Atlantic", 37.0F, -82.0F, 0.9F},      {"se", "Southeastern", 31.0F, -88.0F, 1.1F},
+    {"mw", "Midwestern", 43.0F, -93.0F, 1.1F},    {"sp", "Southern Plains", 32.5F, -100.0F, 1.2F},
+    {"nw", "Northwestern", 44.0F, -112.0F, 1.0F}, {"sw", "Southwestern", 37.0F, -112.0F, 1.0F},
     {"var", "Variable", FMISS, FMISS, 1.2F},
 };
 

@@ -36,8 +36,8 @@ const std::string no_name;
 
 /// What reading a table file found.
 struct Table_file {
-    int ind;            ///< index of the next entry
-    int highest;        ///< highest index met
+    int ind;              ///< index of the next entry
+    int highest;          ///< highest index met
     int fill_count = -1;  ///< entries before "END", -1 without one
 };
 
@@ -81,8 +81,9 @@ RGB parse_entry(const std::string& line) {
     const int num = std::sscanf(line.c_str() + pos, "%19s%n %f %f %f", name.data(), &used, &red, &grn, &blu);
     if (num < 1) return color;
     std::array<int, 3> values{};
-    const std::size_t hash = line.find_first_not_of(" \t", pos + static_cast<std::size_t>(used));
-    const bool hex = hash != std::string::npos && line[hash] == '#' && read_fields(line.substr(hash + 1), 2, 16, values);
+    const std::size_t hash = line.find_first_not_of(' ', pos + static_cast<std::size_t>(used));
+    const bool hex =
+        hash != std::string::npos && line[hash] == '#' && read_fields(line.substr(hash + 1), 2, 16, values);
     if (!hex && num < 4) return color;
     color.name = name.data();
     if (hex) {
@@ -100,8 +101,9 @@ void read_table_file(std::FILE* file, Table_file& table) {
     std::string line;
     while (fgetnline(file, line, LINE_SIZE) >= 0) {
         wsstrip_string(line);
+        fill_string(line, '\t', ' ');
         trim_string(line);
-        line.erase(0, std::min(line.find_first_not_of(" \t"), line.size()));
+        line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
         if (table.ind >= CLR_COUNT) continue;
         table.highest = table.ind;
         if (!line.empty() && line[0] == '#') continue;
@@ -213,7 +215,9 @@ int CLR_get_ind(const std::string& name) {
     return is_digit(name[0]) ? text_to_int(name) : CLR_NONE;
 }
 
-const std::string& CLR_get_name(int ind) { return ind >= 0 && ind < state.num_colors ? state.colors[ind].name : no_name; }
+const std::string& CLR_get_name(int ind) {
+    return ind >= 0 && ind < state.num_colors ? state.colors[ind].name : no_name;
+}
 
 int CLR_get_rgb(int ind, float* red, float* grn, float* blu) {
     *red = *grn = *blu = 0.0F;

@@ -154,7 +154,7 @@ void draw_level_text(int i, float x, float level) {
     if (i % (cont.num_cont / LABELLED_BOXES + 1) != 0) return;
     const Gpt pt{x, cont.bar_lim.y_min};
     const bool named = i < CONT_LEVELS && !cont.cont_label[i].empty();
-    gtext(&pt, named ? cont.cont_label[i] : set_num("2.2.0", level));
+    cont.text(&pt, named ? cont.cont_label[i] : set_num("2.2.0", level));
 }
 
 void draw_boxes() {

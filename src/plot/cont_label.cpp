@@ -135,7 +135,7 @@ Label_crossings find_label_crossings(float level) {
 void write_label(const Labelled& label, const Gpt& pt, const Gpt& up) {
     const bool named = label.k < CONT_LEVELS && !cont.cont_label[label.k].empty();
     gset_char_up_vec(&up);
-    gtext(&pt, named ? cont.cont_label[label.k] : set_num("1.2.0", label.level));
+    cont.text(&pt, named ? cont.cont_label[label.k] : set_num("1.2.0", label.level));
 }
 
 bool on_column(int i) { return i % cont.x_label_space == cont.over; }
@@ -172,7 +172,7 @@ void label_cell(const std::vector<Labelled>& levels, float max_lines, int i, int
 void outline_cell() {
     if (std::find(cont.x.begin(), cont.x.end(), FMISS) != cont.x.end()) return;
     const std::array<Gpt, 5> outline{cont_corner(0), cont_corner(1), cont_corner(3), cont_corner(2), cont_corner(0)};
-    gpolyline(5, outline.data());
+    cont.polyline(5, outline.data());
 }
 
 /// How a point compares with its neighbours.
@@ -213,9 +213,9 @@ Neighbours compare_neighbours(const GRD_report& grid, int i, int j, float value)
 void mark_extreme(const Gpt& pt, const char* mark, float value) {
     const Gpt below{pt.x, pt.y - MARK_SHARE * cont.text_size};
     gset_char_ht(MARK_SHARE * cont.text_size);
-    gtext(&pt, mark);
+    cont.text(&pt, mark);
     gset_char_ht(TEXT_SHARE * cont.text_size);
-    gtext(&below, set_num("3.3.0", value));
+    cont.text(&below, set_num("3.3.0", value));
 }
 
 }  // namespace

@@ -56,11 +56,11 @@ void fill_both_edges(int num_pt, Gpt* pts) {
     for (int i = 0; i < num_pt; ++i) {
         if (pts[i].x < -NEAR_EDGE) pts[i].x += cont.offset;
     }
-    gfill_area(num_pt, pts);
+    cont.fill_area(num_pt, pts);
     for (int i = 0; i < num_pt; ++i) {
         if (pts[i].x > NEAR_EDGE) pts[i].x -= cont.offset;
     }
-    gfill_area(num_pt, pts);
+    cont.fill_area(num_pt, pts);
 }
 
 void fill_both_edges_mollweide(int num_pt, Gpt* pts) {
@@ -68,17 +68,17 @@ void fill_both_edges_mollweide(int num_pt, Gpt* pts) {
         cont.offset = static_cast<float>(mollweide_share(pts[i].y) * 127.426);
         if (pts[i].x < 0.0F) pts[i].x += 2.0F * cont.offset;
     }
-    gfill_area(num_pt, pts);
+    cont.fill_area(num_pt, pts);
     for (int i = 0; i < num_pt; ++i) {
         cont.offset = static_cast<float>(mollweide_share(pts[i].y) * 127.426);
         pts[i].x -= 2.0F * cont.offset;
     }
-    gfill_area(num_pt, pts);
+    cont.fill_area(num_pt, pts);
 }
 
 void send_polygon(int proj, int num_pt, Gpt* pts) {
     if (!is_split(proj, num_pt, pts)) {
-        gfill_area(num_pt, pts);
+        cont.fill_area(num_pt, pts);
     } else if (proj == PROJ_MOLLWEIDE) {
         fill_both_edges_mollweide(num_pt, pts);
     } else if (proj != PROJ_LAMBERT) {
@@ -91,10 +91,10 @@ void send_polygon(int proj, int num_pt, Gpt* pts) {
 void send_wrapped_mollweide(Gpt* pts, Gpt& left, Gpt& right) {
     cont.offset = static_cast<float>(mollweide_share(pts[0].y) * 254.852);
     left.x += cont.offset;
-    gpolyline(2, pts);
+    cont.polyline(2, pts);
     left.x -= cont.offset;
     right.x -= cont.offset;
-    gpolyline(2, pts);
+    cont.polyline(2, pts);
 }
 
 void send_line_mollweide(Gpt* pts, float d) {
@@ -103,23 +103,23 @@ void send_line_mollweide(Gpt* pts, float d) {
     } else if (pts[1].x < 0.0F && pts[0].x > 0.0F && -d > MOLLWEIDE_FAR) {
         send_wrapped_mollweide(pts, pts[1], pts[0]);
     } else {
-        gpolyline(2, pts);
+        cont.polyline(2, pts);
     }
 }
 
 void send_line_cylinder(Gpt* pts, float d) {
     if (d < -FAR_APART) {
         pts[1].x += cont.offset;
-        gpolyline(2, pts);
+        cont.polyline(2, pts);
         pts[0].x -= cont.offset;
         pts[1].x -= cont.offset;
     } else if (d > FAR_APART) {
         pts[1].x -= cont.offset;
-        gpolyline(2, pts);
+        cont.polyline(2, pts);
         pts[0].x += cont.offset;
         pts[1].x += cont.offset;
     }
-    gpolyline(2, pts);
+    cont.polyline(2, pts);
 }
 
 void send_line(int proj, Gpt* pts) {
@@ -133,10 +133,10 @@ void send_line(int proj, Gpt* pts) {
             send_line_cylinder(pts, d);
             break;
         case PROJ_LAMBERT:
-            if (std::fabs(d) < FAR_APART) gpolyline(2, pts);
+            if (std::fabs(d) < FAR_APART) cont.polyline(2, pts);
             break;
         default:
-            gpolyline(2, pts);
+            cont.polyline(2, pts);
             break;
     }
 }

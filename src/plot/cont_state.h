@@ -8,6 +8,7 @@
 
 #include "frame/zav.h"
 #include "gks/gks.h"
+#include "gks/gks_text.h"
 #include "map/maptran.h"
 #include "plot/colors.h"
 #include "plot/cont.h"
@@ -119,7 +120,14 @@ struct Cont_engine {
     Gattribs fill_lab_attr;  ///< labels on filled plots
 };
 
-struct Cont_state : Cont_settings, Cont_bar, Cont_engine {
+/// Where lines, areas and texts go: the kernel, or what stands in for it when a plot is to be looked at as data.
+struct Cont_output {
+    int (*polyline)(Gint num_pt, const Gpt* pts) = gpolyline;
+    int (*fill_area)(Gint num_pt, const Gpt* pts) = gfill_area;
+    int (*text)(const Gpt* pt, const std::string& str) = gtext;
+};
+
+struct Cont_state : Cont_settings, Cont_bar, Cont_engine, Cont_output {
     Cont_state() { cont_value[0] = FMISS; }
 };
 

@@ -29,7 +29,7 @@ void draw_value(const Gpt& pt, float value) {
     const Gattribs attrib = value_attributes(value);
     GPH_text_attr(&attrib, cont.scale * cont.vert_size * TEXT_SHARE);
     if (attrib.color == CLR_NONE) return;
-    gtext(&pt, cont.num_form.empty() ? set_num("1.1.0", value) : format_value(cont.num_form, value));
+    cont.text(&pt, cont.num_form.empty() ? set_num("1.1.0", value) : format_value(cont.num_form, value));
 }
 
 bool is_due(int place, int skip) { return skip < 2 || place % skip == 0; }

@@ -66,22 +66,36 @@ std::string label_code(char code) {
     Date date = state.date;
     std::string text;
     switch (code) {
-        case 'D': DATE_make_label(&date, text); return text;
-        case 'V': DATE_make_label_valid_time(fhour, &date, text); return text;
+        case 'D':
+            DATE_make_label(&date, text);
+            return text;
+        case 'V':
+            DATE_make_label_valid_time(fhour, &date, text);
+            return text;
         case 'W':
             date.hour = MISS;
             DATE_make_label_valid_time(fhour, &date, text);
             return text;
-        case 'y': return date.year == MISS ? text : text_format("%02d", date.year % 100);
-        case 'm': return two_digits(date.month);
-        case 'b': return std::string(DATE_month(date.month)).substr(0, 3);
-        case 'h': return two_digits(date.hour);
-        case 'd': return two_digits(date.day);
-        case 'n': return two_digits(date.min);
-        case 'f': return DATE_fhour_label(text, fhour, 0);
-        case 'F': return DATE_fhour_label(text, fhour, 1);
-        case '%': return "%";
-        default: return text;
+        case 'y':
+            return date.year == MISS ? text : text_format("%02d", date.year % 100);
+        case 'm':
+            return two_digits(date.month);
+        case 'b':
+            return std::string(DATE_month(date.month)).substr(0, 3);
+        case 'h':
+            return two_digits(date.hour);
+        case 'd':
+            return two_digits(date.day);
+        case 'n':
+            return two_digits(date.min);
+        case 'f':
+            return DATE_fhour_label(text, fhour, 0);
+        case 'F':
+            return DATE_fhour_label(text, fhour, 1);
+        case '%':
+            return "%";
+        default:
+            return text;
     }
 }
 

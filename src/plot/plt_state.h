@@ -9,9 +9,9 @@ namespace zav {
 struct PLT_state {
     Gint work_id = 1;
     Gws_type wk_type = GWS_ASK;
-    Glim dis_view;                              ///< the plot's viewport in the page
-    Glim view_off{0.0F, 0.0F, 0.04F, 0.04F};    ///< margins on its four sides
-    Glim dis_size;                              ///< the panel
+    Glim dis_view;                            ///< the plot's viewport in the page
+    Glim view_off{0.0F, 0.0F, 0.04F, 0.04F};  ///< margins on its four sides
+    Glim dis_size;                            ///< the panel
     float view_offset = 0.0F;
     int border = 1;
     int zoom = 0;  ///< zoom depth

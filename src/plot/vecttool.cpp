@@ -20,9 +20,7 @@ bool missing(float a, float b, float* x, float* y) {
 
 float speed(float u, float v) { return std::sqrt(u * u + v * v); }
 
-float bearing(float u, float v, float spd) {
-    return spd < CALM ? 0.0F : static_cast<float>(std::atan2(u, v) / DEGREE);
-}
+float bearing(float u, float v, float spd) { return spd < CALM ? 0.0F : static_cast<float>(std::atan2(u, v) / DEGREE); }
 
 }  // namespace
 

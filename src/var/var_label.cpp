@@ -26,8 +26,8 @@ struct kind_text {
     int kind;
     const char* text;
 };
-constexpr kind_text KINDS[] = {{2, "rng "},  {3, "avg "},   {4, "acc "},   {5, "dif "}, {6, "max "},
-                               {7, "min "},  {13, "iavg "}, {23, "uavg "}, {18, "var "}};
+constexpr kind_text KINDS[] = {{2, "rng "}, {3, "avg "},   {4, "acc "},   {5, "dif "}, {6, "max "},
+                               {7, "min "}, {13, "iavg "}, {23, "uavg "}, {18, "var "}};
 
 /// Level types whose label is a fixed text.
 struct level_text {
@@ -121,26 +121,65 @@ bool numbered_level(int ltype, int level, std::string& text) {
     const int high = level / 1000;
     const int low = level % 1000;
     switch (ltype) {
-        case 1: text = surface(level); return true;
-        case 100: text = text_format("%d mb", level); return true;
-        case 101: text = pressure_layer(level); return true;
-        case 103: text = text_format("%d m", level); return true;
-        case 104: text = height_layer(level); return true;
-        case 105: text = text_format("%d m AG", level); return true;
-        case 106: text = text_format("%d-%d m AG", 100 * low, 100 * high); return true;
-        case 107: text = text_format("%3.2f sigma", level / 10000.0); return true;
-        case 108: text = text_format("%3.2f-%3.2f sigma", low / 100.0, high / 100.0); return true;
-        case 109: text = text_format("%d lev", level); return true;
-        case 111: text = text_format("%d cm BG", level); return true;
-        case 112: text = text_format("%d-%d cm BG", low, high); return true;
-        case 113: text = text_format("%d K", level); return true;
-        case 114: text = text_format("%3.0f-%3.0f K", static_cast<double>(low), static_cast<double>(high)); return true;
-        case 115: text = text_format("%d mb AG", level); return true;
-        case 116: text = text_format("%d-%d mb AG", low, high); return true;
-        case 117: text = text_format("%d*10^-6 Km2/kgs", level); return true;
-        case 119: text = text_format("%3.2f Eta", level / 10000.0); return true;
-        case 120: text = text_format("%3.2f-%3.2f Eta", low / 100.0, high / 100.0); return true;
-        default: return false;
+        case 1:
+            text = surface(level);
+            return true;
+        case 100:
+            text = text_format("%d mb", level);
+            return true;
+        case 101:
+            text = pressure_layer(level);
+            return true;
+        case 103:
+            text = text_format("%d m", level);
+            return true;
+        case 104:
+            text = height_layer(level);
+            return true;
+        case 105:
+            text = text_format("%d m AG", level);
+            return true;
+        case 106:
+            text = text_format("%d-%d m AG", 100 * low, 100 * high);
+            return true;
+        case 107:
+            text = text_format("%3.2f sigma", level / 10000.0);
+            return true;
+        case 108:
+            text = text_format("%3.2f-%3.2f sigma", low / 100.0, high / 100.0);
+            return true;
+        case 109:
+            text = text_format("%d lev", level);
+            return true;
+        case 111:
+            text = text_format("%d cm BG", level);
+            return true;
+        case 112:
+            text = text_format("%d-%d cm BG", low, high);
+            return true;
+        case 113:
+            text = text_format("%d K", level);
+            return true;
+        case 114:
+            text = text_format("%3.0f-%3.0f K", static_cast<double>(low), static_cast<double>(high));
+            return true;
+        case 115:
+            text = text_format("%d mb AG", level);
+            return true;
+        case 116:
+            text = text_format("%d-%d mb AG", low, high);
+            return true;
+        case 117:
+            text = text_format("%d*10^-6 Km2/kgs", level);
+            return true;
+        case 119:
+            text = text_format("%3.2f Eta", level / 10000.0);
+            return true;
+        case 120:
+            text = text_format("%3.2f-%3.2f Eta", low / 100.0, high / 100.0);
+            return true;
+        default:
+            return false;
     }
 }
 

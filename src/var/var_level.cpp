@@ -19,13 +19,13 @@ struct level_word {
     int ltype;
 };
 constexpr level_word LEVEL_WORDS[] = {
-    {"none", 0},       {"snd", 0},         {"miss", MISS},     {"sfc", 1},         {"sf", 1},
-    {"sea", 1},        {"se", 1},          {"frz", 4},         {"lcl", 5},         {"mwnd", 6},
-    {"trop", 7},       {"sl", 102},        {"whole", 200},     {"top_frz", 204},   {"gcld_bot", 206},
-    {"gcld_top", 207}, {"blcld_bot", 209}, {"blcld_top", 210}, {"blcld_lyr", 211}, {"lcld_bot", 212},
-    {"lcld_top", 213}, {"lcld_lyr", 214},  {"cld_ceil", 215},  {"mcld_bot", 222},  {"mcld_top", 223},
-    {"mcld_lyr", 224}, {"hcld_bot", 232},  {"hcld_top", 233},  {"hcld_lyr", 234},  {"conv_bot", 242},
-    {"conv_top", 243}, {"conv_lyr", 244},  {"wbzero", 245},    {"maxepot", 246},   {"equilib", 247},
+    {"none", 0},        {"snd", 0},         {"miss", MISS},     {"sfc", 1},         {"sf", 1},
+    {"sea", 1},         {"se", 1},          {"frz", 4},         {"lcl", 5},         {"mwnd", 6},
+    {"trop", 7},        {"sl", 102},        {"whole", 200},     {"top_frz", 204},   {"gcld_bot", 206},
+    {"gcld_top", 207},  {"blcld_bot", 209}, {"blcld_top", 210}, {"blcld_lyr", 211}, {"lcld_bot", 212},
+    {"lcld_top", 213},  {"lcld_lyr", 214},  {"cld_ceil", 215},  {"mcld_bot", 222},  {"mcld_top", 223},
+    {"mcld_lyr", 224},  {"hcld_bot", 232},  {"hcld_top", 233},  {"hcld_lyr", 234},  {"conv_bot", 242},
+    {"conv_top", 243},  {"conv_lyr", 244},  {"wbzero", 245},    {"maxepot", 246},   {"equilib", 247},
     {"sconv_bot", 248}, {"sconv_top", 249}, {"dconv_bot", 251}, {"dconv_top", 252}, {"sclw_bot", 253},
     {"sclw_top", 254},
 };
@@ -38,9 +38,9 @@ struct level_unit {
     float factor;
 };
 constexpr level_unit LEVEL_UNITS[] = {
-    {"mb", 100, 101, 1.0F},    {"m", 103, 104, 1.0F},      {"ft", 103, 104, FEET},    {"m_ag", 105, 106, 1.0F},
-    {"ft_ag", 105, 106, FEET}, {"k", 113, 114, 1.0F},      {"mb_ag", 115, 116, 1.0F}, {"sig", 107, 108, 10000.0F},
-    {"lev", 109, MISS, 1.0F},  {"pv", 117, MISS, 1.0F},    {"eta", 119, 120, 10000.0F},
+    {"mb", 100, 101, 1.0F},    {"m", 103, 104, 1.0F},   {"ft", 103, 104, FEET},      {"m_ag", 105, 106, 1.0F},
+    {"ft_ag", 105, 106, FEET}, {"k", 113, 114, 1.0F},   {"mb_ag", 115, 116, 1.0F},   {"sig", 107, 108, 10000.0F},
+    {"lev", 109, MISS, 1.0F},  {"pv", 117, MISS, 1.0F}, {"eta", 119, 120, 10000.0F},
 };
 
 const level_unit* find_unit(const std::string& unit) {

@@ -16,8 +16,8 @@ constexpr std::size_t SOURCE_NAME_SIZE = 41;
 
 /// A lookup file of numbered names. A file that can't be opened is reported once.
 struct name_file {
-    const char* file;      // name in the directory of the lookup files
-    const char* caller;    // function that reports
+    const char* file;    // name in the directory of the lookup files
+    const char* caller;  // function that reports
     LookupLines lines;
     std::string reported;  // path whose absence was reported
 };
@@ -87,7 +87,7 @@ bool next_line(std::FILE* file, std::string& line) {
     char part[512];
     while (std::fgets(part, sizeof part, file) != nullptr) {
         line += part;
-        if (line.back() == '\n') break;
+        if (!line.empty() && line.back() == '\n') break;
     }
     if (line.empty()) return false;
     wsstrip_string(line);

@@ -26,14 +26,14 @@ struct var_base {
 /// The variable list and the state of its compilation, shared by the files of this unit.
 struct var_state {
     std::array<VAR_data, VAR_MAX> var;
-    int varnum = 0;     ///< entries in use
-    int plevel = 0;     ///< functions around the present item
-    int vlevel = 0;     ///< groups and vectors around the present item
-    int level = -1;     ///< depth of recursion
+    int varnum = 0;  ///< entries in use
+    int plevel = 0;  ///< functions around the present item
+    int vlevel = 0;  ///< groups and vectors around the present item
+    int level = -1;  ///< depth of recursion
     std::array<var_base, BASE_MAX> base;
-    int base_ind = -1;  ///< top of `base`, -1 outside of a compilation
-    int def_type = 2;   ///< plot type of entries that name none
-    int items = 0;      ///< items so far in this compilation
+    int base_ind = -1;     ///< top of `base`, -1 outside of a compilation
+    int def_type = 2;      ///< plot type of entries that name none
+    int items = 0;         ///< items so far in this compilation
     bool refused = false;  ///< the string needs more room than there is
 };
 var_state& VAR_module();

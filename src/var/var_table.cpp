@@ -17,8 +17,8 @@ constexpr std::size_t DESC_ABBR_SIZE = 10;
 
 /// The variable table with an index by number and one by abbreviation in lower case. The first entry of each counts.
 struct State {
-    bool done = false;          // read, or found absent at `path`
-    std::string path;           // file of the last attempt
+    bool done = false;  // read, or found absent at `path`
+    std::string path;   // file of the last attempt
     std::vector<VAR_desc> list;
     std::unordered_map<int, std::size_t> by_num;
     std::unordered_map<std::string, std::size_t> by_abbr;

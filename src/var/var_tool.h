@@ -15,10 +15,10 @@ constexpr int VAR_IND = 5;
 
 /// Plot types, the field `type` of VAR_data.
 enum : int {
-    VTYPE_DATA = 1,     ///< plotted data value
-    VTYPE_VALUE = 2,    ///< value at a station
-    VTYPE_TEXT = 3,     ///< text
-    VTYPE_MARK = 4,     ///< marker
+    VTYPE_DATA = 1,   ///< plotted data value
+    VTYPE_VALUE = 2,  ///< value at a station
+    VTYPE_TEXT = 3,   ///< text
+    VTYPE_MARK = 4,   ///< marker
     VTYPE_INT = 5,
     VTYPE_MAP = 6,      ///< the keyword map
     VTYPE_FRAME = 7,    ///< the keyword frame
@@ -42,30 +42,30 @@ enum : int {
 
 /// Kinds of an entry: `flag` modulo 10. `flag` / 10 is the number of functions around the entry.
 enum : int {
-    VKIND_REG = 0,           ///< plain variable
-    VKIND_SUBREG = 1,        ///< plain variable in a group or vector
-    VKIND_FUNC = 2,          ///< function
+    VKIND_REG = 0,     ///< plain variable
+    VKIND_SUBREG = 1,  ///< plain variable in a group or vector
+    VKIND_FUNC = 2,    ///< function
     VKIND_SUBFUNC = 3,
-    VKIND_KEYWORD = 4,       ///< map, plot, frame, panel
-    VKIND_COMP = 5,          ///< group
-    VKIND_VECT = 6,          ///< vector
-    VKIND_FUNC_VECT = 8,     ///< second entry of a function with a vector result
+    VKIND_KEYWORD = 4,    ///< map, plot, frame, panel
+    VKIND_COMP = 5,       ///< group
+    VKIND_VECT = 6,       ///< vector
+    VKIND_FUNC_VECT = 8,  ///< second entry of a function with a vector result
     VKIND_SUBFUNC_VECT = 9,
 };
 
 /// One entry of the compiled variable list; also a search key, in which MISS means "any".
 struct VAR_data {
-    int type = MISS;     ///< plot type
-    std::string name;    ///< name as written, or the abbreviation from the table (19 characters)
-    std::string units;   ///< units asked for (14 characters), empty for the data's own
+    int type = MISS;    ///< plot type
+    std::string name;   ///< name as written, or the abbreviation from the table (19 characters)
+    std::string units;  ///< units asked for (14 characters), empty for the data's own
     /// Variable numbers; [0] is the main one and carries the ensemble code.
     std::array<int, VAR_IND> var{MISS, MISS, MISS, MISS, MISS};
-    int tstat = 0;       ///< 0 not decoded, 1 time inherited, 2 time given
-    int time = MISS;     ///< time code: kind * 1000000 + begin * 1000 + end
+    int tstat = 0;    ///< 0 not decoded, 1 time inherited, 2 time given
+    int time = MISS;  ///< time code: kind * 1000000 + begin * 1000 + end
     std::string tunits;
-    int lstat = 0;       ///< as tstat, for the level
-    int ltype = MISS;    ///< level type (GRIB 1 table 3, and codes of our own)
-    int level = MISS;    ///< level, or layer as two numbers
+    int lstat = 0;     ///< as tstat, for the level
+    int ltype = MISS;  ///< level type (GRIB 1 table 3, and codes of our own)
+    int level = MISS;  ///< level, or layer as two numbers
     std::string lunits;
     std::string format;  ///< format word and what follows it (100 characters)
     int flag = 0;        ///< place in the tree: depth * 10 + kind

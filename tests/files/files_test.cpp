@@ -1,8 +1,6 @@
 #include "files/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +10,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "support/support.h"
 
 namespace zav {
 namespace {
@@ -32,7 +31,6 @@ constexpr const char* CONVENTIONS =
 class Files : public testing::Test {
   protected:
     void SetUp() override {
-        dir_ = fs::temp_directory_path() / ("zav_files_" + std::to_string(getpid()));
         fs::create_directories(dir_ / "grids");
         std::ofstream(dir_ / "name_conv") << CONVENTIONS;
         RES_put("file_path", dir_.string());
@@ -40,7 +38,6 @@ class Files : public testing::Test {
         RES_put("filename", "");
         unsetenv("zavcurtime");
     }
-    void TearDown() override { fs::remove_all(dir_); }
 
     std::string grid(const std::string& name) const { return (dir_ / "grids" / name).string(); }
     void make_grid(const std::string& name, int size = 20) const {
@@ -70,7 +67,8 @@ class Files : public testing::Test {
         return fs::path(name).filename();
     }
 
-    fs::path dir_;
+    const test::TempDir temp_;
+    const fs::path dir_ = temp_.path();
 };
 
 TEST_F(Files, ConventionIsTheFirstLineThatFits) {

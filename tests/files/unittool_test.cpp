@@ -6,23 +6,28 @@
 #include <cmath>
 #include <filesystem>
 
-#include <fstream>
-
 #include "frame/resrc.h"
 #include "frame/zav.h"
+#include "support/support.h"
 
 namespace zav {
 namespace {
 
 void use_shipped_table() { RES_put("file_path", std::string(ZAV_SOURCE_DIR) + "/share/zav"); }
 
-std::string own_table(const std::string& text) {
-    const std::string dir = testing::TempDir() + "zav_units_" + std::to_string(getpid());
-    std::filesystem::create_directories(dir);
-    std::ofstream(dir + "/units.lup") << text;
-    RES_put("file_path", dir);
-    return dir + "/units.lup";
-}
+/// A table of the test's own, in force as long as the object.
+class OwnTable {
+  public:
+    explicit OwnTable(const std::string& text) {
+        write(text);
+        RES_put("file_path", dir_.path().string());
+    }
+    void write(const std::string& text) { dir_.write("units.lup", text); }
+    void remove() { std::filesystem::remove(dir_.path() / "units.lup"); }
+
+  private:
+    test::TempDir dir_;
+};
 
 // Values from the definitions: NIST SP 811, WMO-No. 306.
 TEST(Units, ShippedTableConvertsBothWays) {
@@ -52,7 +57,7 @@ TEST(Units, ShippedTableConvertsBothWays) {
 }
 
 TEST(Units, NamesCompareWithoutCaseAndWithBlanksFilled) {
-    own_table("# comment\nC F *1.8+32\nabc_d X *2-1\nx y 3\n");
+    const OwnTable table("# comment\nC F *1.8+32\nabc_d X *2-1\nx y 3\n");
     EXPECT_FLOAT_EQ(UNIT_cvt(100.0F, "c", "f"), 212.0F);
     EXPECT_FLOAT_EQ(UNIT_cvt(5.0F, "ABC d", "x"), 9.0F);
     EXPECT_FLOAT_EQ(UNIT_cvt(5.0F, "10 abc_d", "x"), 99.0F);
@@ -68,11 +73,11 @@ TEST(Units, NamesCompareWithoutCaseAndWithBlanksFilled) {
 }
 
 TEST(Units, TableIsReadAgainWhenItChanges) {
-    const std::string path = own_table("a b *2\n");
+    OwnTable table("a b *2\n");
     EXPECT_FLOAT_EQ(UNIT_find("a", "b")(3.0F), 6.0F);
-    std::ofstream(path) << "a b *2.5+1\n";
+    table.write("a b *2.5+1\n");
     EXPECT_FLOAT_EQ(UNIT_find("a", "b")(3.0F), 8.5F);
-    std::filesystem::remove(path);
+    table.remove();
     EXPECT_FLOAT_EQ(UNIT_find("a", "b")(3.0F), 0.0F) << "without the file every value becomes 0";
     EXPECT_EQ(UNIT_find("a", "b")(FMISS), FMISS);
 }

@@ -1,0 +1,130 @@
+// The search for all entries of the variable list, in one file or in the files of a model in pieces.
+
+#include "files/files.h"
+#include "frame/flag.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "grid/grd_out.h"
+#include "grid/grd_read.h"
+#include "grid/grd_tool.h"
+
+namespace zav {
+namespace {
+
+/// Value of flag FLAG_GRID_FORMAT that says that the input is GRIB.
+constexpr int INPUT_GRIB = 23;
+
+/// Warnings of the two searches.
+struct Words {
+    const char* no_file;
+    const char* no_grid;
+};
+constexpr Words DATE_WORDS = {"GRD_search_file_date: unable to open file: ",
+                              "GRD_search_file_date: grid not found in file: "};
+constexpr Words FILE_WORDS = {"GRD_search_file: Unable to open grid file: ",
+                              "GRD_search_file: Grid not found in file: "};
+
+void prepare_table(bool list) {
+    GRD_init_grids();
+    if (list) MESS_print(MESS_OUT4, "Grids used:\n");
+    for (int i = 0; i < VAR_get_num(); i++) {
+        GRD_set_var(i);
+        if (!list) continue;
+        MESS_print(MESS_OUT4, "%3d: ", i);
+        VAR_print(MESS_OUT4, VAR_get_var(i));
+    }
+}
+
+/// Opens a file and reads its description. The handle, or -1 with the warning.
+int open_file(const std::string& name, const Words& words, const Date* date) {
+    int type = FLAG_get(FLAG_GRID_FORMAT) == INPUT_GRIB ? GRD_TYPE_GRIB : GRD_TYPE_ANY;
+    const int fd = GRD_open(name, 0, &type);
+    if (fd < 0) {
+        MESS_print(MESS_WARN, "%s%s\n", words.no_file, name.c_str());
+        return -1;
+    }
+    MESS_print(MESS_PROGRESS, "Reading from grid file: %s\n", name.c_str());
+    std::string index;
+    if (date != nullptr && FILE_hdr_set_date(date, index) == 1) GRD_hdr_open(fd, index);
+    GRD_getinfo(fd, GRD_get_info());
+    return fd;
+}
+
+void warn_missing(const Words& words) {
+    for (int i = 0; i < VAR_get_num(); i++) {
+        if (GRD_get_grid(i)->source != 0 || VAR_is_fit_GRID(i) == 0) continue;
+        MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
+        VAR_print_info(MESS_WARN, VAR_get_var(i));
+    }
+}
+
+/// The search in one file. False if it can't be opened.
+bool search_single(const std::string& name, const Words& words, const Date* date) {
+    const int fd = open_file(name, words, date);
+    if (fd < 0) return false;
+    int type = MISS;
+    RES_getval("grid_type", &type, CV_int);
+    if (GRD_search(fd, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num()) != 1) warn_missing(words);
+    GRD_close(fd);
+    return true;
+}
+
+void search_pieces(const Date* date) {
+    const GRD_specs& specs = GRD_get_specs();
+    for (int n = 0; n < specs.nspec; n++) {
+        FILE_set_name(specs.spec[static_cast<std::size_t>(n)].name);
+        std::string name;
+        FILE_set_date(date, name);
+        const int fd = open_file(name, DATE_WORDS, date);
+        if (fd < 0) continue;
+        GRD_search_piece(fd, n, GRD_get_grids(), VAR_get_vars().data(), VAR_get_num());
+        GRD_close(fd);
+    }
+}
+
+/// Writes the grids of the list that the resource "out_file" asks for.
+void write_grids() {
+    FILE_save_name_conv();
+    for (int i = VAR_get_num() - 1; i >= 0; i--) {
+        if (VAR_is_type_GRID(i) == 0 || !GRD_has_values(GRD_get_grid(i))) continue;
+        const int type = GRD_out_file(0);
+        if (type == 0) break;
+        FILE_set_key('x', VAR_get_model_str());
+        FILE_set_key('f', VAR_get_time_key(i));
+        FILE_set_key('l', VAR_get_level_key(i));
+        FILE_set_key('v', VAR_get_name(i));
+        std::string name;
+        FILE_set_date(&GRD_get_info()->date, name);
+        GRD_save_file(name, GRD_get_grid(i), GRD_get_info(), type);
+    }
+    FILE_restore_name_conv();
+}
+
+void finish() {
+    if (GRD_hooks().calc_var != nullptr) GRD_hooks().calc_var();
+    write_grids();
+}
+
+}  // namespace
+
+int GRD_search_file_date(const Date* date) {
+    prepare_table(true);
+    if (GRD_get_specs().nspec == 0) {
+        std::string name;
+        FILE_set_date(date, name);
+        if (!search_single(name, DATE_WORDS, date)) return -1;
+    } else {
+        search_pieces(date);
+    }
+    finish();
+    return 1;
+}
+
+int GRD_search_file(const std::string& filename) {
+    prepare_table(false);
+    if (!search_single(filename, FILE_WORDS, nullptr)) return -1;
+    finish();
+    return 1;
+}
+
+}  // namespace zav

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zav::test {
+
+/// How a run of the program ended.
+struct Outcome {
+    int status = -1;  ///< exit status, 1000 + the signal that ended it
+    std::string out;
+    std::string err;
+};
+
+/// Runs the program in `folder` with options written as in a shell and `input` on standard input. Resources come from the
+/// options alone; the lookup files are those of the source tree. A run that takes longer than a minute is ended.
+Outcome run_program(const std::string& folder, const std::string& options, const std::string& input = "");
+
+/// A point on the page, in PostScript points before the page's own turn and shift.
+struct PagePoint {
+    double x = 0.0;
+    double y = 0.0;
+};
+using PagePath = std::vector<PagePoint>;
+
+/// What a PostScript page holds.
+struct Page {
+    int pages = 0;                ///< "showpage"s
+    std::vector<PagePath> lines;  ///< stroked paths
+    std::vector<PagePath> fills;  ///< filled paths
+};
+
+/// Reads a page that the program wrote.
+Page read_page(const std::string& file);
+
+/// Lines of two points only.
+std::vector<PagePath> segments_of(const Page& page);
+
+/// The text of a page without its date line.
+std::string page_without_date(const std::string& file);
+
+/// True if Ghostscript renders the file without a word of complaint.
+bool renders(const std::string& file);
+
+}  // namespace zav::test

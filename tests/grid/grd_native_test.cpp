@@ -1,0 +1,340 @@
+// Native grid files: what is written comes back, older forms are read, and damaged files end in a result.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <random>
+
+#include "files/date.h"
+#include "grid/grd_out.h"
+#include "grid/grd_read.h"
+#include "grid/grd_tool.h"
+#include "map/maptran.h"
+#include "support/support.h"
+
+namespace zav {
+namespace {
+
+using test::TempDirTest;
+
+GRD_report sample(int nx, int ny) {
+    GRD_report grid;
+    GRD_init(&grid);
+    grid.source = 7;
+    grid.version = 2;
+    grid.model = 96;
+    grid.type = 211;
+    grid.ltype = 100;
+    grid.level = 500;
+    grid.time = 24;
+    grid.var = 7;
+    grid.units = "gp m";
+    grid.datim = "1200Z 15 JAN 26";
+    grid.info = "24 hour 500 mb Height (gp m)";
+    grid.domain.proj = PROJ_LATLON;
+    grid.domain.clat = 40.0F;
+    grid.domain.clon = -100.5F;
+    grid.domain.plon = -100.5F;
+    grid.domain.dx = 2.5F;
+    grid.domain.dy = 1.25F;
+    grid.domain.nx = nx;
+    grid.domain.ny = ny;
+    GRD_alloc(&grid);
+    for (int i = 0; i < nx * ny; i++) grid.grid[static_cast<std::size_t>(i)] = std::sin(static_cast<float>(i)) / 3.0F;
+    grid.grid[1] = FMISS;
+    return grid;
+}
+
+void write_records(const std::string& name, int type, int access, std::vector<GRD_report*> grids) {
+    const int fd = GRD_open(name, access, &type);
+    ASSERT_GE(fd, 0);
+    GRD_info info;
+    ASSERT_EQ(GRD_putinfo(fd, &info), 0);
+    int number = 0;
+    for (GRD_report* grid : grids) ASSERT_EQ(GRD_write(fd, grid, 0, &number), 0);
+    ASSERT_EQ(GRD_close(fd), 0);
+}
+
+/// Opens for reading and reads the description.
+int open_read(const std::string& name, GRD_info* info = nullptr) {
+    int type = 0;
+    const int fd = GRD_open(name, 0, &type);
+    GRD_info own;
+    if (fd >= 0) GRD_getinfo(fd, info == nullptr ? &own : info);
+    return fd;
+}
+
+class NativeFormat : public TempDirTest, public testing::WithParamInterface<int> {};
+
+TEST_P(NativeFormat, ComesBackToTheLastBit) {
+    GRD_report grid = sample(7, 5);
+    const std::string name = dir.file("a.grd");
+    write_records(name, GetParam(), 1, {&grid});
+    EXPECT_EQ(grid.units, "gp_m");
+    GRD_info info;
+    const int fd = open_read(name, &info);
+    ASSERT_GE(fd, 0);
+    EXPECT_EQ(info.date.year, 2026);
+    EXPECT_EQ(info.date.hour, 12);
+    GRD_report back;
+    int number = 0;
+    ASSERT_EQ(GRD_read(fd, &back, 0, &number), 0);
+    EXPECT_EQ(back.datim, grid.datim);
+    EXPECT_EQ(back.info, grid.info);
+    EXPECT_EQ(back.units, "gp_m");
+    for (const auto field : {&GRD_report::source, &GRD_report::version, &GRD_report::model, &GRD_report::type,
+                             &GRD_report::ltype, &GRD_report::level, &GRD_report::time, &GRD_report::var}) {
+        EXPECT_EQ(back.*field, grid.*field);
+    }
+    EXPECT_EQ(DOM_comp(&back.domain, &grid.domain), 1);
+    ASSERT_TRUE(GRD_has_values(&back));
+    for (std::size_t i = 0; i < 35; i++) EXPECT_EQ(back.grid[i], grid.grid[i]) << i;
+    number = 1;
+    EXPECT_EQ(GRD_read(fd, &back, 1, &number), -1);
+    GRD_close(fd);
+}
+
+TEST_P(NativeFormat, StepsThroughAppendedRecords) {
+    GRD_report grid = sample(7, 5);
+    const std::string name = dir.file("a.grd");
+    for (int i = 0; i < 4; i++) {
+        grid.level = 500 + i;
+        grid.grid[0] = static_cast<float>(i);
+        write_records(name, GetParam(), i == 0 ? 1 : 2, {&grid});
+    }
+    const int fd = open_read(name);
+    GRD_report back;
+    int number = 0;
+    int count = 0;
+    for (; GRD_read(fd, &back, 1, &number) == 0; number++) {
+        EXPECT_EQ(number, count);
+        EXPECT_EQ(back.level, 500 + count);
+        EXPECT_EQ(back.grid, nullptr);
+        ASSERT_EQ(GRD_read(fd, &back, 0, &number), 0);
+        EXPECT_EQ(back.grid[0], static_cast<float>(count));
+        count++;
+    }
+    EXPECT_EQ(count, 4);
+    number = 1;  // behind the file's place: from the start again
+    ASSERT_EQ(GRD_read(fd, &back, 1, &number), 0);
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(back.level, 500);
+    number = 3;  // further than the next: the next one comes
+    ASSERT_EQ(GRD_read(fd, &back, 1, &number), 0);
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(back.level, 501);
+    GRD_rewind(fd);
+    number = 0;
+    ASSERT_EQ(GRD_read(fd, &back, 0, &number), 0);
+    EXPECT_EQ(back.level, 500);
+    GRD_close(fd);
+}
+
+TEST_P(NativeFormat, DamageEndsInAResult) {
+    GRD_report grid = sample(6, 4);
+    const std::string name = dir.file("a.grd");
+    write_records(name, GetParam(), 1, {&grid});
+    write_records(name, GetParam(), 2, {&grid});
+    const std::string whole = test::read_file(name);
+    ASSERT_FALSE(whole.empty());
+    std::mt19937 random(7);
+    for (std::size_t i = 0; i < 2 * whole.size(); i++) {
+        std::string damaged = i < whole.size() ? whole.substr(0, i) : whole;
+        if (i >= whole.size()) damaged[i - whole.size()] = static_cast<char>(random());
+        std::filesystem::remove(name);  // faster than emptying it
+        test::write_file(name, damaged);
+        const int fd = open_read(name);
+        if (fd < 0) continue;
+        GRD_report back;
+        int records = 0;
+        for (int number = 0; GRD_read(fd, &back, 1, &number) == 0 && records < 100; number++) {
+            records++;
+            GRD_report values;
+            if (GRD_read(fd, &values, 0, &number) == 0) {
+                EXPECT_TRUE(GRD_has_values(&values));
+                EXPECT_LE(GRD_points(&values), whole.size());
+            } else {
+                EXPECT_EQ(values.source, 0);
+            }
+        }
+        EXPECT_LT(records, 100);
+        GRD_close(fd);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, NativeFormat, testing::Values(2, 3));
+
+class Native : public TempDirTest {
+  protected:
+    /// Reads the first record of a text.
+    int read_text(const std::string& text, GRD_report* grid, int rep_type = 0) {
+        const int fd = open_read(dir.write("t.grd", text));
+        if (fd < 0) return -2;
+        int number = 0;
+        const int result = GRD_read(fd, grid, rep_type, &number);
+        GRD_close(fd);
+        return result;
+    }
+};
+
+struct Projection {
+    Domain domain;
+    std::string line;  ///< the line's start
+    float plat, plon;  ///< what comes back
+};
+
+TEST_F(Native, ProjectionsComeBack) {
+    Domain base = sample(2, 2).domain;
+    std::vector<Projection> cases;
+    const auto add = [&](int proj, float plat, float plon, float lat1, const char* line, float plat2, float plon2) {
+        Domain domain = base;
+        domain.proj = proj;
+        domain.plat = plat;
+        domain.plon = plon;
+        if (lat1 != FMISS) domain.param = {lat1, 45.0F, 1.25F, FMISS, FMISS};
+        cases.push_back({domain, line, plat2, plon2});
+    };
+    add(PROJ_POLAR, FMISS, -105.0F, FMISS, "\nPS:-105.000000 40.", FMISS, -105.0F);
+    add(PROJ_POLAR, FMISS, -100.5F, FMISS, "\nPS 40.", FMISS, -100.5F);
+    add(PROJ_MERCATOR, FMISS, FMISS, FMISS, "\nME 40.", FMISS, FMISS);
+    add(PROJ_LAMBERT, 35.0F, -95.0F, 25.0F, "\nLC:35.000000:-95.000000:25.000000:45.000000:1.250000 40.", 35.0F,
+        -95.0F);
+    add(PROJ_LAMBERT, FMISS, -95.0F, FMISS, "\nLC:-95.000000 40.", FMISS, -95.0F);
+    add(PROJ_LAMBERT, FMISS, FMISS, FMISS, "\nLC 40.", FMISS, FMISS);
+    for (const Projection& c : cases) {
+        GRD_report grid = sample(2, 2);
+        grid.domain = c.domain;
+        const std::string name = dir.file("p.grd");
+        write_records(name, 2, 1, {&grid});
+        EXPECT_NE(test::read_file(name).find(c.line), std::string::npos) << c.line;
+        GRD_report back;
+        ASSERT_EQ(read_text(test::read_file(name), &back), 0);
+        EXPECT_EQ(back.domain.proj, c.domain.proj);
+        EXPECT_EQ(back.domain.plat, c.plat) << c.line;
+        EXPECT_EQ(back.domain.plon, c.plon) << c.line;
+        EXPECT_EQ(back.domain.param, c.domain.param) << c.line;
+        EXPECT_EQ(back.domain.ny, 2);
+    }
+}
+
+TEST_F(Native, OlderFormsAreRead) {
+    GRD_report grid;
+    ASSERT_EQ(read_text("1200Z 15 JAN 26\n1-Height\nLL 40 100 1 1 2 1\n3.5\n-9999\n", &grid), 0);
+    EXPECT_EQ(grid.domain.clon, -100.0F);
+    EXPECT_EQ(grid.version, 1);
+    EXPECT_EQ(grid.grid[0], 3.5F);
+    EXPECT_EQ(grid.grid[1], FMISS);
+    ASSERT_EQ(read_text(" 1200Z 15 JAN 26\nHeight\n:m 50 100 2.5 2 1\n1\n2\n", &grid), 0);
+    EXPECT_EQ(grid.domain.proj, PROJ_POLAR);
+    EXPECT_EQ(grid.domain.clat, 50.0F);
+    EXPECT_EQ(grid.domain.clon, 100.0F);
+    EXPECT_EQ(grid.domain.dy, 2.5F);
+    EXPECT_EQ(grid.units, "m");
+    EXPECT_EQ(grid.info, "Height");
+    EXPECT_EQ(grid.source, 1);
+}
+
+TEST_F(Native, ReferenceLinesLeadToAnotherFile) {
+    const std::string values = dir.write("v.txt", "xx1 2 3 4 5 6");
+    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n4-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 3 2\n";
+    const float expected[3][6] = {{1, 2, 3, 4, 5, 6}, {4, 5, 6, 1, 2, 3}, {6, 5, 4, 3, 2, 1}};
+    const char* directions[3] = {" 1 1", " 1 0", " 0 0"};
+    for (int c = 0; c < 3; c++) {
+        GRD_report grid;
+        ASSERT_EQ(read_text(head + "ASCII " + values + " 2" + directions[c] + "\n", &grid), 0);
+        for (std::size_t i = 0; i < 6; i++) EXPECT_EQ(grid.grid[i], expected[c][i]) << c << ' ' << i;
+    }
+    GRD_report grid;
+    const test::Output out =
+        test::capture([&] { EXPECT_EQ(read_text(head + "ASCII |touch${IFS}made 0 1 1\n", &grid), -1); });
+    EXPECT_EQ(test::read_file(dir.file("made")), "");
+    EXPECT_NE((out.out + out.err).find("GRD_read: Unable to open grid file: |touch"), std::string::npos);
+}
+
+TEST_F(Native, SizesBeyondTheFileAreRefused) {
+    GRD_report grid;
+    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n";
+    const std::string codes = "-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 ";
+    EXPECT_EQ(read_text(head + "2" + codes + "60000 60000\n1\n2\n", &grid), -1);
+    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid), -1);
+    EXPECT_EQ(read_text(head + "3" + codes + "-5 7\n1234", &grid), -1);
+    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid, 1), 0);
+}
+
+TEST_F(Native, BinaryValuesMayLookLikeWhiteSpace) {
+    GRD_report grid = sample(2, 1);
+    grid.grid[0] = std::ldexp(1.0F, -63);    // first byte 0x20
+    grid.grid[1] = std::ldexp(1.25F, -107);  // first byte 0x0A
+    const std::string name = dir.file("w.grd");
+    write_records(name, 3, 1, {&grid});
+    GRD_report back;
+    ASSERT_EQ(read_text(test::read_file(name), &back), 0);
+    EXPECT_EQ(back.grid[0], grid.grid[0]);
+    EXPECT_EQ(back.grid[1], grid.grid[1]);
+}
+
+TEST_F(Native, FormatsAreTakenOnlyIfSafe) {
+    GRD_report grid = sample(2, 1);
+    grid.grid[0] = 1.234567F;
+    const auto written = [&](const char* format) {
+        GRD_set_format(format);
+        write_records(dir.file("f.grd"), 2, 1, {&grid});
+        GRD_set_format("");
+        return test::read_file(dir.file("f.grd"));
+    };
+    EXPECT_NE(written("%.2f").find("\n1.23\n"), std::string::npos);
+    EXPECT_NE(written("%s%n").find("\n1.23456705e+00\n"), std::string::npos);
+}
+
+struct Recognised {
+    std::string content;
+    int type;
+};
+
+TEST_F(Native, TypesAreRecognised) {
+    const Recognised cases[] = {
+        {" GRIB", 1},
+        {"12 GRIB", 1},
+        {"ZAVGRID4B\n", 4},
+        {"ZAVGRID\n", 2},
+        {"CDF\x01", 11},
+        {"GRIB...", 21},
+        {"** HEADER", 21},
+        {"\x01\r\r\n", 21},
+        {"GRID 070", 22},
+        {"text then GRIB", 21},
+        {std::string(200, 'x') + "GRIB", -1},
+        {"", -1},
+        {"ZAV", -1},
+    };
+    for (const Recognised& c : cases) EXPECT_EQ(GRD_chktype(dir.write("r", c.content)), c.type) << c.content;
+}
+
+TEST_F(Native, HandlesEndWithFifteen) {
+    const std::string name = dir.write("t.grd", "ZAVGRID\n1200Z 15 JAN 26\n");
+    std::vector<int> handles;
+    for (int i = 0; i < 16; i++) {
+        int type = 0;
+        handles.push_back(GRD_open(name, 0, &type));
+    }
+    EXPECT_EQ(handles[14], 14);
+    EXPECT_EQ(handles[15], -1);
+    for (int i = 0; i < 15; i++) EXPECT_EQ(GRD_close(i), 0);
+    EXPECT_EQ(GRD_close(3), 0);
+    EXPECT_EQ(GRD_close(15), -1);
+    int number = 0;
+    GRD_report grid;
+    EXPECT_EQ(GRD_read(3, &grid, 0, &number), -1);
+}
+
+TEST_F(Native, DomainTextFilesAreRead) {
+    GRD_report grid;
+    const std::string record = "1200Z 15 JAN 26\n9-Height\nLL,40,-100,2,1,1,1\n4.5 6.5\n";
+    ASSERT_EQ(read_text("ZAVGRID4\n" + record + record, &grid), 0);
+    EXPECT_EQ(grid.domain.nx, 2);
+    EXPECT_EQ(grid.grid[1], 6.5F);
+}
+
+}  // namespace
+}  // namespace zav

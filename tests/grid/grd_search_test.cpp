@@ -1,0 +1,358 @@
+// Search keys and the search in files of all formats.
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "frame/flag.h"
+#include "frame/install.h"
+#include "frame/resrc.h"
+#include "grid/grd_out.h"
+#include "grid/grd_read.h"
+#include "grid/grd_tool.h"
+#include "map/maptran.h"
+#include "support/support.h"
+
+namespace zav {
+namespace {
+
+using test::TempDirTest;
+
+VAR_data key(int time, int ltype, int level, int var) {
+    VAR_data params;
+    GRD_set_params(&params, time, ltype, level, var);
+    return params;
+}
+
+struct Match {
+    int time, ltype, level, var, type;  ///< key
+    int result;                         ///< for a record of time 3018024, level 100:500, variable 7, grid 211
+};
+
+TEST(Search, KeysFitRecords) {
+    GRD_report grid;
+    GRD_init(&grid);
+    grid.time = 3018024;
+    grid.ltype = 100;
+    grid.level = 500;
+    grid.var = 7;
+    grid.type = 211;
+    const Match cases[] = {{MISS, MISS, MISS, 7, MISS, 1}, {24, 100, 500, 7, 211, 1},
+                           {3018024, 100, 500, 7, 211, 1}, {3012024, 100, 500, 7, 211, 0},
+                           {18, MISS, MISS, 7, MISS, 0},   {MISS, 101, MISS, 7, MISS, 0},
+                           {MISS, MISS, 499, 7, MISS, 0},  {MISS, MISS, MISS, 8, MISS, 0},
+                           {MISS, MISS, MISS, 7, 212, 0},  {MISS, MISS, MISS, MISS, MISS, 0}};
+    for (const Match& c : cases) {
+        const VAR_data params = key(c.time, c.ltype, c.level, c.var);
+        EXPECT_EQ(GRD_test(&grid, &params, c.type), c.result) << &c - cases;
+    }
+    VAR_data several = key(MISS, MISS, MISS, 2);
+    several.var[4] = 7;
+    EXPECT_EQ(GRD_test(&grid, &several, MISS), 1);
+    grid.time = 1;
+    const VAR_data range = key(1001, MISS, MISS, 7);
+    EXPECT_EQ(GRD_test(&grid, &range, MISS), 0);
+}
+
+struct Selector {
+    const char* text;
+    int result, time, var;
+    const char* units;
+    int type;
+};
+
+TEST(Search, SelectorsAreDecoded) {
+    const Selector cases[] = {{"", MISS, MISS, MISS, "", MISS},
+                              {"-", MISS, MISS, MISS, "", MISS},
+                              {"#3", 3, MISS, MISS, "", MISS},
+                              {"#12:C", 12, MISS, MISS, "C", MISS},
+                              {":F", MISS, MISS, MISS, "F", MISS},
+                              {"what", MISS, MISS, MISS, "", MISS},
+                              {"+h24:500mb:HH:dm:212", -1, 24, 7, "dm", 212},
+                              {"+h12:500mb:uw", -1, 12, 33, "", MISS},
+                              {"#99999999999", 999999999, MISS, MISS, "", MISS}};
+    for (const Selector& c : cases) {
+        VAR_data params;
+        int type = MISS;
+        EXPECT_EQ(GRD_parse_params(c.text, &params, &type), c.result) << c.text;
+        EXPECT_EQ(params.time, c.time) << c.text;
+        EXPECT_EQ(params.var[0], c.var) << c.text;
+        EXPECT_EQ(params.units, c.units) << c.text;
+        EXPECT_EQ(type, c.type) << c.text;
+    }
+}
+
+class SearchFile : public TempDirTest {
+  protected:
+    SearchFile() {
+        ZAV_install_hooks();
+        FLAG_reset(MISS);
+    }
+
+    /// A native file with one 3 by 2 field for each level, the level being its value.
+    std::string levels_file(const std::vector<int>& levels) {
+        const std::string name = dir.file("l.grd");
+        for (std::size_t at = 0; at < levels.size(); at++) {
+            const int level = levels[at];
+            GRD_report grid;
+            GRD_init(&grid);
+            grid.source = 7;
+            grid.datim = "1200Z 15 JAN 26";
+            grid.info = "field";
+            grid.ltype = 100;
+            grid.level = level;
+            grid.var = 7;
+            grid.time = static_cast<int>(at);
+            grid.domain.proj = PROJ_LATLON;
+            grid.domain.clat = grid.domain.clon = grid.domain.plon = 10.0F;
+            grid.domain.dx = grid.domain.dy = 1.0F;
+            grid.domain.nx = 3;
+            grid.domain.ny = 2;
+            GRD_alloc(&grid);
+            for (std::size_t i = 0; i < 6; i++) grid.grid[i] = static_cast<float>(level) + static_cast<float>(i);
+            int type = 2;
+            const int fd = GRD_open(name, test::read_file(name).empty() ? 1 : 2, &type);
+            GRD_info info;
+            GRD_putinfo(fd, &info);
+            int number = 0;
+            GRD_write(fd, &grid, 0, &number);
+            GRD_close(fd);
+        }
+        return name;
+    }
+
+    int open_read(const std::string& name) {
+        int type = 0;
+        const int fd = GRD_open(name, 0, &type);
+        GRD_info info;
+        if (fd >= 0) GRD_getinfo(fd, &info);
+        return fd;
+    }
+};
+
+TEST_F(SearchFile, TheFirstThatFitsWins) {
+    const int fd = open_read(levels_file({500, 700, 500, 850}));
+    GRD_report grids[3];
+    const VAR_data keys[3] = {key(MISS, 100, 850, 7), key(MISS, 100, 500, 7), key(MISS, MISS, MISS, 7)};
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);
+    EXPECT_EQ(grids[0].level, 850);
+    EXPECT_EQ(grids[1].time, 0);
+    EXPECT_EQ(grids[2].time, 0);
+    EXPECT_EQ(grids[0].grid[5], 855.0F);
+    const VAR_data none[1] = {key(MISS, 100, 300, 7)};
+    GRD_report missing;
+    EXPECT_EQ(GRD_search(fd, &missing, none, MISS, -1), 0);
+    EXPECT_EQ(missing.source, 0);
+    GRD_close(fd);
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);  // all filled: the closed file isn't read
+}
+
+TEST_F(SearchFile, PiecesMakeOneGridAndTheLastThatFitsWins) {
+    const std::string name = levels_file({500, 700, 500});
+    GRD_specs& specs = GRD_get_specs();
+    specs.nspec = 2;
+    specs.nx = 2;
+    specs.ny = 1;
+    specs.spec[1].x = 1;
+    ASSERT_EQ(VAR_setup(nullptr, "7"), 1);
+    VAR_data params = key(MISS, 100, 500, 7);
+    GRD_report grid;
+    GRD_init(&grid);
+    for (int piece = 0; piece < 2; piece++) {
+        const int fd = open_read(name);
+        VAR_set_type(0, VTYPE_LINE);
+        EXPECT_EQ(GRD_search_piece(fd, piece, &grid, &params, 1), 1);
+        GRD_close(fd);
+    }
+    ASSERT_EQ(grid.domain.nx, 5);
+    ASSERT_EQ(grid.domain.ny, 2);
+    const float row[5] = {500, 501, 500, 501, 502};
+    for (std::size_t i = 0; i < 5; i++) EXPECT_EQ(grid.grid[i], row[i]) << i;
+    specs = GRD_specs{};
+}
+
+TEST_F(SearchFile, NamedFilesTakeSelectors) {
+    const std::string name = levels_file({500, 700, 850});
+    GRD_info info;
+    const auto level_of = [&](const std::string& selector, int result) {
+        GRD_report grid;
+        int type = 0;
+        EXPECT_EQ(GRD_read_file(name + selector, &grid, &info, &type), result) << selector;
+        return grid.source == 0 ? MISS : grid.level;
+    };
+    EXPECT_EQ(level_of("", 1), 500);
+    EXPECT_EQ(level_of("#2", 1), 850);
+    EXPECT_EQ(level_of("+h1:700mb:hh", 1), 700);
+    for (int i = 0; i < 20; i++) test::capture([&] { EXPECT_EQ(level_of("#9", 0), MISS); });  // handles are let go
+    test::capture([&] {
+        GRD_report grid;
+        int type = 0;
+        EXPECT_EQ(GRD_read_file(dir.file("none.grd"), &grid, &info, &type), -1);
+    });
+    EXPECT_EQ(level_of("", 1), 500);
+}
+
+TEST_F(SearchFile, ExistingFilesAreLeftAlone) {
+    const std::string name = levels_file({500});
+    const std::string before = test::read_file(name);
+    GRD_report grid;
+    GRD_info info;
+    int type = 0;
+    ASSERT_EQ(GRD_read_file(name, &grid, &info, &type), 1);
+    FLAG_set_batch(1);
+    const test::Output out = test::capture([&] { EXPECT_EQ(GRD_save_file(name, &grid, &info, 2), 0); });
+    EXPECT_NE((out.out + out.err).find("GRD_save_file: Unable to overwrite grid file: "), std::string::npos);
+    EXPECT_EQ(test::read_file(name), before);
+    FLAG_set_batch(0);
+    test::capture([&] { EXPECT_EQ(GRD_save_file(name, &grid, &info, 3), 1); }, "Y\n");
+    EXPECT_NE(test::read_file(name), before);
+    GRD_report back;
+    ASSERT_EQ(GRD_read_file(name, &back, &info, &type), 1);
+    EXPECT_TRUE(std::equal(&back.grid[0], &back.grid[6], &grid.grid[0]));
+    test::capture([&] { EXPECT_EQ(GRD_save_file(dir.file("new.cdf"), &grid, &info, 11), 0); });
+}
+
+TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
+    const std::string source = test::data_file("gfs_2p5deg_f120.grib2");
+    if (source.empty()) GTEST_SKIP() << "ZAV_TEST_DATA doesn't hold gfs_2p5deg_f120.grib2";
+    RES_new(0, "file_path", ZAV_SOURCE_DIR "/share/zav", CV_string);
+    for (const char* word : {"zav:@out.grd", "zavb:@out.grd"}) {
+        std::filesystem::remove("out.grd");
+        RES_new(0, "out_file", word, CV_string);
+        VAR_set_def_type(VTYPE_CONT);
+        ASSERT_EQ(VAR_setup(nullptr, "h120:500mb:+temp:C:ln:in=4,h120:500mb:nofun(+hght)"), 1);
+        test::capture([&] { ASSERT_EQ(GRD_search_file(source), 1); });
+        const GRD_report* grid = GRD_get_grid(0);
+        ASSERT_TRUE(GRD_has_values(grid));
+        EXPECT_EQ(grid->units, "C");
+        EXPECT_EQ(grid->level, 500);
+        EXPECT_GT(grid->grid[0], -60.0F);  // the northern row first: January over the pole
+        EXPECT_LT(grid->grid[0], -20.0F);
+        EXPECT_EQ(GRD_get_grid(1)->grid, nullptr);
+        GRD_report back;
+        GRD_info info;
+        int type = 0;
+        ASSERT_EQ(GRD_read_file("out.grd", &back, &info, &type), 1);
+        ASSERT_EQ(GRD_points(&back), GRD_points(grid));
+        EXPECT_TRUE(std::equal(&back.grid[0], &back.grid[GRD_points(grid)], &grid->grid[0]));
+        EXPECT_EQ(back.var, grid->var);
+        EXPECT_EQ(back.info, grid->info);
+    }
+}
+
+struct Choice {
+    const char* words;
+    int given, result;
+    const char* kind;
+};
+
+TEST_F(SearchFile, OutputFollowsTheWords) {
+    const Choice cases[] = {{"none", 0, 0, nullptr},        {"gif", 2, 2, "grd_grd"},  {"zavb", 0, 3, "grd_zav"},
+                            {"ZAV:@x.grd", 0, 2, "@x.grd"}, {"cdf=abc", 0, 11, "abc"}, {"zavb,mine", 0, 3, "mine"},
+                            {"grib", 0, 21, "grd_grib"},    {"mine", 0, 2, "mine"}};
+    for (const Choice& c : cases) {
+        RES_new(0, "out_file", c.words, CV_string);
+        FLAG_set(FLAG_GRID_FORMAT, MISS);
+        EXPECT_EQ(GRD_out_file(c.given), c.result) << c.words;
+        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), c.result == 0 ? MISS : c.result) << c.words;
+    }
+}
+
+TEST_F(SearchFile, TextMessagesAreSteppedThrough) {
+    std::string text;
+    for (int level = 50; level <= 70; level += 20) {
+        text += "GRID 07001 AAA BBB 104 2" + std::to_string(level) + " 62601 71512 80024 0000 X 11111 23 31000\n";
+        for (int j = 0; j < 15; j++) {
+            text += "5ROW SKIP";
+            for (int i = 0; i < 19; i++) text += " " + std::to_string(100 + j * 19 + i);
+            text += "\n";
+        }
+        text.replace(text.rfind("11111 23"), 8, "10000 23");
+    }
+    // The word behind the scale group is the first row's own.
+    const int fd = open_read(dir.write("m.txt", text));
+    ASSERT_GE(fd, 0);
+    GRD_report grid;
+    int number = 0;
+    ASSERT_EQ(GRD_read(fd, &grid, 1, &number), 0);
+    EXPECT_EQ(grid.level, 500);
+    EXPECT_EQ(grid.source, 7);
+    EXPECT_EQ(grid.type, 71);
+    EXPECT_EQ(grid.date.year, 2026);
+    EXPECT_EQ(grid.time, 24);
+    number = 1;
+    ASSERT_EQ(GRD_read(fd, &grid, 0, &number), 0);
+    EXPECT_EQ(grid.level, 700);
+    EXPECT_EQ(grid.domain.clat, 55.0F);
+    EXPECT_FLOAT_EQ(grid.grid[14 * 19], 10.0F);  // the first row read is the southern one; scaled by 0.1
+    EXPECT_FLOAT_EQ(grid.grid[18], 38.4F);
+    number = 2;
+    EXPECT_EQ(GRD_read(fd, &grid, 1, &number), -1);
+    GRD_close(fd);
+    std::mt19937 random(3);
+    for (std::size_t i = 0; i < text.size(); i += 3) {
+        std::string damaged = text.substr(0, i % 2 == 0 ? i : text.size());
+        if (i % 2 != 0) damaged[i] = static_cast<char>(random());
+        std::filesystem::remove(dir.file("m.txt"));
+        const int handle = open_read(dir.write("m.txt", damaged));
+        int records = 0;
+        for (number = 0; handle >= 0 && GRD_read(handle, &grid, 0, &number) == 0 && records < 50; number++) records++;
+        EXPECT_LT(records, 50);
+        if (handle >= 0) GRD_close(handle);
+    }
+}
+
+TEST(Index, DescriptionsAreDecoded) {
+    GRD_report grid;
+    GRD_init(&grid);
+    EXPECT_EQ(GRD_decode_index("HHBC50 KWBE / GRIB1 S98 M84 G211 T24 L100 H500 V7", &grid), 1);
+    EXPECT_EQ(grid.source, 98);
+    EXPECT_EQ(grid.model, 84);
+    EXPECT_EQ(grid.type, 211);
+    EXPECT_EQ(grid.level, 500);
+    EXPECT_EQ(grid.var, 7);
+    EXPECT_EQ(GRD_decode_index("HHBC50 / 39 202 12 100 850 11", &grid), 1);
+    EXPECT_EQ(grid.model, 39);
+    EXPECT_EQ(grid.var, 11);
+    EXPECT_EQ(GRD_decode_index("HHBC50 / 7:96 3 6 1 0 61", &grid), 1);
+    EXPECT_EQ(grid.source, 7);
+    EXPECT_EQ(grid.model, 96);
+    EXPECT_EQ(grid.time, 6);
+    EXPECT_EQ(GRD_decode_index("nothing", &grid), 0);
+}
+
+/// Largest memory of this process so far, in megabytes.
+long peak_megabytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+TEST_F(SearchFile, TheLastFieldOfALongFileNeedsNoMemory) {
+    const std::string source = test::data_file("gfs_2p5deg_f120.grib2");
+    if (source.empty()) GTEST_SKIP() << "ZAV_TEST_DATA doesn't hold gfs_2p5deg_f120.grib2";
+    const std::string name = dir.file("long.grib2");
+    std::ofstream out(name, std::ios::binary);
+    for (int i = 0; i < 30; i++) out << std::ifstream(source, std::ios::binary).rdbuf();
+    out.close();
+    const long before = peak_megabytes();
+    const int fd = open_read(name);
+    ASSERT_GE(fd, 0);
+    GRD_report grid;
+    int last = -1;
+    for (int number = 0; GRD_read(fd, &grid, 1, &number) == 0; number++) last = number;
+    ASSERT_GT(last, 30);
+    EXPECT_EQ((last + 1) % 30, 0);
+    ASSERT_EQ(GRD_read(fd, &grid, 0, &last), 0);
+    EXPECT_TRUE(GRD_has_values(&grid));
+    GRD_close(fd);
+    EXPECT_LT(peak_megabytes() - before, 20);  // the file has 113
+}
+
+}  // namespace
+}  // namespace zav

@@ -1,0 +1,219 @@
+// Variable strings: the list that they compile into.
+#include <gtest/gtest.h>
+
+#include "frame/flag.h"
+#include "frame/resrc.h"
+#include "support/support.h"
+#include "var/var_tool.h"
+
+namespace zav {
+namespace {
+
+int two_results(const std::string& name) { return name == "grad"; }
+int function_type(const std::string& name) { return name == "wind" ? 20 : (name == "add" || name == "grad" ? 10 : 0); }
+
+class VarSetup : public test::TempDirTest {
+  protected:
+    void SetUp() override {
+        FLAG_reset(MISS);
+        FLAG_setl(FLAG_TIME, 24);
+        FLAG_setl(FLAG_LTYPE, 100);
+        FLAG_setl(FLAG_LEVEL, 500);
+        RES_put("file_path", dir.path().string());
+        dir.write("variable.lup", "11,12 temp Temperature\n7 hght Height\n33 uwnd U\n34 vwnd V\n17 dewp Dew Point\n");
+        VAR_read_varfile();
+        VAR_set_def_type(11);
+        VAR_hooks().is_vect_func = two_results;
+        VAR_hooks().is_math_func = function_type;
+    }
+    void TearDown() override { VAR_hooks() = var_hooks{}; }
+
+    /// "name:flag:var" of all entries.
+    static std::string list() {
+        std::string text;
+        for (int i = 0; i < VAR_get_num(); i++) {
+            text += (i > 0 ? " " : "") + VAR_get_name(i) + ":" + std::to_string(VAR_get_flag(i)) + ":" +
+                    std::to_string(VAR_get_var(i)->var[0]);
+        }
+        return text;
+    }
+    std::string macros(const std::string& text) const { return dir.write("x.var", text); }
+};
+
+TEST_F(VarSetup, StringsCompileIntoFlatLists) {
+    struct {
+        const char* text;
+        const char* list;
+    } const cases[] = {
+        {"temp", "temp:0:11"},
+        {"TEMP,hght", "TEMP:0:11 hght:0:7"},
+        {"7", "hght:0:7"},
+        {"sub-hght(temp,dewp)", "sub-hght:2:7 temp:10:11 dewp:10:17"},
+        {"add(add(temp,dewp),hght)", "add:2:0 add:12:0 temp:20:11 dewp:20:17 hght:10:7"},
+        {"grad(hght)", "grad:2:0 grad:8:0 hght:10:7"},
+        {"v<uwnd,vwnd>", "v:6:0 uwnd:1:33 vwnd:1:34"},
+        {"pair{temp,add(hght,dewp)},7", "pair:5:0 temp:1:11 add:2:0 hght:11:7 dewp:11:17 hght:0:7"},
+        {"mul(hght,#2)", "mul:2:0 hght:10:7 #2:10:-9999"},
+        {"add(temp,273.15)", "add:2:0 temp:10:11 #273.15:10:-9999"},
+        {"map,temp", "map:4:-9999 temp:0:11"},
+        {"850:temp", "850:0:850"},
+        {"ens[-3]temp", "ens[-3]temp:0:19323011"},
+        {"ens\\[+2\\]temp", "ens[+2]temp:0:19342011"},
+        {"ens[0]temp,ensmean[]temp,ensdev[]temp",
+         "ens[0]temp:0:19300011 ensmean[]temp:0:19000011 ensdev[]temp:0:19001011"},
+        {"ensprob[>10]temp", "ensprob[>10]temp:0:1910112110"},
+        {"ensprob[<-10]temp", "ensprob[<-10]temp:0:1910116110"},
+        {"a\\,b", "a,b:0:0"},
+        {"add(temp,dewp", "add:2:0"},
+        {"temp,hght[F", "temp:0:11 hght:0:7"},
+        {"v<uwnd", "v:6:0"},
+        {",,temp,", "temp:0:11"},
+        {"add(temp)x", "add:2:0 temp:10:11 x:0:0"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(VAR_setup(nullptr, c.text), 1) << c.text;
+        EXPECT_EQ(list(), c.list) << c.text;
+    }
+    EXPECT_EQ(VAR_setup(nullptr, ""), 0);
+    EXPECT_EQ(VAR_get_num(), 0);
+}
+
+TEST_F(VarSetup, TimeAndLevelAreGivenOrInherited) {
+    VAR_setup(nullptr, "h12:850:add(temp,h36:700:temp),hght,h24-12acc:sfc:prcp::cf");
+    struct {
+        int tstat, time, ltype, level;
+    } const want[] = {{2, 12, 100, 850}, {2, 12, 100, 850}, {2, 36, 100, 700}, {1, 24, 100, 500}, {2, 4012024, 1, 0}};
+    ASSERT_EQ(VAR_get_num(), 5);
+    for (int i = 0; i < 5; i++) {
+        const VAR_data& data = *VAR_get_var(i);
+        EXPECT_EQ(data.tstat, want[i].tstat) << i;
+        EXPECT_EQ(data.lstat, want[i].tstat) << i;
+        EXPECT_EQ(data.time, want[i].time) << i;
+        EXPECT_EQ(data.ltype, want[i].ltype) << i;
+        EXPECT_EQ(data.level, want[i].level) << i;
+    }
+    EXPECT_EQ(VAR_get_type(4), VTYPE_FILL);
+    EXPECT_EQ(VAR_get_units(4), "");
+    EXPECT_EQ(VAR_get_time_key(4), "4012024");
+    EXPECT_EQ(VAR_get_level_key(0), "850");
+}
+
+TEST_F(VarSetup, TypeUnitsAndFormatFollowTheirRules) {
+    struct {
+        int chosen;
+        const char* text;
+        int entry;
+        int type;
+        const char* units;
+        const char* format;
+    } const cases[] = {
+        {MISS, "temp", 0, 11, "", ""},
+        {MISS, "temp:C:cf:in=4", 0, 15, "C", "in=4"},
+        {MISS, "temp:C:in=4:cf", 0, 11, "C", "in=4:cf"},
+        {MISS, "temp[F:cf:%.1f:x]", 0, 15, "F", "%.1f:x"},
+        {15, "temp[:ln]", 0, 15, "", ""},
+        {99, "temp[:ln]", 0, 12, "", ""},
+        {15, "temp:C:ln", 0, 12, "C", ""},
+        {MISS, "add(temp[F],dewp)", 1, 10, "", ""},
+        {MISS, "add(temp:F,dewp)", 1, 10, "F", ""},
+        {MISS, "add(temp,dewp)[K:cf]", 0, 15, "K", ""},
+        {15, "add(temp,dewp)", 0, 15, "", ""},
+        {MISS, "wind(uwnd,vwnd)", 0, 20, "", ""},
+        {22, "wind(uwnd,vwnd)", 0, 22, "", ""},
+        {MISS, "w<uwnd,vwnd>", 0, 10, "", ""},
+        {MISS, "w::vect<uwnd,vwnd>", 0, 21, "", ""},
+        {MISS, "pair{temp,dewp}", 1, 10, "", ""},
+        {MISS, "#5", 0, 40, "", ""},
+        {MISS, "map:roads:x", 0, 6, "", "roads:x"},
+        {MISS, "grad(temp[F])", 1, 0, "", ""},
+    };
+    for (const auto& c : cases) {
+        FLAG_set(FLAG_PLOT_TYPE, c.chosen);
+        VAR_setup(nullptr, c.text);
+        EXPECT_EQ(VAR_get_type(c.entry), c.type) << c.text;
+        EXPECT_EQ(VAR_get_units(c.entry), c.units) << c.text;
+        EXPECT_EQ(VAR_get_format(c.entry), c.format) << c.text;
+    }
+    FLAG_set(FLAG_PLOT_TYPE, MISS);
+    VAR_setup(nullptr, "temp:" + std::string(40, 'u') + ":" + std::string(300, 'f'));
+    EXPECT_EQ(VAR_get_units(0).size(), 14U);
+    EXPECT_EQ(VAR_get_format(0).size(), 100U);
+}
+
+TEST_F(VarSetup, MacrosStandForTheirStrings) {
+    const std::string file = macros(
+        "thk  Thickness  1  h12:500:sub( hght , \\\n  h12:1000:hght )\r\n"
+        "temp Temperature 1 temp:C:cf\n"
+        "Uv_Wind_name Wind 1 v<uwnd,vwnd>\n"
+        "loop1 L 1 add(loop2,temp)\nloop2 L 1 add(loop1,temp)\n");
+    ASSERT_EQ(VAR_setup(file.c_str(), "thk"), 1);
+    EXPECT_EQ(list(), "sub:2:0 hght:10:7 hght:10:7");
+    EXPECT_EQ(VAR_get_var(2)->level, 1000);
+    EXPECT_EQ(VAR_get_var(1)->level, 500);
+    VAR_setup(nullptr, "temp");
+    EXPECT_EQ(list(), "temp:0:11");
+    EXPECT_EQ(VAR_get_units(0), "C");
+    VAR_setup(nullptr, "+temp");
+    EXPECT_EQ(VAR_get_units(0), "");
+    VAR_setup(nullptr, "h36:700:temp:F");
+    EXPECT_EQ(VAR_get_units(0), "F");
+    EXPECT_EQ(VAR_get_time(0), 36);
+    EXPECT_EQ(VAR_setup(nullptr, "fi:" + file + ":temp"), 1);
+    EXPECT_EQ(list(), "temp:0:11");
+    std::string name;
+    EXPECT_EQ(VAR_search_name_file("UV_WIND_NAME", name), 1);
+    EXPECT_EQ(name, "Wind");
+    const test::Output shown = test::capture([] { EXPECT_EQ(VAR_setup(nullptr, "loop1"), 0); });
+    EXPECT_NE(shown.err, "");
+    EXPECT_EQ(VAR_get_num(), 0);
+    EXPECT_EQ(VAR_setup(nullptr, "hght"), 1) << "a refused string leaves nothing behind";
+}
+
+TEST_F(VarSetup, StringsThatNeedTooMuchAreRefused) {
+    std::string many = "temp";
+    for (int i = 1; i < VAR_MAX; i++) many += ",temp";
+    EXPECT_EQ(VAR_setup(nullptr, many), 1);
+    EXPECT_EQ(VAR_get_num(), VAR_MAX);
+    std::string deep = "hght";
+    for (int i = 0; i < 9; i++) deep = "abs(" + deep + ")";
+    EXPECT_EQ(VAR_setup(nullptr, deep), 1);
+    EXPECT_EQ(VAR_get_flag(9), 90);
+    test::capture([&] {
+        EXPECT_EQ(VAR_setup(nullptr, many + ",temp"), 0);
+        EXPECT_EQ(VAR_setup(nullptr, "abs(" + deep + ")"), 0);
+        EXPECT_EQ(VAR_setup(nullptr, std::string(100000, '(')), 1);
+    });
+    const std::string file = macros("e E 1 ,\nm M 1 e,e,e,e,e,e,e,e\nn N 1 m,m,m,m,m,m,m,m\no O 1 n,n,n,n,n,n,n,n,n\n");
+    test::capture([&] { EXPECT_EQ(VAR_setup(file.c_str(), "o,o,o,o"), 0); });
+}
+
+TEST_F(VarSetup, TestsReadFlagAndType) {
+    VAR_setup(nullptr, "temp,add(temp,dewp),v<uwnd,vwnd>,grad(hght),map");
+    EXPECT_TRUE(VAR_is_REG(0) && VAR_is_PLOT(0) && VAR_is_LABEL(0) && VAR_is_plot_GRID(0) && VAR_is_plot_CONT(0));
+    EXPECT_TRUE(VAR_is_FUNC(1) && VAR_is_calc_GRID(1) && !VAR_is_get_GRID(1) && VAR_is_plot_FUNC(1));
+    EXPECT_TRUE(VAR_is_get_GRID(2) && !VAR_is_PLOT(2) && VAR_is_fit_GRID(2) && VAR_is_type_GRID(2));
+    EXPECT_TRUE(VAR_is_VECT(4) && VAR_is_plot_VECT(4) && !VAR_is_type_GRID(4));
+    EXPECT_TRUE(VAR_is_SUBREG(5) && VAR_is_CALC(5));
+    EXPECT_TRUE(VAR_is_FUNC_VECT(7) && VAR_is_FUNC_VECT(8) && !VAR_is_get_GRID(8) && VAR_is_plot_FUNC_VECT(7));
+    EXPECT_TRUE(VAR_is_type_MAP(10) && !VAR_is_type_PLOT(10) && VAR_is_PLOT(10) && !VAR_is_LABEL(10));
+    EXPECT_FALSE(VAR_is_REG(11) || VAR_is_REG(-1) || VAR_is_DATA(1000) || VAR_is_type_PLOT(60));
+    EXPECT_EQ(VAR_get_var(VAR_MAX), nullptr);
+    EXPECT_EQ(VAR_get_name(-1), "");
+}
+
+TEST(VarType, WordsAndPrintedNamesDiffer) {
+    struct {
+        const char* word;
+        int type;
+        const char* print;
+    } const cases[] = {{"ln", 12, "lcont"}, {"CF", 15, "fcont"}, {"lcf", 16, "bcont"}, {"track", 23, "strm"},
+                       {"mk", 4, "mark"},   {"wx", 36, "symb"},  {"grid", -1, "----"}, {"", -1, "----"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(VAR_dec_type(c.word), c.type);
+        EXPECT_STREQ(VAR_print_type(c.type), c.print);
+    }
+    EXPECT_STREQ(VAR_print_type(10), "grid");
+}
+
+}  // namespace
+}  // namespace zav
