@@ -195,8 +195,8 @@ int GRD_print_value2(float x, float y, const GRD_report* ugrid, const GRD_report
 int GRD_edit_value(const std::string& /*event*/, float x, float y, GRD_report* grid) {
     if (!has_values(grid)) return -1;
     to_grid_coordinates(grid, MAP_get_domain(nullptr), &x, &y);
-    const double column = std::trunc(x + 0.5);
-    const double row = std::trunc(y + 0.5);
+    const double column = std::trunc(x + 0.5) + 0.0;  // no negative zero
+    const double row = std::trunc(y + 0.5) + 0.0;
     const bool inside = column >= 0.0 && column < grid->domain.nx && row >= 0.0 && row < grid->domain.ny;
     if (!inside) {
         MESS_print(MESS_PRINT, "Grid: %3.0f,%3.0f Off grid\n", column, row);

@@ -249,13 +249,6 @@ void send_saddle_band(Course upper, Course lower) {
     send_written(row->second);
 }
 
-/// A level on two opposite corners of a cell whose other corners lie above it has nothing below it.
-void forget_crossing() {
-    cont.cross[0] = NO_CROSSING;
-    cont.cross[1] = NO_CROSSING;
-    cont.numsides = 0;
-}
-
 void use_pattern(int pattern) {
     if (pattern < 0) return;
     gset_fill_int_style(pattern == 0 ? GSOLID : GPAT);
@@ -276,7 +269,7 @@ void cont_fill_band(float level) {
     const Course lower = course_of(4, cont.ptotal);
     if (lower == Course::NONE) {
         const bool drawn = send_end_band(LOWEST_BANDS, upper, level);
-        if (!drawn && (upper == Course::S02 || upper == Course::S13)) forget_crossing();
+        if (!drawn && (upper == Course::S02 || upper == Course::S13)) cont_forget_crossing();
     } else if (is_saddle(upper) || is_saddle(lower)) {
         send_saddle_band(upper, lower);
     } else {

@@ -165,6 +165,10 @@ int compute_dz(float level);
 /// Segments of the level just evaluated, and the polygons of the band below it.
 int compute_lines(float level);
 
+/// Makes the level count as not crossing the cell, for filled bands: on two opposite corners of a cell whose other
+/// corners lie above it, it has nothing below it.
+void cont_forget_crossing();
+
 /// Point at fraction `d` of the way from the first point to the second, on cyclic maps by the shorter way.
 int int_xy(Gpt* pt, float x1, float y1, float x2, float y2, float d);
 

@@ -116,11 +116,20 @@ int compute_dz(float level) {
     return 0;
 }
 
+void cont_forget_crossing() {
+    cont.cross[0] = NO_CROSSING;
+    cont.cross[1] = NO_CROSSING;
+    cont.numsides = 0;
+}
+
 int compute_lines(float level) {
     for (int side = 0; side < 4; ++side) {
         if (cont.dz[side] >= 0.0F) cont.at[side] = cont_side_point(side, cont.dz[side]);
     }
-    if (cont.cross[4] == NOT_EVALUATED) return 0;
+    if (cont.cross[4] == NOT_EVALUATED) {
+        if (cont_is_filled() && cont_cell_range().low >= level) cont_forget_crossing();
+        return 0;
+    }
     if (cont_is_filled()) cont_fill_band(level);
     if (cont.cont_type != CONT_FILL) draw_segments(level);
     return 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 
@@ -140,7 +141,8 @@ int PLT_panel_decode(const std::string& str) {
         sx = 1.0F / sx;
         sy = 1.0F / sy;
     }
-    return num == 4 ? GPH_set_view_size(sx, sy, ox, oy) : 0;
+    const bool has_extent = sx > 0.0F && sy > 0.0F && std::isfinite(sx + sy + ox + oy);
+    return num == 4 && has_extent ? GPH_set_view_size(sx, sy, ox, oy) : 0;
 }
 
 int PLT_set_callback(PLT_event_func func) {

@@ -180,13 +180,14 @@ TEST(Chart, LinesAreWhereTheFieldCrossesTheLevels) {
         if (std::hypot(line[1].x - line[0].x, line[1].y - line[0].y) > 0.1) expected.push_back(line);
     }
     std::vector<PagePath> drawn;
-    for (const PagePath& line : segments_of(bare)) {
+    for (PagePath line : segments_of(bare)) {
+        if (!clip(line, border[0].x, border[2].x, border[0].y, border[2].y)) continue;
         if (std::hypot(line[1].x - line[0].x, line[1].y - line[0].y) > 0.1) drawn.push_back(line);
     }
     ASSERT_GT(expected.size(), 500U);
     EXPECT_EQ(count_without_match(expected, index_of(drawn), 0.05), 0) << "of " << expected.size() << " expected";
     EXPECT_EQ(count_without_match(drawn, index_of(expected), 0.05), 0) << "of " << drawn.size() << " drawn";
-    EXPECT_EQ(count_without_match(drawn, index_of(segments_of(full)), 0.001), 0) << "the whole chart has the same lines";
+    EXPECT_EQ(count_without_match(segments_of(bare), index_of(segments_of(full)), 0.001), 0) << "the whole chart has the same lines";
 }
 
 TEST(Chart, RuleAndAnswersGiveTheSamePage) {

@@ -60,7 +60,8 @@ TEST(Program, AnswersOfAnyKindAreHarmless) {
     const TempDir dir;
     const std::string junk = "\n\n-1x\nset\nset x=y\n?\n99999999999999999999\n%s%n%d\n" + std::string(5000, 'a') + "\n";
     const Outcome run = run_program(dir.path(), "", SAMPLE + "\n" + junk + "h24\n" + junk + "500\n" + junk + "exit\n");
-    EXPECT_TRUE(run.status == 0 || run.status == 10) << run.status;
+    // One of the words may have chosen the display, which can't be opened.
+    EXPECT_TRUE(run.status == 0 || run.status == 4 || run.status == 10) << run.status;
 }
 
 TEST(Program, OptionsOfAnyKindAreHarmless) {

@@ -138,7 +138,7 @@ TEST_F(GribMutation, PiecesInTheWrongPlace) {
 }
 
 void put(Bytes& bytes, std::uint64_t value, int octets) {
-    for (int i = octets - 1; i >= 0; --i) bytes.push_back(static_cast<char>(value >> (8 * i)));
+    for (int i = octets - 1; i >= 0; --i) bytes.push_back(i < 8 ? static_cast<char>(value >> (8 * i)) : 0);
 }
 
 /// A message of some 200 bytes whose grid would be `nx` by `ny` points, packed by `packing` with `bits` bits.

@@ -14,7 +14,7 @@
 namespace zav {
 namespace {
 
-constexpr int ROUNDS = 4000;
+constexpr int ROUNDS = 12000;
 
 const std::vector<std::string> SEEDS = {
     "temp:C:cf:in=4",

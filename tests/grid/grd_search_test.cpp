@@ -221,8 +221,8 @@ TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
     const std::string source = test::data_file("gfs_2p5deg_f120.grib2");
     if (source.empty()) GTEST_SKIP() << "ZAV_TEST_DATA doesn't hold gfs_2p5deg_f120.grib2";
     RES_new(0, "file_path", ZAV_SOURCE_DIR "/share/zav", CV_string);
-    for (const char* word : {"zav:@out.grd", "zavb:@out.grd"}) {
-        std::filesystem::remove("out.grd");
+    for (const char* word : {"zav:@out_%v.grd", "zavb:@out_%v.grd"}) {
+        for (const char* name : {"out_temp.grd", "out_hght.grd"}) std::filesystem::remove(name);
         RES_new(0, "out_file", word, CV_string);
         VAR_set_def_type(VTYPE_CONT);
         ASSERT_EQ(VAR_setup(nullptr, "h120:500mb:+temp:C:ln:in=4,h120:500mb:nofun(+hght)"), 1);
@@ -231,13 +231,12 @@ TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
         ASSERT_TRUE(GRD_has_values(grid));
         EXPECT_EQ(grid->units, "C");
         EXPECT_EQ(grid->level, 500);
-        EXPECT_GT(grid->grid[0], -60.0F);  // the northern row first: January over the pole
-        EXPECT_LT(grid->grid[0], -20.0F);
+        EXPECT_NEAR(grid->grid[0], 228.8 - 273.15, 0.01);  // at the pole, as ecCodes decodes it
         EXPECT_EQ(GRD_get_grid(1)->grid, nullptr);
         GRD_report back;
         GRD_info info;
         int type = 0;
-        ASSERT_EQ(GRD_read_file("out.grd", &back, &info, &type), 1);
+        ASSERT_EQ(GRD_read_file("out_temp.grd", &back, &info, &type), 1);
         ASSERT_EQ(GRD_points(&back), GRD_points(grid));
         EXPECT_TRUE(std::equal(&back.grid[0], &back.grid[GRD_points(grid)], &grid->grid[0]));
         EXPECT_EQ(back.var, grid->var);

@@ -29,11 +29,12 @@ double bilinear(const std::array<float, 4>& z, const Gpt& pt) {
 }
 
 /// Bands of a cell cover it once: their areas add up to the cell's, and no vertex leaves its band.
-void expect_covered(const std::array<float, 4>& z, float low, float interval) {
+void expect_covered(const std::array<float, 4>& z, float interval, int last_band) {
     for (const auto& area : sent.areas) {
+        const float top = area.band == last_band ? 100.0F : interval * static_cast<float>(area.band + 1);
         for (const Gpt& pt : area.pts) {
-            EXPECT_GE(bilinear(z, pt), low + interval * static_cast<float>(area.band) - 1e-3);
-            EXPECT_LE(bilinear(z, pt), low + interval * static_cast<float>(area.band + 1) + 1e-3);
+            EXPECT_GE(bilinear(z, pt), interval * static_cast<float>(area.band) - 1e-3);
+            EXPECT_LE(bilinear(z, pt), top + 1e-3);
         }
     }
     EXPECT_NEAR(total_area(), 1.0, 1e-4) << z[0] << ' ' << z[1] << ' ' << z[2] << ' ' << z[3];
@@ -48,10 +49,12 @@ TEST(ContFill, BandsCoverEveryCellOnce) {
         for (float& value : z) value = n % 2 == 0 ? any(random) : 2.0F * static_cast<float>(whole(random));
         GRD_report grid = make_grid(2, 2, {z[2], z[3], z[0], z[1]});
         start_contours(CONT_FILL);
-        set_interval(0, n % 3 == 0 ? 1.0F : 2.0F, 11);
+        const float interval = n % 3 == 0 ? 1.0F : 2.0F;
+        set_interval(0, interval, 11);
+        if (n % 5 == 0) set_levels({0, interval, 2 * interval, 3 * interval, 4 * interval, 5 * interval});
         cont.color_num = 11;
         draw(grid);
-        expect_covered(z, 0, cont.intrvl);
+        expect_covered(z, interval, n % 5 == 0 ? 5 : 11);
         if (::testing::Test::HasFailure()) return;
     }
 }
@@ -137,6 +140,7 @@ TEST(ContFill, LinesOfACombinedPlotAreThoseOfALinePlot) {
 }
 
 TEST(ContValue, NumbersAtGridPoints) {
+    RES_put("color_label", "1");
     GRD_report grid = make_grid(4, 3, {1, 2, 3, 4, 5, FMISS, 7, 8, 9, 10, 11, 12.5F});
     start_contours(CONT_VALUE);
     cont.grid_max = 12;

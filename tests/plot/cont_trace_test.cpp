@@ -108,7 +108,8 @@ TEST(ContTrace, SegmentsOfNeighbouringCellsMeet) {
     constexpr int N = 30;
     std::vector<float> values;
     for (int j = 0; j < N; ++j) {
-        for (int i = 0; i < N; ++i) values.push_back(std::sin(0.37F * i) * std::cos(0.29F * j) * 10.0F + 0.013F * i);
+        for (int i = 0; i < N; ++i)
+            values.push_back(std::sin(0.37F * i) * std::cos(0.29F * j) * 10.0F + 0.013F * i + 0.0071F);
     }
     GRD_report grid = make_grid(N, N, values);
     start_contours(CONT_LINE);

@@ -70,9 +70,13 @@ TEST(PltPanel, ShapesAndLayouts) {
         Glim want;
     };
     const Case cases[] = {
-        {"3x2+1+0", {1.0F / 3, 2.0F / 3, 0.5F, 1.0F}}, {"0.5x0.25+0.1+0.2", {0.1F, 0.6F, 0.2F, 0.45F}},
-        {"2x2+1", {0.1F, 0.6F, 0.2F, 0.45F}},  // incomplete: nothing changes
-        {"99x99+7+7", {0.875F, 1.0F, 0.0F, 0.125F}},   {"1x1+0+0", {0, 1, 0, 1}},
+        {"3x2+1+0", {1.0F / 3, 2.0F / 3, 0.5F, 1.0F}},
+        {"0.5x0.25+0.1+0.2", {0.1F, 0.6F, 0.2F, 0.45F}},
+        {"2x2+1", {0.1F, 0.6F, 0.2F, 0.45F}},      // incomplete: nothing changes
+        {"0.5x0+0+0", {0.1F, 0.6F, 0.2F, 0.45F}},  // no extent
+        {"nanxinf+0+0", {0.1F, 0.6F, 0.2F, 0.45F}},
+        {"99x99+7+7", {0.875F, 1.0F, 0.0F, 0.125F}},
+        {"1x1+0+0", {0, 1, 0, 1}},
     };
     for (const Case& c : cases) {
         PLT_panel_decode(c.text);

@@ -1,0 +1,106 @@
+// The redraw store: what it keeps, and that a replay says the same.
+
+#include "gks/gks_obj.h"
+
+#include "gks/gks_meta.h"
+#include "gks/kernel_scene.h"
+
+namespace zav {
+namespace {
+
+class Store : public test::KernelTest {
+  protected:
+    /// The store as a metafile.
+    std::string printed() {
+        const test::EnvSetting name("METAOUT", "store.meta");
+        const auto output = test::capture([] { EXPECT_EQ(gobj_print_meta(), 0); });
+        said = output.out + output.err;
+        return test::read_file("store.meta");
+    }
+    static bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+};
+
+TEST_F(Store, RecordsOnlyWhenAsked) {
+    ASSERT_EQ(open("a.ps"), 0);
+    EXPECT_EQ(gget_redraw(), 0);
+    EXPECT_EQ(gnew_obj(GOBJ_LINE, 1, 8, nullptr), nullptr);
+    test::draw_scene();
+    EXPECT_EQ(printed(), "");
+    EXPECT_TRUE(holds(said, "gobj_print_meta: No redraw data to make metafile from\n"));
+    EXPECT_EQ(gdel_seg_objs(1), -1);
+    EXPECT_EQ(gobj_redraw_plot(), -1);
+}
+
+TEST_F(Store, PrintedStorePlaysBackToTheSamePage) {
+    ASSERT_EQ(open("a.ps,color"), 0);
+    EXPECT_EQ(gset_redraw(1), 0);
+    test::draw_scene();
+    const std::string meta = printed();
+    EXPECT_EQ(gget_redraw(), 1);
+    EXPECT_EQ(gget_win_type(), GWS_PS);
+    close();
+    EXPECT_TRUE(meta.starts_with("CLR 1 1 0.000000")) << meta.substr(0, 100);
+    test::write_file("whole.meta", "ZAVMETA\n" + meta);
+    ASSERT_EQ(open("b.ps,color"), 0);
+    gread_metafile("whole.meta");
+    close();
+    // Going back from the metafile clips once more; otherwise both pages say the same.
+    std::vector<std::string> wanted = test::body_lines("a.ps");
+    std::vector<std::string> lines = test::body_lines("b.ps");
+    lines.pop_back();
+    ASSERT_GT(wanted.size(), lines.size());
+    wanted.resize(lines.size());
+    for(size_t i=0;i<lines.size();i++) if(lines[i]!=wanted[i]) printf("%zu %s | %s\n",i,lines[i].c_str(),wanted[i].c_str());
+    EXPECT_EQ(lines, wanted);
+}
+
+TEST_F(Store, ReplayDrawsTheSameAgain) {
+    ASSERT_EQ(open("a.ps,color"), 0);
+    gset_redraw(1);
+    test::draw_scene();
+    EXPECT_EQ(gobj_redraw_plot(), 0);
+    close();
+    // Drawn twice: the second half, behind the new start of the transformations, has the same primitives.
+    const std::string text = test::read_file("a.ps");
+    for (const char* item : {"%%PL:25\n", "%%FA:5\n", "%%TE:0.500000 0.800000 AAA\n"}) {
+        const std::size_t first = text.find(item);
+        ASSERT_NE(first, std::string::npos) << item;
+        EXPECT_NE(text.find(item, first + 1), std::string::npos) << item;
+    }
+}
+
+TEST_F(Store, SegmentsAreTakenOutWhole) {
+    ASSERT_EQ(open("a.ps"), 0);
+    gset_redraw(1);
+    const Gpt points[2] = {{0, 0}, {1, 1}};
+    const auto line_in_segment = [&](int segment) {
+        gcreate_seg(segment);
+        gpolyline(2, points);
+        gmessage(1, "segment " + std::to_string(segment));
+        EXPECT_EQ(gclose_seg(segment), 0);
+    };
+    for (int segment = 0; segment < 3; ++segment) line_in_segment(segment);
+    gdel_seg(1);
+    gdel_seg(9);
+    const std::string meta = printed();
+    EXPECT_TRUE(holds(meta, "ME segment 0\n"));
+    EXPECT_FALSE(holds(meta, "ME segment 1\n"));
+    EXPECT_TRUE(holds(meta, "ME segment 2\n"));
+}
+
+TEST_F(Store, FunctionsRunWithTheirDataWhichTheStoreOwns) {
+    ASSERT_EQ(open("a.ps"), 0);
+    gset_redraw(1);
+    auto calls = std::make_shared<int>(0);
+    const std::weak_ptr<int> watch = calls;
+    gset_redraw_func([](void* data) { ++*static_cast<int*>(data); gclear_objs(); }, calls);
+    gset_redraw_func([](void* data) { ++*static_cast<int*>(data); }, std::move(calls));
+    gobj_redraw_plot();
+    EXPECT_TRUE(watch.expired()) << "cleared from within a replay, freed at its end";
+    gset_redraw(0);
+    gset_redraw_func([](void*) {}, std::make_shared<int>(0));
+    EXPECT_EQ(printed(), "");
+}
+
+}  // namespace
+}  // namespace zav
