@@ -12,7 +12,6 @@
 namespace zav {
 namespace {
 
-constexpr std::size_t EXT_SIZE = 20;
 constexpr std::size_t EXT_INFO_SIZE = 40;
 constexpr std::size_t KEY_SIZE = 30;
 

@@ -261,7 +261,7 @@ int FILE_set_date_off(const Date* datim, int offset, std::string& out_file) {
 void FILE_list_file() {
     std::string pattern;
     bool after_path = false;
-    for (const Piece& piece : parse_template(current_template())) {
+    for (const Piece& piece : parse_template(FILE_add_user_path(current_template()))) {
         append_piece(pattern, piece, pattern_text(piece), after_path);
         after_path = piece.kind == Piece::Kind::path || piece.kind == Piece::Kind::resource;
     }

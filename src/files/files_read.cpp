@@ -181,7 +181,7 @@ class Walk {
             return;
         }
         if (found == std::string::npos) return misfit();
-        ext = fit_text(text_.substr(pos_, found - pos_), 20);
+        ext = fit_text(text_.substr(pos_, found - pos_), EXT_SIZE);
         out_ += ext;
         pos_ = found;
     }

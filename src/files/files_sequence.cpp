@@ -124,8 +124,7 @@ int FILE_prev_file(std::string& file) { return step_by(-state.offset, file); }
 
 int FILE_get_num_file() {
     const std::size_t count = state.files.size();
-    if (count > 1 || (count == 1 && !has_span())) return static_cast<int>(count) - 1;
-    return state.num_hour;
+    return count > 1 ? static_cast<int>(count) - 1 : state.num_hour;
 }
 
 }  // namespace zav

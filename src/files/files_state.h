@@ -10,6 +10,8 @@
 
 namespace zav {
 
+constexpr std::size_t EXT_SIZE = 20;  ///< longest value of %e with its end
+
 /// Process-wide state of file naming and selection.
 struct NamingState {
     std::string conv;      ///< template of data files
@@ -50,7 +52,7 @@ const std::string& current_template();
 
 /// Value of a path element: its resource, or "." where that has no value.
 std::string path_value(const Piece& piece);
-/// Text of a key in the width of its element; zeros for a key without value.
+/// Text of a key in the width of its element; a single "0" for a key without value.
 std::string key_text(const Piece& piece);
 
 /// Takes the period of a date element into the step: the smallest of a template counts.

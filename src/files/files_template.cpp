@@ -107,7 +107,7 @@ std::string path_value(const Piece& piece) {
 std::string key_text(const Piece& piece) {
     std::string text = FILE_get_key(piece.code);
     const std::size_t width = static_cast<std::size_t>(std::min<int>(piece.number, FILE_NAME_SIZE));
-    if (text.empty()) return std::string(std::max<std::size_t>(width, 1), '0');
+    if (text.empty()) return "0";
     if (width > 0) text.resize(width, '_');
     return text;
 }

@@ -151,9 +151,7 @@ int gset_colr_rep(Gint ws_id, Gint index, const Gcolr_rep* rep) {
     return 0;
 }
 
-void ginit_xcolr() {
-    state.color_ind = all_unset();
-}
+void ginit_xcolr() { state.color_ind = all_unset(); }
 
 void ginit_background() {
     const int type = gget_win_type();

@@ -14,7 +14,7 @@ constexpr int GCOLR_BACK_ENTRY = 256;
 
 /// The colour table of the plot layers, which the kernel looks names and indices up in. Both calls may be absent.
 struct Gcolor_table {
-    int (*get_ind)(const std::string& name) = nullptr;                       ///< index of a name, below 0 unknown
+    int (*get_ind)(const std::string& name) = nullptr;                      ///< index of a name, below 0 unknown
     int (*get_rgb)(int ind, float* red, float* grn, float* blu) = nullptr;  ///< components of an index
 };
 void gset_color_table(const Gcolor_table& table);

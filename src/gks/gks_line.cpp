@@ -97,10 +97,17 @@ int gpolyline(Gint num_pt, const Gpt* array_pt) {
     gnew_obj(GOBJ_LINE, num_pt, static_cast<std::size_t>(num_pt) * sizeof(Gpt), array_pt);
     switch (type) {
         case GWS_WIN:
-        case GWS_PIX: draw_on_display(num_pt, array_pt); break;
-        case GWS_PS: draw_postscript(num_pt, array_pt); break;
-        case GWS_HPGL: draw_hpgl(num_pt, array_pt); break;
-        default: break;
+        case GWS_PIX:
+            draw_on_display(num_pt, array_pt);
+            break;
+        case GWS_PS:
+            draw_postscript(num_pt, array_pt);
+            break;
+        case GWS_HPGL:
+            draw_hpgl(num_pt, array_pt);
+            break;
+        default:
+            break;
     }
     return 0;
 }

@@ -73,10 +73,17 @@ void draw_hpgl(const std::vector<Gpt>& pts) {
 void mark_draw(const std::vector<Gpt>& pts) {
     switch (gget_win_type()) {
         case GWS_WIN:
-        case GWS_PIX: draw_on_display(pts); break;
-        case GWS_PS: draw_postscript(pts); break;
-        case GWS_HPGL: draw_hpgl(pts); break;
-        default: break;
+        case GWS_PIX:
+            draw_on_display(pts);
+            break;
+        case GWS_PS:
+            draw_postscript(pts);
+            break;
+        case GWS_HPGL:
+            draw_hpgl(pts);
+            break;
+        default:
+            break;
     }
 }
 
@@ -92,7 +99,9 @@ void draw_circle(float x, float y, float h) {
 void draw_marker(float x, float y, float size) {
     const auto h = static_cast<float>(gtruncate(std::min<double>(size / 2, LARGEST_SIZE)));
     switch (state.marker_type) {
-        case 1: mark_draw({{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}, {x, y}}); break;
+        case 1:
+            mark_draw({{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}, {x, y}});
+            break;
         case 2:
             mark_draw({{x - h, y}, {x + h, y}});
             mark_draw({{x, y + h}, {x, y - h}});
@@ -103,16 +112,27 @@ void draw_marker(float x, float y, float size) {
             mark_draw({{x, y + h}, {x, y - h}});
             mark_draw({{x + h, y - h}, {x - h, y + h}});
             break;
-        case 4: draw_circle(x, y, h); break;
+        case 4:
+            draw_circle(x, y, h);
+            break;
         case 5:
             mark_draw({{x - h, y - h}, {x + h, y + h}});
             mark_draw({{x + h, y - h}, {x - h, y + h}});
             break;
-        case 6: mark_draw({{x - h, y + h}, {x + h, y + h}, {x + h, y - h}, {x - h, y - h}, {x - h, y + h}}); break;
-        case 7: mark_draw({{x - h, y + h}, {x + h, y + h}, {x, y - h}, {x - h, y + h}}); break;
-        case 8: mark_draw({{x, y}}); break;
-        case 9: mark_draw({{x - h, y - h}, {x + h, y - h}, {x, y + h}, {x - h, y - h}}); break;
-        default: break;
+        case 6:
+            mark_draw({{x - h, y + h}, {x + h, y + h}, {x + h, y - h}, {x - h, y - h}, {x - h, y + h}});
+            break;
+        case 7:
+            mark_draw({{x - h, y + h}, {x + h, y + h}, {x, y - h}, {x - h, y + h}});
+            break;
+        case 8:
+            mark_draw({{x, y}});
+            break;
+        case 9:
+            mark_draw({{x - h, y - h}, {x + h, y - h}, {x, y + h}, {x - h, y - h}});
+            break;
+        default:
+            break;
     }
 }
 
@@ -162,7 +182,9 @@ int gpolymarker(Gint num_pt, const Gpt* array_pt) {
     gnew_obj(GOBJ_MARKER, num_pt, static_cast<std::size_t>(std::max(num_pt, 0)) * sizeof(Gpt), array_pt);
     switch (type) {
         case GWS_WIN:
-        case GWS_PIX: draw_all_on_display(num_pt, array_pt); break;
+        case GWS_PIX:
+            draw_all_on_display(num_pt, array_pt);
+            break;
         case GWS_PS:
             gps_printf("%%%%PM:%d\n", num_pt);
             gps_set_width(state.marker_color, state.marker_width);
@@ -176,7 +198,8 @@ int gpolymarker(Gint num_pt, const Gpt* array_pt) {
             ghpgl_set_type(1);
             draw_all_on_paper(num_pt, array_pt, PLOTTER_PER_TENTH * (10 * state.marker_height));
             break;
-        default: break;
+        default:
+            break;
     }
     return 0;
 }

@@ -22,8 +22,8 @@
 namespace zav {
 namespace {
 
-constexpr int META_DEPTH = 10;          // reported in place of a display's
-constexpr int UNITS = 100;              // device units of a nominal inch
+constexpr int META_DEPTH = 10;  // reported in place of a display's
+constexpr int UNITS = 100;      // device units of a nominal inch
 constexpr Gdevice_area NOMINAL_AREA = {0, 0, 10 * UNITS, 8 * UNITS};
 constexpr int POINTS_A_LINE = 4;
 constexpr int LONG_FORM = 31;           // length in an element's header that announces a word with the length
@@ -44,14 +44,14 @@ struct Element {
 using std::string_view_literals::operator""sv;
 
 constexpr Element CGM_HEAD[] = {
-    {0, 1, 0, ""sv},                                      // BEGIN METAFILE
-    {1, 1, 2, "\x00\x01"sv},                              // METAFILE VERSION
-    {1, 2, 11, "\x0AZAVCGM-1.0\x00"sv},                   // METAFILE DESCRIPTION
-    {1, 11, 6, "\x00\x01\xFF\xFF\x00\x01"sv},             // METAFILE ELEMENT LIST
-    {1, 9, 1, "\xFF\x00"sv},                              // MAXIMUM COLOUR INDEX
-    {2, 6, 8, "\x00\x00\x00\x00\x27\x10\x1F\x40"sv},      // VDC EXTENT
-    {0, 3, 0, ""sv},                                      // BEGIN PICTURE
-    {0, 4, 0, ""sv},                                      // BEGIN PICTURE BODY
+    {0, 1, 0, ""sv},                                  // BEGIN METAFILE
+    {1, 1, 2, "\x00\x01"sv},                          // METAFILE VERSION
+    {1, 2, 11, "\x0AZAVCGM-1.0\x00"sv},               // METAFILE DESCRIPTION
+    {1, 11, 6, "\x00\x01\xFF\xFF\x00\x01"sv},         // METAFILE ELEMENT LIST
+    {1, 9, 1, "\xFF\x00"sv},                          // MAXIMUM COLOUR INDEX
+    {2, 6, 8, "\x00\x00\x00\x00\x27\x10\x1F\x40"sv},  // VDC EXTENT
+    {0, 3, 0, ""sv},                                  // BEGIN PICTURE
+    {0, 4, 0, ""sv},                                  // BEGIN PICTURE BODY
 };
 
 void put_word(int value) {

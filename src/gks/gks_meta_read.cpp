@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,7 +25,7 @@ constexpr std::size_t POINT_BYTES = 3;  // the least that "x,y" takes
 
 /// Walks over the text of a metafile. The calls that take something give nothing where the text doesn't hold it.
 class Reader {
-public:
+  public:
     explicit Reader(std::string text) : text_(std::move(text)) {}
 
     bool at_end() {
@@ -94,7 +94,7 @@ public:
         return text_.substr(start, std::min(end - start, TEXT_LENGTH));
     }
 
-private:
+  private:
     static bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
     void skip_space() {

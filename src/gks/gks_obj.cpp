@@ -103,8 +103,9 @@ void events_now_and_then(int count) {
 
 /// What a replay to a file puts back at its end.
 class Kept_display {
-public:
-    Kept_display() : type_(gget_win_type()), redraw_(state.redraw), action_(state.action), cursor_(gset_cursor(CURSOR_WAIT)) {
+  public:
+    Kept_display()
+        : type_(gget_win_type()), redraw_(state.redraw), action_(state.action), cursor_(gset_cursor(CURSOR_WAIT)) {
         gget_win_size(&width_, &height_);
     }
 
@@ -116,7 +117,7 @@ public:
         gset_cursor(cursor_);
     }
 
-private:
+  private:
     int type_, redraw_, action_, cursor_;
     int width_ = 0, height_ = 0;
 };
@@ -208,43 +209,110 @@ int gdel_seg_objs(int id) {
 void gobj_redraw_funcs(const drawobj* object) {
     const drawobj& obj = *object;
     switch (obj.type) {
-        case GOBJ_MESSAGE: gmessage(obj.values, std::string(obj.data.begin(), obj.data.end())); break;
-        case GOBJ_WS_VP: replay_limits(obj, gset_ws_vp); break;
-        case GOBJ_WS_WIN: replay_limits(obj, gset_ws_win); break;
-        case GOBJ_TRAN: gsel_norm_tran(obj.values); break;
-        case GOBJ_VP: replay_limits(obj, gset_vp); break;
-        case GOBJ_WIN: replay_limits(obj, gset_win); break;
-        case GOBJ_COLR_REP: replay_color(obj); break;
-        case GOBJ_CLEAR_REGION: replay_record(obj, gclear_region); break;
-        case GOBJ_LINE: replay_points(obj, gpolyline); break;
-        case GOBJ_LINE_TYPE: gset_linetype(obj.values); break;
-        case GOBJ_LINE_WIDTH: gset_linewidth(record_of<float>(obj)); break;
-        case GOBJ_LINE_COLR: gset_line_colr_ind(obj.values); break;
-        case GOBJ_LINE_BOLD: gset_line_print_bold(obj.values); break;
-        case GOBJ_MARKER: replay_points(obj, gpolymarker); break;
-        case GOBJ_MARKER_TYPE: gset_marker_type(obj.values); break;
-        case GOBJ_MARKER_SIZE: gset_marker_size(record_of<float>(obj)); break;
-        case GOBJ_MARKER_COLR: gset_marker_colr_ind(obj.values); break;
-        case GOBJ_MARKER_WIDTH: gset_marker_width(record_of<float>(obj)); break;
-        case GOBJ_TEXT: replay_text(obj); break;
-        case GOBJ_TEXT_SPACE: gset_space(record_of<float>(obj)); break;
-        case GOBJ_TEXT_CHAR_SPACE: gset_char_space(record_of<float>(obj)); break;
-        case GOBJ_TEXT_EXPAN: gset_expan(record_of<float>(obj)); break;
-        case GOBJ_TEXT_COLR: gset_text_colr_ind(obj.values); break;
-        case GOBJ_TEXT_HEIGHT: gset_char_ht(record_of<float>(obj)); break;
-        case GOBJ_TEXT_UP: replay_record(obj, gset_char_up_vec); break;
-        case GOBJ_TEXT_FONT: replay_record(obj, gset_fontprec); break;
-        case GOBJ_TEXT_ALIGN: replay_record(obj, gset_text_align); break;
-        case GOBJ_TEXT_WIDTH: gset_text_width(record_of<float>(obj)); break;
-        case GOBJ_FILL: replay_points(obj, gfill_area); break;
-        case GOBJ_FILL_STYLE: gset_fill_int_style(obj.values); break;
-        case GOBJ_FILL_PATTERN: gset_fill_style_ind(obj.values); break;
-        case GOBJ_FILL_COLR: gset_fill_colr_ind(obj.values); break;
-        case GOBJ_FILL_SOLID: gset_fill_print_solid(obj.values); break;
+        case GOBJ_MESSAGE:
+            gmessage(obj.values, std::string(obj.data.begin(), obj.data.end()));
+            break;
+        case GOBJ_WS_VP:
+            replay_limits(obj, gset_ws_vp);
+            break;
+        case GOBJ_WS_WIN:
+            replay_limits(obj, gset_ws_win);
+            break;
+        case GOBJ_TRAN:
+            gsel_norm_tran(obj.values);
+            break;
+        case GOBJ_VP:
+            replay_limits(obj, gset_vp);
+            break;
+        case GOBJ_WIN:
+            replay_limits(obj, gset_win);
+            break;
+        case GOBJ_COLR_REP:
+            replay_color(obj);
+            break;
+        case GOBJ_CLEAR_REGION:
+            replay_record(obj, gclear_region);
+            break;
+        case GOBJ_LINE:
+            replay_points(obj, gpolyline);
+            break;
+        case GOBJ_LINE_TYPE:
+            gset_linetype(obj.values);
+            break;
+        case GOBJ_LINE_WIDTH:
+            gset_linewidth(record_of<float>(obj));
+            break;
+        case GOBJ_LINE_COLR:
+            gset_line_colr_ind(obj.values);
+            break;
+        case GOBJ_LINE_BOLD:
+            gset_line_print_bold(obj.values);
+            break;
+        case GOBJ_MARKER:
+            replay_points(obj, gpolymarker);
+            break;
+        case GOBJ_MARKER_TYPE:
+            gset_marker_type(obj.values);
+            break;
+        case GOBJ_MARKER_SIZE:
+            gset_marker_size(record_of<float>(obj));
+            break;
+        case GOBJ_MARKER_COLR:
+            gset_marker_colr_ind(obj.values);
+            break;
+        case GOBJ_MARKER_WIDTH:
+            gset_marker_width(record_of<float>(obj));
+            break;
+        case GOBJ_TEXT:
+            replay_text(obj);
+            break;
+        case GOBJ_TEXT_SPACE:
+            gset_space(record_of<float>(obj));
+            break;
+        case GOBJ_TEXT_CHAR_SPACE:
+            gset_char_space(record_of<float>(obj));
+            break;
+        case GOBJ_TEXT_EXPAN:
+            gset_expan(record_of<float>(obj));
+            break;
+        case GOBJ_TEXT_COLR:
+            gset_text_colr_ind(obj.values);
+            break;
+        case GOBJ_TEXT_HEIGHT:
+            gset_char_ht(record_of<float>(obj));
+            break;
+        case GOBJ_TEXT_UP:
+            replay_record(obj, gset_char_up_vec);
+            break;
+        case GOBJ_TEXT_FONT:
+            replay_record(obj, gset_fontprec);
+            break;
+        case GOBJ_TEXT_ALIGN:
+            replay_record(obj, gset_text_align);
+            break;
+        case GOBJ_TEXT_WIDTH:
+            gset_text_width(record_of<float>(obj));
+            break;
+        case GOBJ_FILL:
+            replay_points(obj, gfill_area);
+            break;
+        case GOBJ_FILL_STYLE:
+            gset_fill_int_style(obj.values);
+            break;
+        case GOBJ_FILL_PATTERN:
+            gset_fill_style_ind(obj.values);
+            break;
+        case GOBJ_FILL_COLR:
+            gset_fill_colr_ind(obj.values);
+            break;
+        case GOBJ_FILL_SOLID:
+            gset_fill_print_solid(obj.values);
+            break;
         case GOBJ_FUNCTION:
             if (obj.func != nullptr) obj.func(obj.func_data.get());
             break;
-        default: break;  // segment marks
+        default:
+            break;  // segment marks
     }
 }
 

@@ -73,8 +73,8 @@ int gget_redraw();
 /// Records a function with its data, which the store then owns.
 void gset_redraw_func(void (*func)(void* data), std::shared_ptr<void> data);
 
-/// Offers an object. Gives its block of `size` bytes, filled from `data` unless null, or null with redraw off. The block
-/// is valid until the next call.
+/// Offers an object. Gives its block of `size` bytes, filled from `data` unless null, or null with redraw off. The
+/// block is valid until the next call.
 char* gnew_obj(int type, int values, std::size_t size, const void* data);
 
 void gclear_objs();

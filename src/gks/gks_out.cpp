@@ -1,8 +1,8 @@
 #include "gks/gks_out.h"
 
+#include <sys/wait.h>
 #include <cerrno>
 #include <cstring>
-#include <sys/wait.h>
 
 #include "files/files.h"
 #include "frame/mess.h"

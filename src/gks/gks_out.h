@@ -23,7 +23,7 @@ enum class Gout_mode { create, append, pipe };
 Gout_mode gout_mode(const std::string& filename);
 
 class Gout_file {
-public:
+  public:
     Gout_file() = default;
     Gout_file(const Gout_file&) = delete;
     Gout_file& operator=(const Gout_file&) = delete;
@@ -41,7 +41,7 @@ public:
     /// Closes. True if all that was written has arrived; otherwise warns, in the name of `func`.
     bool close(const char* func);
 
-private:
+  private:
     struct pipe_closer {
         void operator()(std::FILE* file) const;
     };

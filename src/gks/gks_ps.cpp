@@ -56,9 +56,15 @@ void set_gray(float level, const char* text) {
 bool set_pseudo_color(int color) {
     if (color < GCOLR_PSEUDO_FIRST || color > GCOLR_PSEUDO_LAST) return false;
     switch ((color - GCOLR_PSEUDO_FIRST) / 3) {
-        case 0: set_gray(BLACK, "0"); break;
-        case 1: set_gray(WHITE, "1"); break;
-        default: set_gray(GREY, ".7"); break;
+        case 0:
+            set_gray(BLACK, "0");
+            break;
+        case 1:
+            set_gray(WHITE, "1");
+            break;
+        default:
+            set_gray(GREY, ".7");
+            break;
     }
     return true;
 }
@@ -124,9 +130,15 @@ bool gps_open_file(const std::string& filename) {
     const Gout_mode mode = gout_mode(filename);
     const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
     switch (mode) {
-        case Gout_mode::pipe: MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name); break;
-        case Gout_mode::append: MESS_print(MESS_PROGRESS, "Appending to: %s\n", name); break;
-        case Gout_mode::create: MESS_print(MESS_PROGRESS, "Creating: %s\n", name); break;
+        case Gout_mode::pipe:
+            MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name);
+            break;
+        case Gout_mode::append:
+            MESS_print(MESS_PROGRESS, "Appending to: %s\n", name);
+            break;
+        case Gout_mode::create:
+            MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
+            break;
     }
     return state.out.open(filename);
 }

@@ -40,7 +40,9 @@ Samples make_samples(bool color) {
             } else {
                 gget_color_rgb(value, &red, &grn, &blu);
             }
-            const auto byte = [](float part) { return static_cast<unsigned>(std::clamp(gtruncate(part * 255), 0, 255)); };
+            const auto byte = [](float part) {
+                return static_cast<unsigned>(std::clamp(gtruncate(part * 255), 0, 255));
+            };
             std::snprintf(text.data(), text.size(), "%02X%02X%02X", byte(red), byte(grn), byte(blu));
         }
         samples.pixel[static_cast<std::size_t>(value)] = text.data();

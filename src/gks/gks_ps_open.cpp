@@ -18,9 +18,9 @@
 namespace zav {
 namespace {
 
-constexpr int PAPER_DEPTH = 10;              // reported in place of a display's
-constexpr float SMALLEST_SCALE = 0.01F;      // with two decimals a smaller one would be 0
-constexpr float LARGEST_PAPER = 1000;        // inches
+constexpr int PAPER_DEPTH = 10;          // reported in place of a display's
+constexpr float SMALLEST_SCALE = 0.01F;  // with two decimals a smaller one would be 0
+constexpr float LARGEST_PAPER = 1000;    // inches
 constexpr double POINTS_PER_INCH = 72;
 constexpr double POINTS_PER_HUNDREDTH = 0.72;
 constexpr double MARGINS = 0.5;  // inches, both sides together

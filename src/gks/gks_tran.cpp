@@ -298,21 +298,13 @@ void gget_gviewport(Grectangle* clip_rect) {
     clip_rect->height = static_cast<int>(yNDC_ps(state.cur_vp.y_max) - bottom + 1.5F);
 }
 
-float xNDC_p(float x) {
-    return clamp_to(state.plt.x_min + (x - state.wkwn.x_min) * state.wkwn_plt.x, PIXEL_LIMIT);
-}
+float xNDC_p(float x) { return clamp_to(state.plt.x_min + (x - state.wkwn.x_min) * state.wkwn_plt.x, PIXEL_LIMIT); }
 
-float yNDC_p(float y) {
-    return clamp_to(state.plt.y_min + (state.wkwn.y_max - y) * state.wkwn_plt.y, PIXEL_LIMIT);
-}
+float yNDC_p(float y) { return clamp_to(state.plt.y_min + (state.wkwn.y_max - y) * state.wkwn_plt.y, PIXEL_LIMIT); }
 
-float xNDC_ps(float x) {
-    return clamp_to(state.plt.x_min + (x - state.wkwn.x_min) * state.wkwn_plt.x, OUTPUT_LIMIT);
-}
+float xNDC_ps(float x) { return clamp_to(state.plt.x_min + (x - state.wkwn.x_min) * state.wkwn_plt.x, OUTPUT_LIMIT); }
 
-float yNDC_ps(float y) {
-    return clamp_to(state.plt.y_min + (y - state.wkwn.y_min) * state.wkwn_plt.y, OUTPUT_LIMIT);
-}
+float yNDC_ps(float y) { return clamp_to(state.plt.y_min + (y - state.wkwn.y_min) * state.wkwn_plt.y, OUTPUT_LIMIT); }
 
 float xW_NDC(float x) { return state.cur_vp.x_min + (x - state.cur_wn.x_min) * state.wn_vp.x; }
 

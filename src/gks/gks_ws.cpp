@@ -2,7 +2,6 @@
 
 #include "gks/gks_ws.h"
 
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -44,9 +43,9 @@ struct Paper {
 };
 
 constexpr Paper PAPERS[] = {
-    {"letter", 11.0F, 8.5F},   {"legal", 14.0F, 8.5F},   {"11x17", 17.0F, 11.0F},  {"a4", 11.69F, 8.26F},
-    {"a3", 16.54F, 11.69F},    {"a2", 23.39F, 16.54F},   {"a1", 33.11F, 23.39F},   {"b4", 14.33F, 10.12F},
-    {"b3", 20.27F, 14.33F},    {"b2", 28.66F, 20.27F},   {"b1", 40.55F, 28.66F},   {"ansid", 34.0F, 22.0F},
+    {"letter", 11.0F, 8.5F}, {"legal", 14.0F, 8.5F}, {"11x17", 17.0F, 11.0F}, {"a4", 11.69F, 8.26F},
+    {"a3", 16.54F, 11.69F},  {"a2", 23.39F, 16.54F}, {"a1", 33.11F, 23.39F},  {"b4", 14.33F, 10.12F},
+    {"b3", 20.27F, 14.33F},  {"b2", 28.66F, 20.27F}, {"b1", 40.55F, 28.66F},  {"ansid", 34.0F, 22.0F},
 };
 
 bool print_as_hpgl() {
@@ -57,21 +56,31 @@ bool print_as_hpgl() {
 int open_device(Gws_type type, const std::vector<std::string>& words) {
     switch (type) {
         case GWS_WIN:
-        case GWS_PIX: return gx11_open(type, words);
-        case GWS_META: return gmeta_open(words);
-        case GWS_PS: return gps_open(words);
-        case GWS_HPGL: return ghpgl_open(words);
-        default: gerr_printf("gopen_ws", "unknown workstation type: %d\n", type); return -1;
+        case GWS_PIX:
+            return gx11_open(type, words);
+        case GWS_META:
+            return gmeta_open(words);
+        case GWS_PS:
+            return gps_open(words);
+        case GWS_HPGL:
+            return ghpgl_open(words);
+        default:
+            gerr_printf("gopen_ws", "unknown workstation type: %d\n", type);
+            return -1;
     }
 }
 
 /// The code that a workstation type has in ginit_plot.
 int init_code(Gws_type type) {
     switch (type) {
-        case GWS_PS: return 2;
-        case GWS_HPGL: return 3;
-        case GWS_META: return 4;
-        default: return 0;
+        case GWS_PS:
+            return 2;
+        case GWS_HPGL:
+            return 3;
+        case GWS_META:
+            return 4;
+        default:
+            return 0;
     }
 }
 
@@ -108,10 +117,17 @@ int gclose_ws(Gint) {
             gx11_close();
             if (type == GWS_WIN) gclear_objs();
             break;
-        case GWS_META: result = gmeta_close_file(); break;
-        case GWS_PS: result = gps_close_file(); break;
-        case GWS_HPGL: result = ghpgl_close_file(); break;
-        default: break;
+        case GWS_META:
+            result = gmeta_close_file();
+            break;
+        case GWS_PS:
+            result = gps_close_file();
+            break;
+        case GWS_HPGL:
+            result = ghpgl_close_file();
+            break;
+        default:
+            break;
     }
     state.open_graphics = 0;
     return result;

@@ -1,6 +1,8 @@
 // The table of grids in use, the date of the run, and the layout of a model in pieces.
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
 #include "files/files.h"
 #include "frame/string.h"
@@ -21,10 +23,14 @@ State state;
 
 bool in_table(int ind) { return ind >= 0 && ind < GRD_MAX; }
 
+/// Cuts each step of a domain into `factor`. A domain that would have more points than an int counts stays.
 void refine(Domain* domain, int factor) {
     if (factor == 1 || domain->nx < 1 || domain->ny < 1) return;
-    domain->nx = factor * (domain->nx - 1) + 1;
-    domain->ny = factor * (domain->ny - 1) + 1;
+    const long long nx = static_cast<long long>(factor) * (domain->nx - 1) + 1;
+    const long long ny = static_cast<long long>(factor) * (domain->ny - 1) + 1;
+    if (std::max(nx, ny) > std::numeric_limits<int>::max()) return;
+    domain->nx = static_cast<int>(nx);
+    domain->ny = static_cast<int>(ny);
     domain->dx /= static_cast<float>(factor);
     domain->dy /= static_cast<float>(factor);
 }

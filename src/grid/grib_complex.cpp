@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <span>
 
 #include "frame/mess.h"
 #include "frame/zav.h"
@@ -111,12 +112,29 @@ bool is_missing(int miss_type, std::int64_t value, std::int64_t most) {
     return miss_type > 0 && (value == most || (miss_type == 2 && value == most - 1));
 }
 
+/// The points of one group, whose bits are all there.
+void unpack_group(const Group& group, const GribPacking& packing, BitReader& bits, Differences& differences,
+                  const GribScale& scale, std::span<float> values) {
+    const std::int64_t most = all_ones(group.width == 0 ? static_cast<unsigned>(packing.num_bits_gref) : group.width);
+    if (group.width == 0 && is_missing(packing.miss_type, group.reference, most)) {
+        std::fill(values.begin(), values.end(), FMISS);
+        return;
+    }
+    const int miss_type = group.width == 0 ? 0 : packing.miss_type;
+    for (float& value : values) {
+        const std::int64_t packed = bits.read(group.width);
+        const bool missing = is_missing(miss_type, packed, most);
+        value = missing ? FMISS : scale.value(static_cast<float>(differences.add(packed + group.reference)));
+    }
+}
+
 }  // namespace
 
 bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values) {
     const GribPacking& packing = state.packing;
     // A group without a point says nothing, so there are no more groups than points.
     if (packing.num_group < 0 || packing.num_group > count) return false;
+    const GribScale scale(state);
     BitReader bits = state.bits;
     Differences differences = read_differences(bits, packing);
     Groups groups(bits, packing);
@@ -125,20 +143,13 @@ bool grib_unpack_complex(const GribState& state, long count, std::vector<float>&
     values.reserve(std::min(static_cast<std::size_t>(count), state.packed.size() * 8));
     for (long g = 0; g < packing.num_group; ++g) {
         const Group group = groups.next();
-        const std::int64_t length = std::min<std::int64_t>(group.length, count - static_cast<long>(values.size()));
-        if (group.width > 32) return false;
-        const std::int64_t most =
-            all_ones(group.width == 0 ? static_cast<unsigned>(packing.num_bits_gref) : group.width);
-        const bool whole_missing = group.width == 0 && is_missing(packing.miss_type, group.reference, most);
-        for (std::int64_t i = 0; i < length; ++i) {
-            const std::int64_t packed = bits.read(group.width);
-            if (packed < 0) return false;
-            if (whole_missing || (group.width > 0 && is_missing(packing.miss_type, packed, most))) {
-                values.push_back(FMISS);
-            } else {
-                values.push_back(grib_value(state, static_cast<float>(differences.add(packed + group.reference))));
-            }
-        }
+        const std::uint64_t room = static_cast<std::uint64_t>(count) - values.size();
+        const std::uint64_t length =
+            std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(group.length, 0)), room);
+        if (group.width > 32 || !bits.has(length * group.width)) return false;
+        const std::size_t start = values.size();
+        values.resize(start + length);
+        unpack_group(group, packing, bits, differences, scale, std::span(values).subspan(start));
     }
     return true;
 }

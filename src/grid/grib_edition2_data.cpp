@@ -148,7 +148,8 @@ bool unpack_simple(GRD_report* grd) {
     }
     std::vector<float> values(count);
     BitReader bits = state.bits;
-    for (float& value : values) value = grib_value(state, static_cast<float>(bits.read(width)));
+    const GribScale scale(state);
+    for (float& value : values) value = scale.value(static_cast<float>(bits.read(width)));
     place_values(grd, values);
     return true;
 }

@@ -43,11 +43,6 @@ int grib_to_int(double value) {
 
 float grib_decimal(int scale) { return static_cast<float>(std::pow(10.0, -scale)); }
 
-float grib_value(const GribState& state, float n) {
-    const float value = state.dscale * (n * state.sfac + state.ref);
-    return std::isfinite(value) ? value : FMISS;
-}
-
 void GRIB_set_max_bad(int val) { grib_state().test.max = val; }
 
 void grib_start_row(GribBadTest& test) {

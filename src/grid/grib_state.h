@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "files/date.h"
+#include "frame/zav.h"
 #include "grid/grib_bits.h"
 #include "map/region.h"
 
@@ -142,13 +144,23 @@ void grib_start_row(GribBadTest& test);
 int grib_to_int(double value);
 /// 10 to the power -`scale`.
 float grib_decimal(int scale);
-/// `dscale` * (n * `sfac` + `ref`) in single precision, FMISS if that is no number.
-float grib_value(const GribState& state, float n);
+/// Turns packed numbers into values.
+struct GribScale {
+    float dscale;
+    float sfac;
+    float ref;
+    explicit GribScale(const GribState& state) : dscale(state.dscale), sfac(state.sfac), ref(state.ref) {}
+    /// `dscale` * (n * `sfac` + `ref`) in single precision, FMISS if that is no number.
+    float value(float n) const {
+        const float result = dscale * (n * sfac + ref);
+        return std::isfinite(result) ? result : FMISS;
+    }
+};
+/// The same for a single number.
+inline float grib_value(const GribState& state, float n) { return GribScale(state).value(n); }
 /// Stretches rows of a quasi-regular grid, given in message order, into `out` of `nx` by rows, first row of the message
 /// first. `values` ends where the message did; what is missing becomes FMISS.
 void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, float* out);
-/// Allocates the values of a record and fills them with FMISS. False without memory.
-bool grib_alloc_missing(GRD_report* grd);
 /// Unpacks complex packing, with or without spatial differencing, into `values` (FMISS for missing ones). False for a
 /// group description that can't be.
 bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values);

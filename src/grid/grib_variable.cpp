@@ -193,9 +193,9 @@ void set_probability(GRD_report* grd, const GribEnsemble& ens) {
         text += "Prob (%) ";
     }
     text += VAR_str(ens.prob_var) + bound_text(ens);
-    if (!grd->units.empty()) text += " " + grd->units;
+    if (!grd->units.empty()) text.append(1, ' ').append(grd->units);
     grd->info = text;
-    grd->units = "%";
+    grd->units.assign(1, '%');
     // Composite numbers of edition 2 don't fit; the code then wraps as an int does.
     const std::int64_t code = static_cast<std::int64_t>(grd->var) * 10000000 +
                               static_cast<std::int64_t>(ens.prob_var) * 10000 + ens.prob_type * 1000 +

@@ -82,7 +82,7 @@ TEST_F(Files, ConventionIsTheFirstLineThatFits) {
     EXPECT_EQ(FILE_set_name("@x%h.%e"), 1);
     EXPECT_EQ(FILE_set_name("keys:v=New York:l=5:bad:q"), 1);
     RES_put("data_path", "/d/");
-    EXPECT_EQ(dated(2000, 12, 31, 0), "/d/New_York_5___0_00_2000366%");
+    EXPECT_EQ(dated(2000, 12, 31, 0), "/d/New_York_5___0_0_2000366%");
     FILE_set_key('v', std::string(40, 'k'));
     EXPECT_EQ(FILE_get_key('v').size(), 29U);
     fs::remove(dir_ / "name_conv");

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -120,6 +121,25 @@ TEST_F(GribMutation, AnyByteChanged) {
             try_bytes(bytes);
         }
     }
+}
+
+TEST_F(GribMutation, HeadersOfImages) {
+    static constexpr char START[] = "\xFF\x4F\xFF\x51";
+    int images = 0;
+    for (const Bytes& file : files_) {
+        const auto found = std::search(file.begin(), file.end(), START, START + 4);
+        if (found == file.end()) continue;
+        ++images;
+        const std::size_t at = static_cast<std::size_t>(found - file.begin());
+        for (int i = 0; i < 400; ++i) {
+            Bytes bytes = file;
+            for (std::size_t n = 1 + below(3); n > 0; --n) {
+                bytes[at + below(std::min<std::size_t>(140, file.size() - at))] = static_cast<char>(below(256));
+            }
+            try_bytes(bytes);
+        }
+    }
+    if (images == 0) GTEST_SKIP() << "no JPEG 2000 file: ZAV_TEST_DATA isn't set";
 }
 
 TEST_F(GribMutation, PiecesInTheWrongPlace) {

@@ -16,16 +16,38 @@ class MetaMutation : public test::KernelTest {
   protected:
     std::string damaged(const std::string& text) {
         std::string copy = text;
-        const auto pick = [this](std::size_t size) { return std::uniform_int_distribution<std::size_t>(0, size - 1)(random_); };
-        const char* const pieces[] = {"nan", "-", "1e38", "99999999999", ",", "\n", "FA 7 ", "TR 3\n", "WIN 0 0 0 0 0\n",
-                                      "PM_TYPE 4\n", "TE_HGHT 1e30\n", "VP 0 -9e9 9e9 1 1\n", "PM_SIZE 3e38\n", "TE 1,1 "};
+        const auto pick = [this](std::size_t size) {
+            return std::uniform_int_distribution<std::size_t>(0, size - 1)(random_);
+        };
+        const char* const pieces[] = {"nan",
+                                      "-",
+                                      "1e38",
+                                      "99999999999",
+                                      ",",
+                                      "\n",
+                                      "FA 7 ",
+                                      "TR 3\n",
+                                      "WIN 0 0 0 0 0\n",
+                                      "PM_TYPE 4\n",
+                                      "TE_HGHT 1e30\n",
+                                      "VP 0 -9e9 9e9 1 1\n",
+                                      "PM_SIZE 3e38\n",
+                                      "TE 1,1 "};
         for (std::size_t n = 1 + pick(8); n > 0 && !copy.empty(); --n) {
             const std::size_t place = pick(copy.size());
             switch (pick(4)) {
-                case 0: copy[place] = static_cast<char>(pick(256)); break;
-                case 1: copy.erase(place, 1 + pick(40)); break;
-                case 2: copy.insert(place, pieces[pick(std::size(pieces))]); break;
-                default: copy.insert(place, copy.substr(pick(copy.size()), pick(60))); break;
+                case 0:
+                    copy[place] = static_cast<char>(pick(256));
+                    break;
+                case 1:
+                    copy.erase(place, 1 + pick(40));
+                    break;
+                case 2:
+                    copy.insert(place, pieces[pick(std::size(pieces))]);
+                    break;
+                default:
+                    copy.insert(place, copy.substr(pick(copy.size()), pick(60)));
+                    break;
             }
         }
         return copy;

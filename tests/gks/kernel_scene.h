@@ -127,7 +127,8 @@ inline Glim marked_area(const std::string& file) {
     Glim box;
     const std::size_t place = text.find("%%HiResBoundingBox:");
     if (place == std::string::npos) return box;
-    std::sscanf(text.c_str() + place, "%%%%HiResBoundingBox: %f %f %f %f", &box.x_min, &box.y_min, &box.x_max, &box.y_max);
+    std::sscanf(text.c_str() + place, "%%%%HiResBoundingBox: %f %f %f %f", &box.x_min, &box.y_min, &box.x_max,
+                &box.y_max);
     return box;
 }
 
@@ -149,8 +150,8 @@ struct Page {
 };
 
 inline Page rendered(const std::string& file) {
-    run_command("gs -q -dSAFER -sDEVICE=ppmraw -r72 -g612x792 -dNOPAUSE -dBATCH -sOutputFile='" + file + ".ppm' '" + file +
-                "' 2>&1");
+    run_command("gs -q -dSAFER -sDEVICE=ppmraw -r72 -g612x792 -dNOPAUSE -dBATCH -sOutputFile='" + file + ".ppm' '" +
+                file + "' 2>&1");
     const std::string image = read_file(file + ".ppm");
     Page page;
     const std::size_t numbers = image.find("\n612 ");

@@ -107,7 +107,8 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
         EXPECT_EQ(play(c.items, "a.ps"), c.report) << c.name;
         const std::string text = test::read_file(dir.file("a.ps"));
         int lines = 0;
-        for (std::size_t at = text.find("%%PL:2\n"); at != std::string::npos; at = text.find("%%PL:2\n", at + 1)) ++lines;
+        for (std::size_t at = text.find("%%PL:2\n"); at != std::string::npos; at = text.find("%%PL:2\n", at + 1))
+            ++lines;
         EXPECT_EQ(lines, c.lines) << c.name;
         EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "") << c.name;
     }
@@ -139,15 +140,20 @@ TEST_F(Metafile, CgmHoldsPolylinesAndClips) {
     EXPECT_EQ(close(), 0);
     gmeta_set_type(GMETA_TEXT);
     // The unit square is 799 units high and wide: the area of 1000 by 800 less one.
-    const std::string head("\x00\x20\x10\x22\x00\x01\x10\x4B\x0AZAVCGM-1.0\x00\x11\x66\x00\x01\xFF\xFF\x00\x01\x11\x21\xFF\x00"
-                           "\x20\xC8\x00\x00\x00\x00\x27\x10\x1F\x40\x00\x60\x00\x80", 46);
-    const std::string picture("\x30\xA8\x00\x00\x00\x00\x03\x1F\x03\x1F\x40\x3F\x00\x08\x00\x00\x00\x00\x01\x8F\x03\x1F\x00\xA0",
-                              24);
+    const std::string head(
+        "\x00\x20\x10\x22\x00\x01\x10\x4B\x0AZAVCGM-1.0\x00\x11\x66\x00\x01\xFF\xFF\x00\x01\x11\x21\xFF\x00"
+        "\x20\xC8\x00\x00\x00\x00\x27\x10\x1F\x40\x00\x60\x00\x80",
+        46);
+    const std::string picture(
+        "\x30\xA8\x00\x00\x00\x00\x03\x1F\x03\x1F\x40\x3F\x00\x08\x00\x00\x00\x00\x01\x8F\x03\x1F\x00\xA0", 24);
     EXPECT_EQ(test::read_file(dir.file("plot.cgm")), head + picture);
 }
 
 TEST_F(Metafile, LongCgmPolylinesAreCutWithoutAGap) {
-    ASSERT_EQ(open("," "cgm", GWS_META), 0);
+    ASSERT_EQ(open(","
+                   "cgm",
+                   GWS_META),
+              0);
     EXPECT_EQ(said, "Creating metafile: zav.cgm\n");
     std::vector<Gpt> points(20000);
     for (std::size_t i = 0; i < points.size(); ++i) points[i] = {static_cast<float>(i) / 20000, 0.5F};

@@ -2,6 +2,8 @@
 
 #include "gks/gks_obj.h"
 
+#include <algorithm>
+
 #include "gks/gks_meta.h"
 #include "gks/kernel_scene.h"
 
@@ -47,10 +49,10 @@ TEST_F(Store, PrintedStorePlaysBackToTheSamePage) {
     // Going back from the metafile clips once more; otherwise both pages say the same.
     std::vector<std::string> wanted = test::body_lines("a.ps");
     std::vector<std::string> lines = test::body_lines("b.ps");
-    lines.pop_back();
+    lines.erase(std::find(lines.begin(), lines.end(), "%%End of plot"), lines.end());
+    ASSERT_GT(lines.size(), 100U);
     ASSERT_GT(wanted.size(), lines.size());
     wanted.resize(lines.size());
-    for(size_t i=0;i<lines.size();i++) if(lines[i]!=wanted[i]) printf("%zu %s | %s\n",i,lines[i].c_str(),wanted[i].c_str());
     EXPECT_EQ(lines, wanted);
 }
 
@@ -93,7 +95,12 @@ TEST_F(Store, FunctionsRunWithTheirDataWhichTheStoreOwns) {
     gset_redraw(1);
     auto calls = std::make_shared<int>(0);
     const std::weak_ptr<int> watch = calls;
-    gset_redraw_func([](void* data) { ++*static_cast<int*>(data); gclear_objs(); }, calls);
+    gset_redraw_func(
+        [](void* data) {
+            ++*static_cast<int*>(data);
+            gclear_objs();
+        },
+        calls);
     gset_redraw_func([](void* data) { ++*static_cast<int*>(data); }, std::move(calls));
     gobj_redraw_plot();
     EXPECT_TRUE(watch.expired()) << "cleared from within a replay, freed at its end";

@@ -56,7 +56,8 @@ TEST_F(Postscript, HeadAndTrailerAreAsToldForEachForm) {
               "575.10 575.10 ln\n575.10 -0.10 ln\ncp\nclip\n%%End of plot\nsaveobj restore\nshowpage\nend\n%%EOF\n");
 
     draw_to("+" + dir.file("b.ps"), [] {});
-    EXPECT_EQ(test::read_file(dir.file("b.ps")).rfind("0 setgray\n1 dot lw\n[] 0 setdash\n%%ZAV Plot: Two lines\n", 0), 0U);
+    EXPECT_EQ(test::read_file(dir.file("b.ps")).rfind("0 setgray\n1 dot lw\n[] 0 setdash\n%%ZAV Plot: Two lines\n", 0),
+              0U);
     EXPECT_EQ(test::read_file(dir.file("b.ps")).find("showpage"), std::string::npos);
 
     draw_to(dir.file("c.ps") + ",EPS,scale=0.5", [] {});
@@ -163,9 +164,9 @@ TEST_F(Postscript, GeometryPlacesThePlot) {
     } const cases[] = {
         {"", 0, 0, 756, 576},
         {"P0.5x0.25+0.5+0.75", 378, 432, 378, 144},
-        {"p2x2", 0, 288, 378, 288},          // upper left of four panels
-        {"P2x2+1+1", 378, 0, 378, 288},      // lower right
-        {"P20x1+0+0", 0, 0, 94, 576},        // at most 8 panels
+        {"p2x2", 0, 288, 378, 288},      // upper left of four panels
+        {"P2x2+1+1", 378, 0, 378, 288},  // lower right
+        {"P20x1+0+0", 0, 0, 94, 576},    // at most 8 panels
         {"400x300+100+50", 72, 36, 288, 216},
         {"400x300", 0, 0, 288, 216},
         {"100-50", 72, -36, 756, 576},
@@ -193,8 +194,9 @@ TEST_F(Postscript, PaperWordsSetTheSizeAndTheLastOneWins) {
         const char* words;
         int width, height;
     } const cases[] = {
-        {nullptr, ",A4", 805, 558},     {"legal", "", 972, 576},         {"legal", ",letter", 756, 576},
-        {nullptr, ",ansid,sz:10x5", 684, 324}, {nullptr, ",sz=1e30x-4", 756, 576}, {nullptr, ",unknown,b5", 756, 576},
+        {nullptr, ",A4", 805, 558},         {"legal", "", 972, 576},
+        {"legal", ",letter", 756, 576},     {nullptr, ",ansid,sz:10x5", 684, 324},
+        {nullptr, ",sz=1e30x-4", 756, 576}, {nullptr, ",unknown,b5", 756, 576},
     };
     for (const auto& c : cases) {
         const test::EnvSetting param("zavps_param", c.env);
@@ -225,10 +227,10 @@ TEST_F(Postscript, StateIsWrittenWhereItChanges) {
         gset_fill_print_solid(0);
         for (const int type : {2, 2, 3, 4, 5, 9, 1}) gps_set_type(type);
     });
-    const std::vector<std::string> wanted = {
-        "6.0 dot lw", "5 dot lw", "12 dot lw", "2.0 dot lw", "1 setgray", ".7 setgray", "0 setgray", "0.500 setgray",
-        "1 setgray", "0 setgray", "[6] 0 setdash", "[3 6] 0 setdash", "[6 6 3 6] 0 setdash", "[2] 0 setdash",
-        "[] 0 setdash"};
+    const std::vector<std::string> wanted = {"6.0 dot lw",          "5 dot lw",      "12 dot lw",     "2.0 dot lw",
+                                             "1 setgray",           ".7 setgray",    "0 setgray",     "0.500 setgray",
+                                             "1 setgray",           "0 setgray",     "[6] 0 setdash", "[3 6] 0 setdash",
+                                             "[6 6 3 6] 0 setdash", "[2] 0 setdash", "[] 0 setdash"};
     std::vector<std::string> lines = test::body_lines(file);
     lines.erase(lines.begin(), lines.begin() + 8);  // the clip
     lines.resize(wanted.size());
@@ -250,11 +252,14 @@ TEST_F(Postscript, ColourAndGreyReachThePage) {
     struct {
         const char* word;
         const char *red, *grey, *back, *blue;
-    } const cases[] = {{",color", "FF0000", "B3B3B3", "FFFFFF", "0000FF"}, {",gray", "555555", "B3B3B3", "FFFFFF", "4C4C4C"}};
+    } const cases[] = {{",color", "FF0000", "B3B3B3", "FFFFFF", "0000FF"},
+                       {",gray", "555555", "B3B3B3", "FFFFFF", "4C4C4C"}};
     for (const auto& c : cases) {
         draw_to(dir.file("a.ps") + c.word, draw);
         const Page page = test::rendered(dir.file("a.ps"));
-        const auto at = [&](float u, float v) { return page.at(594 - static_cast<int>(v * 575), 18 + static_cast<int>(u * 575)); };
+        const auto at = [&](float u, float v) {
+            return page.at(594 - static_cast<int>(v * 575), 18 + static_cast<int>(u * 575));
+        };
         EXPECT_PRED2(alike, at(0.2F, 0.2F), c.red) << c.word;
         EXPECT_PRED2(alike, at(0.5F, 0.2F), c.grey) << c.word;
         EXPECT_PRED2(alike, at(0.8F, 0.2F), c.back) << c.word;
@@ -289,7 +294,8 @@ TEST_F(Postscript, MarkersHaveTheirFigures) {
         "100.00 100.00 mv\n101.00 100.00 ln\n101.00 101.00 ln\n100.00 101.00 ln\n100.00 100.00 ln\n",
         "97.00 100.00 mv\n103.00 100.00 ln\nstroke\nnp\n100.00 103.00 mv\n100.00 97.00 ln\n",
         "97.00 97.00 mv\n103.00 103.00 ln\n",
-        "97.00 100.00 mv\n97.40 98.50 ln\n98.50 97.40 ln\n100.00 97.00 ln\n101.50 97.40 ln\n102.60 98.50 ln\n103.00 100.00 ln\n",
+        "97.00 100.00 mv\n97.40 98.50 ln\n98.50 97.40 ln\n100.00 97.00 ln\n101.50 97.40 ln\n102.60 98.50 ln\n103.00 "
+        "100.00 ln\n",
         "97.00 97.00 mv\n103.00 103.00 ln\nstroke\nnp\n103.00 97.00 mv\n97.00 103.00 ln\n",
         "97.00 103.00 mv\n103.00 103.00 ln\n103.00 97.00 ln\n97.00 97.00 ln\n97.00 103.00 ln\n",
         "97.00 103.00 mv\n103.00 103.00 ln\n100.00 97.00 ln\n97.00 103.00 ln\n",

@@ -133,7 +133,11 @@ TEST_F(Tran, BadAttributesAreReportedAndLeaveTheOldOnes) {
         {[] { return gset_fill_style_ind(20); }, "gset_fill_style_ind: invalid style index: 20\n\n"},
         {[] { return gset_line_colr_ind(257); }, "gset_line_colr_ind: invalid color index: 257\n\n"},
         {[] { return gset_fill_colr_ind(77); }, "gset_fill_colr_ind: color index not initialized\n\n"},
-        {[] { const Gpt one = {}; return gpolyline(1, &one); }, "gpolyline: invalid number of points: 1\n\n"},
+        {[] {
+             const Gpt one = {};
+             return gpolyline(1, &one);
+         },
+         "gpolyline: invalid number of points: 1\n\n"},
     };
     for (const auto& c : cases) {
         const auto output = test::capture([&] { EXPECT_EQ(c.set(), -1); });
@@ -158,7 +162,8 @@ TEST_F(Tran, ColoursFindTheLaterOfEqualEntries) {
     gget_color_rgb(7, &red, &grn, &blu);
     EXPECT_FLOAT_EQ(grn, 0.001F);
     EXPECT_EQ(gget_max_colr(), 9);
-    for (int i = 0; i < 400; ++i) galloc_colr(-1, 0.05F * static_cast<float>(i / 20), 0.05F * static_cast<float>(i % 20), 1);
+    for (int i = 0; i < 400; ++i)
+        galloc_colr(-1, 0.05F * static_cast<float>(i / 20), 0.05F * static_cast<float>(i % 20), 1);
     EXPECT_EQ(gget_max_colr(), 255) << "the background's entry is never given away";
     int r = 0;
     int g = 0;

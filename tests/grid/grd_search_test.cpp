@@ -87,6 +87,42 @@ TEST(Search, SelectorsAreDecoded) {
     }
 }
 
+TEST(Table, RecordsAreLaidOutAndCopied) {
+    EXPECT_EQ(GRD_get_grid(0)->type, 0);
+    EXPECT_EQ(GRD_get_grid(GRD_MAX), nullptr);
+    Domain domain;
+    domain.nx = 3;
+    domain.ny = 2;
+    domain.dx = domain.dy = 1.0F;
+    GRD_set_grid_factor(2);
+    GRD_set_grid_factor(0);
+    EXPECT_EQ(GRD_get_grid_factor(), 2);
+    GRD_set_grid_domain(0, &domain);
+    GRD_set_grid_factor(1);
+    GRD_report* grid = GRD_get_grid(0);
+    EXPECT_EQ(grid->domain.nx, 5);
+    EXPECT_EQ(grid->domain.ny, 3);
+    EXPECT_EQ(grid->domain.dx, 0.5F);
+    ASSERT_EQ(GRD_alloc_grid(0), 1);
+    grid->source = 7;
+    grid->var = 11;
+    GRD_report other;
+    GRD_init(&other);
+    other.var = 33;
+    GRD_copy_info(&other, grid);
+    EXPECT_EQ(other.grid, nullptr);
+    EXPECT_EQ(other.source, 7);
+    EXPECT_EQ(other.var, 33);
+    GRD_move(&other, grid);
+    EXPECT_EQ(grid->grid, nullptr);
+    EXPECT_EQ(other.var, 11);
+    EXPECT_TRUE(GRD_has_values(&other));
+    GRD_free(&other);
+    EXPECT_EQ(other.source, 0);
+    EXPECT_EQ(other.domain.nx, MISS);
+    EXPECT_EQ(other.var, 11);
+}
+
 class SearchFile : public TempDirTest {
   protected:
     SearchFile() {
