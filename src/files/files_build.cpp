@@ -198,7 +198,7 @@ int FILE_set_date(const Date* datim, std::string& out_file) {
         return 1;
     }
     if (FILE_is_stdio(conv)) {
-        out_file = "-";
+        out_file.assign(1, '-');
         names.filename_type = 0;
         return 1;
     }

@@ -98,7 +98,7 @@ int FILE_make_dir(std::string& dir, int flag) {
     for (int i = 0; i < count; i++) {
         if (pieces[i].empty()) {
             FILE_add_path_delim(path);
-            if (path.empty()) path = "/";
+            if (path.empty()) path.assign(1, '/');
             continue;
         }
         path += pieces[i] + "/";

@@ -13,7 +13,6 @@
 namespace zav {
 namespace {
 
-constexpr int FLAG_DOMAIN = 5;    // how the last domain text was read
 constexpr char KEY_REGION = 'r';  // file name key of the region
 constexpr int NESTING_MAX = 5;    // regions of files that name other regions
 constexpr int LAST_ON_EARTH = 9;  // projection codes up to here show the earth
@@ -261,21 +260,17 @@ std::vector<int> fit_elements(const std::vector<std::string>& words, const std::
     return fitted;
 }
 
-/// True if six words read as "proj,plon,clat,clon,dx,dy" make no sense, and so are "proj,clat,clon,nx,ny,dx": with a
-/// reference longitude in the projection word already, or a latitude that the earth doesn't have.
-bool reads_as_size(const std::vector<std::string>& words, const Domain& domain) {
-    Domain by_word;
-    read_proj(words[0], by_word);
+/// True if six words read as "proj,plon,clat,clon,dx,dy" give a latitude that the earth doesn't have, and so are
+/// "proj,clat,clon,nx,ny,dx".
+bool reads_as_size(const Domain& domain) {
     const bool on_earth = domain.proj >= 1 && domain.proj <= LAST_ON_EARTH;
-    return by_word.plon != FMISS || (on_earth && domain.clat != FMISS && std::fabs(domain.clat) > 90.0F);
+    return on_earth && domain.clat != FMISS && std::fabs(domain.clat) > 90.0F;
 }
 
 /// Tries one pattern. The result of the decoding, 0 if it doesn't fit.
 int try_pattern(const pattern& form, const std::vector<std::string>& words, Domain& domain) {
     if (DOM_set_params(words, &domain, form.elements) != 0) return 0;
-    if (form.number == PATTERN_OWN_PLON && words.size() == form.elements.size() && reads_as_size(words, domain)) {
-        return 0;
-    }
+    if (form.number == PATTERN_OWN_PLON && reads_as_size(domain)) return 0;
     fill_defaults(domain, form.defaults);
     MESS_print(MESS_DEBUG, "%2d %s\n", form.number, form.trace);
     return form.number == PATTERN_REGION ? 2 : 1;

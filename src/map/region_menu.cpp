@@ -18,7 +18,6 @@ constexpr int NAME_SIZE = 21;  // 20 characters and the end
 constexpr int LINE_MAX_LENGTH = 500;
 constexpr int EXIT_BAD_DOMAIN = 43;
 constexpr int TRIES = 5;
-constexpr int FLAG_DOMAIN = 5;
 
 /// One line of a region file, read by its words.
 struct region_line {
@@ -145,7 +144,8 @@ int DOM_read_menu(const std::string& file) {
     const file_ptr stream = open_regions(file);
     if (stream == nullptr) return 0;
     std::vector<MENU_item>& menu = region_menu();
-    if (DOM_module().num_regs == 0) std::fill(menu.begin() + 1, menu.begin() + 1 + REGION_FILE_MAX, MENU_item{});
+    // Nothing of a longer file read before may stay behind the end.
+    std::fill(menu.begin() + 1, menu.begin() + 1 + REGION_FILE_MAX, MENU_item{});
     int num = 1;
     region_line line;
     while (num <= REGION_FILE_MAX && next_region(stream.get(), line)) {
@@ -156,7 +156,6 @@ int DOM_read_menu(const std::string& file) {
         menu[num++].disp[0] = 1;
     }
     DOM_module().num_regs = num;
-    menu[num].name.clear();
     return 1;
 }
 
@@ -206,10 +205,9 @@ int DOM_get_grid_domain(Domain* domain) {
 
 int DOM_prompt_region(Domain* domain, int flag) {
     if (DOM_module().prompt_region == 0) return 0;
-    const char* text = flag == 1 ? set_resource("plot_domain") : nullptr;
-    if (text == nullptr) text = set_resource("region");
-    if (text != nullptr) {
-        const int result = decode_for_good(text, domain);
+    const char* const given[] = {flag == 1 ? set_resource("plot_domain") : nullptr, set_resource("region")};
+    for (const char* text : given) {
+        const int result = text != nullptr ? decode_for_good(text, domain) : 0;
         if (result > 0) return result;
     }
     const std::vector<MENU_item>& menu = need_menu();

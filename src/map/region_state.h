@@ -7,6 +7,9 @@
 
 namespace zav {
 
+/// Flag that tells how the last domain text was read.
+constexpr int FLAG_DOMAIN = 5;
+
 /// Entries of the region menu: the way back, the regions, the end.
 constexpr int REGION_MENU_SIZE = 23;
 /// Most regions that a file gives.

@@ -43,6 +43,7 @@ TEST_F(Region, TextsDecodeByTheFirstPatternThatFits) {
         {"ll,40,-100,30,20,1,2", "1: 2 -9999 -9999 c 40 -100 n 30 20 d 1 2"},
         {"ps,-90,40,-100,1.1,2.2", "1: 1 -9999 -90 c 40 -100 n 25 17 d 1.1 2.2"},
         {"ps:90:-100,45,-100,61,45,1.2", "1: 1 90 -100 c 45 -100 n 61 45 d 1.2 1.2"},
+        {"lc:25:-90:25:25,-95,40,-95,2,2", "1: 4 25 -95 c 40 -95 n 25 17 d 2 2"},
         {"ps,40,-100,25,17,1.2", "1: 1 -9999 -9999 c 40 -100 n 25 17 d 1.2 1.2"},
         {"40,-100,30,20,1,2", "1: 1 -9999 -9999 c 40 -100 n 30 20 d 1 2"},
         {"me,40,-100,1,2", "1: 3 -9999 -9999 c 40 -100 n 25 17 d 1 2"},
@@ -131,6 +132,10 @@ TEST_F(Region, FilesGiveRegionsAndTheMenu) {
     EXPECT_EQ(DOM_get_region_name(2), std::string(20, 'n'));
     EXPECT_EQ(DOM_get_region_name(3), "");
     EXPECT_EQ(DOM_get_region_name(99), "");
+    dir.write("short.reg", "bb Two 1 ll,7,8,9\n");
+    EXPECT_EQ(decoded("short.reg:").substr(0, 5), "2: -1");
+    EXPECT_EQ(DOM_get_region_name(1) + DOM_get_region_name(2), "Two") << "nothing stays of a longer file";
+    DOM_read_menu("zav.reg");
     EXPECT_EQ(test::capture([] { DOM_print_file("zav.reg"); }).out.substr(0, 42),
               " Abbr    Description\naa       First region");
     Domain domain;
@@ -143,8 +148,9 @@ TEST_F(Region, FilesGiveRegionsAndTheMenu) {
     test::capture([&] { result = DOM_prompt_region(&domain, 0); }, "list\nx,y\n1\n");
     EXPECT_EQ(result, 2);
     EXPECT_EQ(domain.clat, 1.0F);
+    RES_put("plot_domain", "miss");
     RES_put("region", "50,60");
-    EXPECT_EQ(DOM_prompt_region(&domain, 0), 1);
+    EXPECT_EQ(DOM_prompt_region(&domain, 1), 1);
     EXPECT_EQ(domain.clat, 50.0F);
     EXPECT_EQ(DOM_prompt_region(&domain, 0), 0);
 }
