@@ -185,6 +185,8 @@ void place_image(GRD_report* grd, const Jpeg2000Image& image) {
 
 bool unpack_jpeg2000(GRD_report* grd) {
     GribState& state = grib_state();
+    // Encoders leave the image out where all values are the reference.
+    if (state.packed.empty() && state.packing.num_bits == 0) return unpack_simple(grd);
     const std::size_t points = message_points(grd);
     const std::size_t listed = static_cast<std::size_t>(std::max(state.packing.points, 0L));
     Jpeg2000Image image;
@@ -330,12 +332,16 @@ int GRIB_DS(int grd_fd, GRD_report* grd) {
     for (const Unpacker& unpacker : UNPACKERS) {
         if (unpacker.type != type) continue;
         grd->grid.reset();
-        if (grd->domain.proj == MISS) return 1;  // a grid that isn't decoded has no places for values
+        if (grd->domain.proj == MISS) {
+            MESS_print(MESS_WARN, "GRIB_DS: grid of this field is not decoded\n");
+            return 1;
+        }
         const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(state.slen - 5), state.packed);
         state.bits = BitReader(state.packed.data(), state.packed.size());
         const bool good = unpacker.unpack(grd);
         return good && (whole || data_too_short()) ? 1 : 0;
     }
+    MESS_print(MESS_WARN, "GRIB_DS: packing of this field is not decoded: %d\n", type);
     return 1;
 }
 

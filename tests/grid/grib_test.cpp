@@ -211,6 +211,17 @@ TEST_F(Grib, MissingValuesTakeNoPlace) {
     EXPECT_EQ(values(records[0]), (Values{FMISS, 21, FMISS, FMISS, FMISS, FMISS}));
 }
 
+TEST_F(Grib, ImageThatIsLeftOutIsAConstant) {
+    Bytes drs = section2(5, 23);
+    set(drs, 6, 4, 4);
+    set(drs, 10, 40, 2);
+    set(drs, 12, 0x40400000, 4);  // reference 3
+    const auto records =
+        read(message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(0, {0xD8}), data({})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{3, 3, FMISS, 3, 3, FMISS}));
+}
+
 TEST_F(Grib, RunsOfLevels) {
     Bytes drs = section2(5, 28);
     set(drs, 6, 6, 4);
