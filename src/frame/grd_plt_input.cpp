@@ -21,7 +21,7 @@ constexpr const char* DEFAULT_MODEL = "ngm";
 constexpr int WORD_LENGTH = 199;
 
 /// Models whose convention is named in lower case, however the user writes them.
-constexpr std::array<const char*, 11> KNOWN_MODELS = {"ngm",   "ngme", "eta", "ruc", "lfm", "avn",
+constexpr std::array<const char*, 11> KNOWN_MODELS = {"ngm", "ngme",  "eta", "ruc", "lfm", "avn",
                                                       "mrf", "ecmwf", "sww", "sst", "sca"};
 
 /// Words of the resources "in_file" and "input" for the type of the grid files.

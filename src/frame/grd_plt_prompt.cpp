@@ -29,8 +29,8 @@ struct State {
     int time_prompt = 1;
     int level_prompt = 1;
     int variable_prompt = 1;
-    bool time_init = false;        ///< the time menu file was read
-    bool variable_init = false;    ///< the variable menu file was opened
+    bool time_init = false;      ///< the time menu file was read
+    bool variable_init = false;  ///< the variable menu file was opened
     std::string variable;
     std::vector<std::string> times;
 };

@@ -187,8 +187,8 @@ int DATA_plot_grid(int ind, DATA_info* info) {
         DATA_plot_vect_bar();
     } else if (VAR_is_plot_GRID(ind) != 0) {
         layer = is_vector_type(VAR_get_type(ind)) ? Layer::vector : Layer::contour;
-        last = layer == Layer::vector ? DATA_plot_vect(ind, info, nullptr, nullptr)
-                                      : DATA_plot_cont(ind, info, nullptr);
+        last =
+            layer == Layer::vector ? DATA_plot_vect(ind, info, nullptr, nullptr) : DATA_plot_cont(ind, info, nullptr);
         DATA_plot_bar();
         if (layer == Layer::vector) DATA_plot_vect_bar();
     }

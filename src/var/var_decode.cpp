@@ -136,6 +136,11 @@ bool is_number(const std::string& text, bool point) {
     return digits > 0 && points < 2;
 }
 
+/// True for a number that can't be that of a variable: one with a point or a minus.
+bool is_plain_value(const std::string& text) {
+    return is_number(text, true) && text.find_first_of(".-") != std::string::npos;
+}
+
 /// Variable number of a text that is one, 0 for another.
 int variable_number(const std::string& text) { return is_number(text, false) ? text_to_int(text) : 0; }
 
@@ -153,7 +158,7 @@ int VAR_dec_var(const std::string& str, VAR_data* data) {
         data->type = VTYPE_CONST;
         return 1;
     }
-    if (argument && is_number(str, true)) {
+    if (argument && is_plain_value(str)) {
         data->name = fit_text("#" + str, NAME_SIZE);
         data->type = VTYPE_CONST;
         return 1;

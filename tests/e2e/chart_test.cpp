@@ -42,8 +42,8 @@ std::vector<Place> field_on_map(const std::string& source, const TempDir& dir) {
         places.push_back({0.0, 0.0, value});
     }
     degrees.close();
-    std::istringstream plane(run_command("proj -f '%.6f' +proj=stere +lat_0=90 +lat_ts=60 +lon_0=-100 +R=6371220 " +
-                                         dir.file("degrees")));
+    std::istringstream plane(
+        run_command("proj -f '%.6f' +proj=stere +lat_0=90 +lat_ts=60 +lon_0=-100 +R=6371220 " + dir.file("degrees")));
     for (Place& place : places) {
         plane >> place.x >> place.y;
         place.x /= 1e5;
@@ -57,8 +57,9 @@ PagePoint between(const Place& a, const Place& b, double level) {
     return {a.x + part * (b.x - a.x), a.y + part * (b.y - a.y)};
 }
 
-/// Segments of one level in a cell with corners lower left, lower right, upper right, upper left. Of a saddle the pair of
-/// lines that is nearer to the corners they cut off, measured along the sides from the lower left and upper right one.
+/// Segments of one level in a cell with corners lower left, lower right, upper right, upper left. Of a saddle the pair
+/// of lines that is nearer to the corners they cut off, measured along the sides from the lower left and upper right
+/// one.
 void cross_cell(const std::array<Place, 4>& corner, double level, std::vector<PagePath>& lines) {
     std::vector<PagePoint> found;
     std::array<double, 4> part{};
@@ -130,7 +131,8 @@ int count_without_match(const std::vector<PagePath>& lines, const Index& others,
         for (int dy = -1; dy <= 1 && !found; dy++) {
             for (int dx = -1; dx <= 1 && !found; dx++) {
                 const auto [first, last] = others.equal_range(cell_of(line, dx, dy));
-                found = std::any_of(first, last, [&](const auto& entry) { return distance(line, entry.second) <= within; });
+                found =
+                    std::any_of(first, last, [&](const auto& entry) { return distance(line, entry.second) <= within; });
             }
         }
         if (!found) lost++;
@@ -169,8 +171,8 @@ TEST(Chart, LinesAreWhereTheFieldCrossesTheLevels) {
     // The map is 61 by 45 steps of 1.2 units, and lies on the rectangle whole.
     const double scale = (border[2].x - border[0].x) / (60 * 1.2);
     EXPECT_NEAR((border[2].y - border[0].y) / (44 * 1.2), scale, scale * 1e-3);
-    std::istringstream middle(run_command(
-        "echo -100 45 | proj -f '%.6f' +proj=stere +lat_0=90 +lat_ts=60 +lon_0=-100 +R=6371220"));
+    std::istringstream middle(
+        run_command("echo -100 45 | proj -f '%.6f' +proj=stere +lat_0=90 +lat_ts=60 +lon_0=-100 +R=6371220"));
     PagePoint centre;
     middle >> centre.x >> centre.y;
     const double left = centre.x / 1e5 - 30 * 1.2;
@@ -192,7 +194,8 @@ TEST(Chart, LinesAreWhereTheFieldCrossesTheLevels) {
     ASSERT_GT(expected.size(), 500U);
     EXPECT_EQ(count_without_match(expected, index_of(drawn), 0.05), 0) << "of " << expected.size() << " expected";
     EXPECT_EQ(count_without_match(drawn, index_of(expected), 0.05), 0) << "of " << drawn.size() << " drawn";
-    EXPECT_EQ(count_without_match(segments_of(bare), index_of(segments_of(full)), 0.001), 0) << "the whole chart has the same lines";
+    EXPECT_EQ(count_without_match(segments_of(bare), index_of(segments_of(full)), 0.001), 0)
+        << "the whole chart has the same lines";
 }
 
 /// Lines in parts of the data rectangle, in points of a rectangle as wide as chart A's, cut at its edges.
@@ -279,7 +282,7 @@ TEST(Chart, RuleAndAnswersGiveTheSamePage) {
     ASSERT_NE(at, std::string::npos) << menu.out;
     const std::string number = menu.out.substr(at - 2, 2);
     const Outcome answers = run_program(dir.path(), "-me print,warn -pd ps:90:-100,45,-100,61,45,1.2",
-                                    source + "\n" + number + "\n500\nhght\np\n60\nln\n0\n0\n0\n");
+                                        source + "\n" + number + "\n500\nhght\np\n60\nln\n0\n0\n0\n");
     EXPECT_EQ(answers.status, 0) << answers.out << answers.err;
     EXPECT_EQ(page_without_date(dir.file("zav.ps")), page);
 }

@@ -33,10 +33,11 @@ TEST(Program, ExitStatusesTellScriptsWhatHappened) {
     dir.write("empty.grb", "");
     dir.write("text.grb", "Dear forecaster,\nthis is not a grid file.\n");
     dir.write("cut.grb", read_file(SAMPLE).substr(0, 700));
-    for (const Case& c : {Case{"-me warn " + CHART + SAMPLE, 0}, Case{CHART + "-ho 12 " + SAMPLE, 0}, Case{CHART + "absent.grb", 10},
-                          Case{CHART + "empty.grb", 10}, Case{CHART + "text.grb", 10}, Case{CHART + "-cu la -gp .", 10},
-                          Case{CHART + "-de d " + SAMPLE, 4}, Case{CHART + "-de p,/proc/x.ps " + SAMPLE, 4},
-                          Case{"-ft h24 -le 500 -va hght -pl none -de p,x.ps " + SAMPLE, 0}}) {
+    for (const Case& c :
+         {Case{"-me warn " + CHART + SAMPLE, 0}, Case{CHART + "-ho 12 " + SAMPLE, 0}, Case{CHART + "absent.grb", 10},
+          Case{CHART + "empty.grb", 10}, Case{CHART + "text.grb", 10}, Case{CHART + "-cu la -gp .", 10},
+          Case{CHART + "-de d " + SAMPLE, 4}, Case{CHART + "-de p,/proc/x.ps " + SAMPLE, 4},
+          Case{"-ft h24 -le 500 -va hght -pl none -de p,x.ps " + SAMPLE, 0}}) {
         const Outcome run = run_program(dir.path(), c.options);
         EXPECT_EQ(run.status, c.status) << c.options << "\n" << run.err;
         EXPECT_EQ(run.err.empty(), c.status == 0) << c.options;
@@ -65,14 +66,44 @@ TEST(Program, AnswersOfAnyKindAreHarmless) {
 }
 
 TEST(Program, OptionsOfAnyKindAreHarmless) {
-    const std::vector<std::string> hostile = {
-        "-in 0", "-in -5", "-in 1e-30", "-in 1e30", "-in nan", "-in inf", "-cb nan", "-sc -1", "-sc 1e30", "-fm %s%s%n",
-        "-fm '%d %d'", "-fm ::::", "-pd nonsense", "-pd ps:90:-100,45,-100,0,0,0", "-pd ll,,,,,,", "-pd ps,1e30,1e30,9,9,1e30",
-        "-pd ll,45,-100,99999999,99999999,1e-9", "-re us:::", "-va '((((((((((hght'", "-va 'a{b<c[d(e'", "-va ']]>>}})'",
-        "-va " + std::string(3000, 'x'), "-va '" + std::string(200, '(') + "'", "-pl xyz", "-ct absent.clr", "-fl nofont",
-        "-cof 1-999999999", "-cof nofile", "-pp vp_size=0x0+0+0,lab=:::,maxl=0", "-la ul:%D%Q%,zz,ul", "-gn 999999999",
-        "-de p,x.ps,sz=0x0", "-de p,x.ps,scale=nan,lwidth=-3,a4,port", "-le -99999999999", "-ft h99999999999",
-        "-of zav,../../../proc/none/x", "-me warn,fi=/proc/none", "-name zav=x=y -- - -5"};
+    const std::vector<std::string> hostile = {"-in 0",
+                                              "-in -5",
+                                              "-in 1e-30",
+                                              "-in 1e30",
+                                              "-in nan",
+                                              "-in inf",
+                                              "-cb nan",
+                                              "-sc -1",
+                                              "-sc 1e30",
+                                              "-fm %s%s%n",
+                                              "-fm '%d %d'",
+                                              "-fm ::::",
+                                              "-pd nonsense",
+                                              "-pd ps:90:-100,45,-100,0,0,0",
+                                              "-pd ll,,,,,,",
+                                              "-pd ps,1e30,1e30,9,9,1e30",
+                                              "-pd ll,45,-100,99999999,99999999,1e-9",
+                                              "-re us:::",
+                                              "-va '((((((((((hght'",
+                                              "-va 'a{b<c[d(e'",
+                                              "-va ']]>>}})'",
+                                              "-va " + std::string(3000, 'x'),
+                                              "-va '" + std::string(200, '(') + "'",
+                                              "-pl xyz",
+                                              "-ct absent.clr",
+                                              "-fl nofont",
+                                              "-cof 1-999999999",
+                                              "-cof nofile",
+                                              "-pp vp_size=0x0+0+0,lab=:::,maxl=0",
+                                              "-la ul:%D%Q%,zz,ul",
+                                              "-gn 999999999",
+                                              "-de p,x.ps,sz=0x0",
+                                              "-de p,x.ps,scale=nan,lwidth=-3,a4,port",
+                                              "-le -99999999999",
+                                              "-ft h99999999999",
+                                              "-of zav,../../../proc/none/x",
+                                              "-me warn,fi=/proc/none",
+                                              "-name zav=x=y -- - -5"};
     for (const std::string& option : hostile) {
         const TempDir dir;
         const Outcome run = run_program(dir.path(), "-me warn " + CHART + option + " " + SAMPLE);
@@ -85,9 +116,9 @@ TEST(Program, OptionsOfAnyKindAreHarmless) {
 }
 
 TEST(Program, LookupFilesMayBeMissingOrSpoilt) {
-    const char* const names[] = {"name_conv", "model.lup", "zavoria.tim", "zavoria.lev",   "zavoria.var", "variable.lup",
-                                 "mod_name.lup", "source.lup", "units.lup", "grib2_var.lup", "zav.reg",     "zav.clr",
-                                 "zav.fnl",   "simplex.fnt"};
+    const char* const names[] = {"name_conv",    "model.lup",    "zavoria.tim", "zavoria.lev", "zavoria.var",
+                                 "variable.lup", "mod_name.lup", "source.lup",  "units.lup",   "grib2_var.lup",
+                                 "zav.reg",      "zav.clr",      "zav.fnl",     "simplex.fnt"};
     std::string binary;
     for (int i = 0; i < 4000; i++) binary += static_cast<char>(i * 37);
     const std::string spoilt[] = {std::string(100000, 'x'), binary, "1 2 3\n\n# \n:::\n-\n", ""};
@@ -104,10 +135,12 @@ TEST(Program, LookupFilesMayBeMissingOrSpoilt) {
 TEST(Program, FullDiskAndClosedPipeAreTold) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
     const TempDir dir;
-    const Outcome full = run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -de p,/dev/full " + SAMPLE);
+    const Outcome full =
+        run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -de p,/dev/full " + SAMPLE);
     EXPECT_LT(full.status, 11);
     EXPECT_NE(full.err, "");
-    const Outcome pipe = run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -de 'p,|true' " + SAMPLE);
+    const Outcome pipe =
+        run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -de 'p,|true' " + SAMPLE);
     EXPECT_LT(pipe.status, 11);
 }
 

@@ -12,8 +12,8 @@ struct Outcome {
     std::string err;
 };
 
-/// Runs the program in `folder` with options written as in a shell and `input` on standard input. Resources come from the
-/// options alone; the lookup files are those of the source tree. A run that takes longer than a minute is ended.
+/// Runs the program in `folder` with options written as in a shell and `input` on standard input. Resources come from
+/// the options alone; the lookup files are those of the source tree. A run that takes longer than a minute is ended.
 Outcome run_program(const std::string& folder, const std::string& options, const std::string& input = "");
 
 /// A point on the page, in PostScript points before the page's own turn and shift.

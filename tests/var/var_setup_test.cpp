@@ -55,6 +55,7 @@ TEST_F(VarSetup, StringsCompileIntoFlatLists) {
         {"pair{temp,add(hght,dewp)},7", "pair:5:0 temp:1:11 add:2:0 hght:11:7 dewp:11:17 hght:0:7"},
         {"mul(hght,#2)", "mul:2:0 hght:10:7 #2:10:-9999"},
         {"add(temp,273.15)", "add:2:0 temp:10:11 #273.15:10:-9999"},
+        {"mul(7,-2)", "mul:2:0 hght:10:7 #-2:10:-9999"},
         {"map,temp", "map:4:-9999 temp:0:11"},
         {"850:temp", "850:0:850"},
         {"ens[-3]temp", "ens[-3]temp:0:19323011"},
