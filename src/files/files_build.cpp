@@ -116,11 +116,17 @@ std::string built_text(const Piece& piece, const Date& date, const std::optional
     }
 }
 
-/// Adds a piece of a name. A path that ends in a slash doesn't double the template's.
-void append_piece(std::string& out, const Piece& piece, const std::string& text, bool after_path) {
-    const bool doubled =
-        after_path && piece.kind == Piece::Kind::plain && piece.code == '/' && !out.empty() && out.back() == '/';
-    if (!doubled) out += text;
+/// The texts of a template's elements in a row. A path that ends in a slash doesn't double the template's.
+template <class Text>
+std::string join_pieces(const std::string& conv, const Text& text_of) {
+    std::string out;
+    bool after_path = false;
+    for (const Piece& piece : parse_template(conv)) {
+        const bool slash = piece.kind == Piece::Kind::plain && piece.code == '/';
+        if (!after_path || !slash || !out.ends_with('/')) out += text_of(piece);
+        after_path = piece.kind == Piece::Kind::path || piece.kind == Piece::Kind::resource;
+    }
+    return out;
 }
 
 /// True if the name that the user gave is the one of `date`, though the template would make another.
@@ -216,12 +222,7 @@ int FILE_set_date(const Date* datim, std::string& out_file) {
         return 1;
     }
 
-    std::string name;
-    bool after_path = false;
-    for (const Piece& piece : parse_template(conv)) {
-        append_piece(name, piece, built_text(piece, date, path), after_path);
-        after_path = piece.kind == Piece::Kind::path || piece.kind == Piece::Kind::resource;
-    }
+    std::string name = join_pieces(conv, [&](const Piece& piece) { return built_text(piece, date, path); });
     if (is_odd_name(names, date)) name = names.odd_name;
     names.filename = out_file = fit_text(name, FILE_NAME_SIZE);
     return 0;
@@ -259,13 +260,8 @@ int FILE_set_date_off(const Date* datim, int offset, std::string& out_file) {
 }
 
 void FILE_list_file() {
-    std::string pattern;
-    bool after_path = false;
-    for (const Piece& piece : parse_template(FILE_add_user_path(current_template()))) {
-        append_piece(pattern, piece, pattern_text(piece), after_path);
-        after_path = piece.kind == Piece::Kind::path || piece.kind == Piece::Kind::resource;
-    }
-    if (!pattern.empty() && pattern[0] == '-') pattern.insert(0, "./");
+    std::string pattern = join_pieces(FILE_add_user_path(current_template()), pattern_text);
+    if (pattern.starts_with('-')) pattern.insert(0, "./");
     const std::string command = "ls -x " + pattern;
     MESS_print(MESS_DEBUG, "SEARCH: %s\n", command.c_str());
     std::fflush(stdout);

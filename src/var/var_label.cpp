@@ -116,76 +116,58 @@ std::string surface(int level) {
     return text_format("Surface[%d]", level > BOTTOM_NUMBERED ? level - BOTTOM_NUMBERED : level);
 }
 
-/// Text of a level whose number counts; false for a level type that isn't one of them.
-bool numbered_level(int ltype, int level, std::string& text) {
+/// How the number of a level, or the two of a layer, stand in a label.
+enum class shape {
+    whole,          // the number
+    whole_pair,     // the two numbers
+    padded_pair,    // the two, three characters wide
+    hundreds_pair,  // the two in hundreds
+    fraction,       // ten-thousandths
+    fraction_pair,  // hundredths
+};
+
+struct level_number {
+    int ltype;
+    shape form;
+    const char* behind;  // text behind the numbers
+};
+constexpr level_number LEVEL_NUMBERS[] = {
+    {100, shape::whole, " mb"},         {103, shape::whole, " m"},
+    {105, shape::whole, " m AG"},       {106, shape::hundreds_pair, " m AG"},
+    {107, shape::fraction, " sigma"},   {108, shape::fraction_pair, " sigma"},
+    {109, shape::whole, " lev"},        {111, shape::whole, " cm BG"},
+    {112, shape::whole_pair, " cm BG"}, {113, shape::whole, " K"},
+    {114, shape::padded_pair, " K"},    {115, shape::whole, " mb AG"},
+    {116, shape::whole_pair, " mb AG"}, {117, shape::whole, "*10^-6 Km2/kgs"},
+    {119, shape::fraction, " Eta"},     {120, shape::fraction_pair, " Eta"},
+};
+
+std::string number_text(shape form, int level) {
     const int high = level / 1000;
     const int low = level % 1000;
-    switch (ltype) {
-        case 1:
-            text = surface(level);
-            return true;
-        case 100:
-            text = text_format("%d mb", level);
-            return true;
-        case 101:
-            text = pressure_layer(level);
-            return true;
-        case 103:
-            text = text_format("%d m", level);
-            return true;
-        case 104:
-            text = height_layer(level);
-            return true;
-        case 105:
-            text = text_format("%d m AG", level);
-            return true;
-        case 106:
-            text = text_format("%d-%d m AG", 100 * low, 100 * high);
-            return true;
-        case 107:
-            text = text_format("%3.2f sigma", level / 10000.0);
-            return true;
-        case 108:
-            text = text_format("%3.2f-%3.2f sigma", low / 100.0, high / 100.0);
-            return true;
-        case 109:
-            text = text_format("%d lev", level);
-            return true;
-        case 111:
-            text = text_format("%d cm BG", level);
-            return true;
-        case 112:
-            text = text_format("%d-%d cm BG", low, high);
-            return true;
-        case 113:
-            text = text_format("%d K", level);
-            return true;
-        case 114:
-            text = text_format("%3.0f-%3.0f K", static_cast<double>(low), static_cast<double>(high));
-            return true;
-        case 115:
-            text = text_format("%d mb AG", level);
-            return true;
-        case 116:
-            text = text_format("%d-%d mb AG", low, high);
-            return true;
-        case 117:
-            text = text_format("%d*10^-6 Km2/kgs", level);
-            return true;
-        case 119:
-            text = text_format("%3.2f Eta", level / 10000.0);
-            return true;
-        case 120:
-            text = text_format("%3.2f-%3.2f Eta", low / 100.0, high / 100.0);
-            return true;
+    switch (form) {
+        case shape::whole_pair:
+            return text_format("%d-%d", low, high);
+        case shape::padded_pair:
+            return text_format("%3d-%3d", low, high);
+        case shape::hundreds_pair:
+            return text_format("%d-%d", 100 * low, 100 * high);
+        case shape::fraction:
+            return text_format("%3.2f", level / 10000.0);
+        case shape::fraction_pair:
+            return text_format("%3.2f-%3.2f", low / 100.0, high / 100.0);
         default:
-            return false;
+            return text_format("%d", level);
     }
 }
 
 std::string level_label(int ltype, int level) {
-    std::string text;
-    if (numbered_level(ltype, level, text)) return text;
+    if (ltype == 1) return surface(level);
+    if (ltype == 101) return pressure_layer(level);
+    if (ltype == 104) return height_layer(level);
+    for (const level_number& row : LEVEL_NUMBERS) {
+        if (row.ltype == ltype) return number_text(row.form, level) + row.behind;
+    }
     for (const level_text& row : LEVEL_TEXTS) {
         if (row.ltype == ltype) return row.text;
     }
