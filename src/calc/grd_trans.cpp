@@ -89,7 +89,7 @@ int GRD_maxmin(const GRD_report* grid, float* max, float* min) {
     if (!has_values(grid)) return -1;
     const float* values = &grid->grid[0];
     for (std::size_t i = 0; i < point_count(grid->domain); ++i) {
-        if (values[i] == FMISS) continue;
+        if (values[i] == FMISS || !std::isfinite(values[i])) continue;
         if (*max == FMISS) {
             *max = *min = values[i];
         } else if (values[i] > *max) {

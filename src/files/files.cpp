@@ -19,6 +19,8 @@ struct SavedConvention {
     int late_off = 3600;
     std::string conv;
     std::string hconv;
+    std::string ext;
+    int min_size = 0;
     std::string filename;
     int filename_type = 0;
     std::string odd_name;
@@ -165,8 +167,8 @@ void FILE_get_name_conv(std::string& str) {
 
 void FILE_save_name_conv() {
     const NamingState& names = state.naming;
-    state.saved = {names.late_off,      names.conv,     names.hconv,   names.filename,
-                   names.filename_type, names.odd_name, names.odd_date};
+    state.saved = {names.late_off, names.conv,          names.hconv,    names.ext,     names.min_size,
+                   names.filename, names.filename_type, names.odd_name, names.odd_date};
 }
 
 void FILE_restore_name_conv() {
@@ -175,6 +177,8 @@ void FILE_restore_name_conv() {
     names.late_off = saved.late_off;
     names.conv = saved.conv;
     names.hconv = saved.hconv;
+    names.ext = saved.ext;
+    names.min_size = saved.min_size;
     names.filename = saved.filename;
     names.filename_type = saved.filename_type;
     names.odd_name = saved.odd_name;

@@ -262,7 +262,7 @@ int FILE_set_date_off(const Date* datim, int offset, std::string& out_file) {
 void FILE_list_file() {
     std::string pattern = join_pieces(FILE_add_user_path(current_template()), pattern_text);
     if (pattern.starts_with('-')) pattern.insert(0, "./");
-    const std::string command = "ls -x " + pattern;
+    const std::string command = "ls -x " + pattern + " 2>/dev/null";
     MESS_print(MESS_DEBUG, "SEARCH: %s\n", command.c_str());
     std::fflush(stdout);
     if (std::system(command.c_str()) == -1) return;  // no shell: nothing is shown

@@ -51,7 +51,7 @@ void show_help() {
     ZAV_exit(0);
 }
 
-/// The plot's domain, from the options or from the first grid of the file.
+/// The plot's domain as far as the options give it; the second goes over the first field by field.
 void settle_domain(Domain* domain) {
     DOM_init(domain);
     RES_getval("region", domain, CV_domain);

@@ -18,7 +18,8 @@ namespace zav {
 namespace {
 
 constexpr const char* DEFAULT_MODEL = "ngm";
-constexpr int WORD_LENGTH = 199;
+/// Longest word of the list of models: more than the most pieces take, with their numbers.
+constexpr int WORD_LENGTH = 499;
 
 /// Models whose convention is named in lower case, however the user writes them.
 constexpr std::array<const char*, 11> KNOWN_MODELS = {"ngm", "ngme",  "eta", "ruc", "lfm", "avn",
@@ -72,7 +73,7 @@ void search_model(std::FILE* file, const std::string& model, int type) {
     std::string list;
     while (fgetword(file, name, WORD_LENGTH) > 0) {
         if (name[0] == '#') {
-            fskipline(file);
+            fskiprest(file);
             continue;
         }
         if (fgetword(file, layout, WORD_LENGTH) < 0 || fgetword(file, list, WORD_LENGTH) < 0) return;

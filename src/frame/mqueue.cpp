@@ -14,7 +14,6 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -64,7 +63,10 @@ void MQ_intrp() {
 }
 
 int open_queue(int num) {
-    const int id = msgget(static_cast<key_t>(num + state.offset), 0);
+    const key_t key = num + state.offset;
+    // Under this key the system would make a new queue, which no window answers.
+    if (key == IPC_PRIVATE) return -1;
+    const int id = msgget(key, 0);
     if (id >= 0) return id;
     return errno == ENOENT ? -1 : 0;
 }
@@ -139,21 +141,22 @@ int MQ_connect(int msgqid) {
 }
 
 void MQ_put(int msgqid, int conn_id, const char* format, ...) {
-    Message message;
-    message.type = TO_WINDOW;
-    message.text[0] = static_cast<char>(conn_id + '0');
+    std::array<char, MESSAGE_SIZE> text;  // the flag byte stands in place of the zero byte
     std::va_list args;
     va_start(args, format);
-    std::vsnprintf(message.text.data() + 1, message.text.size() - 1, format, args);
+    std::vsnprintf(text.data(), text.size(), format, args);
     va_end(args);
+    const std::string packet = std::string(1, static_cast<char>(conn_id + '0')) + text.data();
 
-    const std::size_t length = std::strlen(message.text.data() + 1) + 1;
     MQ_enable_alarm();
     if (state.type == TYPE_SOCKET) {
-        write_socket(std::string(message.text.data(), length));
+        write_socket(packet);
     } else {
+        Message message;
+        message.type = TO_WINDOW;
+        packet.copy(message.text.data(), packet.size());
         // The text goes out with its zero byte where there is room for it.
-        msgsnd(msgqid, &message, std::min(length + 1, message.text.size()), 0);
+        msgsnd(msgqid, &message, std::min(packet.size() + 1, message.text.size()), 0);
     }
     MQ_disable_alarm();
 }

@@ -268,7 +268,7 @@ class Scan {
 
 int scanp_list(parse_param* param, const char* pat, std::initializer_list<scan_target> targets) {
     param->len = param->assigned = param->matched = param->done = 0;
-    if (pat == nullptr || *pat == '\0' || param->off >= param->length) return -1;
+    if (pat == nullptr || *pat == '\0' || param->off < 0 || param->off >= param->length) return -1;
     Scan(*param, targets).run(pat);
     MESS_print(TRACE, "SCANP:%.50s:%s:%d:%d:%d:%d:%d\n", scanp_str(param), pat, param->off, param->len, param->assigned,
                param->matched, param->done);

@@ -1,6 +1,7 @@
 #include "frame/system.h"
 
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -41,6 +42,8 @@ int ZAV_back_proc() {
     if (child > 0) _exit(0);
 
     std::signal(SIGINT, SIG_DFL);
+    // What was read ahead of the questions so far answers none of the later ones.
+    __fpurge(stdin);
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(descriptor);
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (!put_null_device(descriptor)) return 0;

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <deque>
 #include <new>
-#include <stdexcept>
 #include <string>
 #include <vector>
 

@@ -77,13 +77,16 @@ int fget_rawstring(std::FILE* ifile, std::string& string, int len) {
 int fskipline(std::FILE* ifile) {
     skip_newline(ifile);
     if (peek(ifile) == EOF) return -1;
-    int c = 0;
-    while ((c = std::getc(ifile)) != EOF) {
-        if (c != '\n') continue;
-        std::ungetc(c, ifile);
-        break;
-    }
+    fskiprest(ifile);
     return 0;
+}
+
+void fskiprest(std::FILE* ifile) {
+    int c = 0;
+    do {
+        c = std::getc(ifile);
+    } while (c != '\n' && c != EOF);
+    if (c == '\n') std::ungetc(c, ifile);
 }
 
 int fgetword(std::FILE* ifile, std::string& word, int len) {

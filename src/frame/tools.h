@@ -33,6 +33,8 @@ int fgetstring(std::FILE* ifile, std::string& string, int len);
 int fget_rawstring(std::FILE* ifile, std::string& string, int len);
 /// Passes over a newline left unread, then over the characters up to the next one. 0, or -1 at the end of the file.
 int fskipline(std::FILE* ifile);
+/// Passes over what is left of a line that was begun, none if its newline is next.
+void fskiprest(std::FILE* ifile);
 /// The next word between white space (blanks, tabs, newlines), of at most `len` characters. 1, or -1 at the end.
 int fgetword(std::FILE* ifile, std::string& word, int len);
 

@@ -68,7 +68,7 @@ class Stroke_pen {
             points_[0] = points_[num_ - 1];
         }
         if (ps_) {
-            gps_printf("stroke\n");
+            gps_printf("stroke\nnp\n");
             gps_move(x, y);
         }
         if (hpgl_) ghpgl_printf("\n");

@@ -117,11 +117,12 @@ int GRD_find_param_grids(int start, int num, int level, GRD_report** grds, float
         if (values != nullptr && VAR_get_type(i) == VTYPE_CONST) {
             values[found] = constant_value(VAR_get_name(i));
             grds[found++] = nullptr;
-            continue;
+        } else {
+            GRD_report* grid = GRD_get_grid(i);
+            grds[found++] = grid;
+            if (grid != nullptr && VAR_is_VECT(i - 1) != 0) grid->var = VAR_get_var(i - 1)->var[0];
         }
-        GRD_report* grid = GRD_get_grid(i);
-        grds[found++] = grid;
-        if (grid != nullptr && VAR_is_VECT(i - 1) != 0) grid->var = VAR_get_var(i - 1)->var[0];
+        if (found == limit) break;
     }
     grds[found] = nullptr;
     return i;

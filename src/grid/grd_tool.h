@@ -83,7 +83,8 @@ int GRD_search_file_date(const Date* date);
 int GRD_search_file(const std::string& filename);
 /// Collects the grids that make up plot parameter `level` from the entry `start` on, at most `num` (negative: 1000).
 /// Constants go to `values` unless that is null. `grds` takes a null behind the last.
-/// Result: the index at which the walk stopped.
+/// Result: the index at which the walk stopped: that of the last item of `num`, or with fewer that of the first entry
+/// that no longer belongs.
 int GRD_find_param_grids(int start, int num, int level, GRD_report** grds, float* values);
 /// Description of the file last read by the list searches.
 GRD_info* GRD_get_info();

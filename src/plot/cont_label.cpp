@@ -55,13 +55,13 @@ float first_labelled(float step) {
     const double away = (static_cast<double>(cont.conlo) - cont.base) / step;
     if (!(std::fabs(away) < MOST_STEPS)) return cont.conlo;
     float level = cont.base;
-    if (cont.base < cont.conlo) {
-        while (level < cont.conlo) level += step;
-    } else if (cont.base > cont.conlo) {
-        while (level > cont.conlo) level -= step;
-        level += step;
+    const bool climbs = cont.base < cont.conlo;
+    while (climbs ? level < cont.conlo : level > cont.conlo) {
+        const float before = level;
+        level += climbs ? step : -step;
+        if (level == before) return cont.conlo;  // the step is lost in the rounding
     }
-    return level;
+    return cont.base > cont.conlo ? level + step : level;
 }
 
 std::vector<Labelled> listed_levels() {
@@ -182,7 +182,7 @@ struct Neighbours {
     int score = 0;
 
     void add(float value, float neighbour) {
-        if (neighbour == FMISS) {
+        if (cont_is_missing(neighbour)) {
             ++missing;
             return;
         }
@@ -269,7 +269,7 @@ int CONT_draw_maxmin(GRD_report* grid) {
         for (int i = 0; i < grid->domain.nx; ++i) {
             Gpt pt;
             const float value = cont_value_at(*grid, i, j);
-            if (value == FMISS || cont_is_cut(value) || !cont_position(*grid, i, j, &pt)) continue;
+            if (cont_is_missing(value) || cont_is_cut(value) || !cont_position(*grid, i, j, &pt)) continue;
             const Neighbours found = compare_neighbours(*grid, i, j, value);
             if (found.is_none()) continue;
             mark_extreme(pt, found.is_maximum() ? "H" : "L", value);

@@ -180,13 +180,24 @@ void draw_listed_levels(const Scan& scan, const Cont_range& range) {
     }
 }
 
-/// Levels that end below the cell's values draw nothing, and neither do lines above them.
+/// True if nothing of the band from `level` up is drawn, nor of any above it: a line beyond the cell's values, or one
+/// beyond the upper cut.
+bool is_past(float level, const Cont_range& range) {
+    if (cont.cont_type == CONT_LINE && level > range.high) return true;
+    return cont.max_cut != FMISS && level >= cont.max_cut && top_of(level) > cont.max_cut;
+}
+
+/// Walks the levels that can draw in the cell; the traced cell shows them all.
 void draw_stepped_levels(const Scan& scan, const Cont_range& range) {
-    const auto ends_below = [&range](float level) { return range.low > top_of(level); };
-    const auto first = std::partition_point(scan.levels.begin(), scan.levels.end(), ends_below);
+    const auto ends_below = [&range](float level) {
+        const float top = top_of(level);
+        return range.low > top || (cont.min_cut != FMISS && top < cont.min_cut);
+    };
+    auto first = scan.levels.begin();
+    if (!scan.traced.here) first = std::partition_point(first, scan.levels.end(), ends_below);
     for (auto level = first; level != scan.levels.end(); ++level) {
         const auto k = level - scan.levels.begin();
-        if (cont.cont_type == CONT_LINE && *level > range.high) return;
+        if (!scan.traced.here && is_past(*level, range)) return;
         if (scan.traced.here) std::printf("Loop %d\n", static_cast<int>(k));
         cont.con_off = cont_wrap_band(scan.first_band + static_cast<double>(k));
         if (draw_pass(scan, *level, range)) return;

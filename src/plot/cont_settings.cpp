@@ -157,7 +157,7 @@ int CONT_set_fill_attribs(const std::vector<Gattribs>& attrib) {
 int CONT_set_values(const float* values, int num) {
     if (cont.color_fill_set != 0) return -1;
     int count = 0;
-    const int most = std::min(num, CONT_LEVELS);
+    const int most = std::min(num, CONT_LEVELS - 1);
     while (count < most && values[count] != FMISS) {
         cont.cont_value[count] = values[count];
         count++;

@@ -91,7 +91,7 @@ void set_labels(const GRD_report* grid, float max, float min) {
     PLT_label_low_right("LO: " + set_num("5.3.1", min) + "  HI: " + set_num("5.3.1", max));
     if (cont_has_values()) {
         PLT_label_low_left(level_text());
-    } else if (FLAG_get(FLAG_PLOT_TYPE) != CONT_VALUE) {
+    } else if (FLAG_get(FLAG_PLOT_TYPE) != CONT_VALUE && cont.intrvl != FMISS) {
         PLT_label_low_left("INTERVAL: " + set_num("5.1.1", cont.intrvl));
     }
 }
@@ -255,18 +255,21 @@ int CONT_plot(Domain* domain) {
 int CONT_plot_grid(GRD_report* grid, const Domain* domain, CONT_event call) {
     if (plot_is_off()) return 0;
     CONT_plot_setup(0, 0, grid, domain, call);
-    Domain area = domain != nullptr && domain->clat != FMISS ? *domain : grid->domain;
+    const bool has_domain = domain != nullptr && domain->clat != FMISS;
+    if (!has_domain && grid == nullptr) return 0;
+    Domain area = has_domain ? *domain : grid->domain;
     CONT_plot(&area);
     cont.cont_type = MISS;
     return 0;
 }
 
 void CONT_callback(int, const char* str, float x, float y) {
+    if (str == nullptr) return;
     PLT_print_values(str, x, y);
     PLT_plot_zoom(str, x, y);
     PLT_plot_resize(str, x, y);
     CONT_flash_value(str, x, y);
-    if (str != nullptr && std::string(str) == "s-Alt") GRD_save_file("output.grd", GRD_get_grids(), GRD_get_info(), 2);
+    if (std::string(str) == "s-Alt") GRD_save_file("output.grd", GRD_get_grids(), GRD_get_info(), 2);
 }
 
 }  // namespace zav

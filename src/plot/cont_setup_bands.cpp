@@ -73,9 +73,10 @@ void fill_in_levels(int count) {
     int start = 0;
     for (int end = 1; end < count; end++) {
         if (cont.cont_value[end] == FMISS) continue;
-        const float step = (cont.cont_value[end] - cont.cont_value[start]) / static_cast<float>(end - start);
+        const float rise = cont.cont_value[end] - cont.cont_value[start];
+        const auto span = static_cast<float>(end - start);
         for (int i = start + 1; i < end; i++) {
-            cont.cont_value[i] = cont.cont_value[start] + static_cast<float>(i - start) * step;
+            cont.cont_value[i] = cont.cont_value[start] + static_cast<float>(i - start) * rise / span;
         }
         start = end;
     }
@@ -117,7 +118,9 @@ std::string chosen_list(const char* string, int flag) {
 }
 
 void end_set() {
-    const int count = state.entries;
+    // A list of levels keeps room for its end.
+    const bool listed = state.entries > 0 && cont_has_values();
+    const int count = listed ? std::min(state.entries, CONT_LEVELS - 1) : state.entries;
     cont.fill_attrib[count].color = -2;
     cont.cont_value[count] = FMISS;
     if (cont_has_values()) fill_in_levels(count);

@@ -12,10 +12,6 @@ namespace zav {
 
 namespace {
 
-/// Most levels that an interval may divide a field into. More can't be told apart on any page, and an interval so
-/// small that adding it to a level changes nothing would never get through the range.
-constexpr int MOST_LEVELS = 100000;
-
 /// Values from `least` up are rounded up at this step, as a multiple (`up`) or as a fraction of 1 (`down`).
 struct Rounding {
     float least;
@@ -35,24 +31,10 @@ constexpr std::array<Rounding, 8> ROUNDINGS = {{
 
 /// Number of whole intervals between the first level and the last.
 int count_levels() {
-    const double count = (0.01 + static_cast<double>(cont.conhi - cont.conlo)) / static_cast<double>(cont.intrvl);
-    if (!(count < MOST_LEVELS)) return std::isnan(count) ? 0 : MOST_LEVELS;
-    return std::max(static_cast<int>(count), -1);
-}
-
-/// First level at or below the least value, last one above the greatest, in whole intervals from the base.
-void set_level_range() {
-    if (!(cont.grid_max >= cont.grid_min)) {
-        cont.conlo = cont.grid_max;
-        cont.conhi = cont.grid_min;
-        return;
-    }
-    const float base = cont.base != FMISS ? cont.base : 0.0F;
-    const float intrvl = cont.intrvl;
-    cont.conlo = static_cast<float>(base + intrvl * std::floor(static_cast<double>((cont.grid_min - base) / intrvl)));
-    cont.conhi =
-        static_cast<float>(base + intrvl * std::floor(1.0 + static_cast<double>((cont.grid_max - base) / intrvl)));
-    if (cont.grid_max - base == cont.conhi) cont.conhi += intrvl;
+    const double range = static_cast<double>(cont.conhi) - static_cast<double>(cont.conlo);
+    const double count = (0.01 + range) / static_cast<double>(cont.intrvl);
+    if (std::isnan(count)) return 0;
+    return static_cast<int>(std::clamp<double>(count, -1, CONT_MOST_LEVELS));
 }
 
 /// Interval given by the user, by the resource, or by the rule. False when no range is known.
@@ -84,13 +66,29 @@ float CONT_calc_intrvl(float max, float min, int num) {
     return value == 0.0F ? 1.0F : value;
 }
 
+void cont_set_levels(float max, float min) {
+    if (max >= min) {
+        const float base = cont.base != FMISS ? cont.base : 0.0F;
+        const float intrvl = cont.intrvl;
+        const auto multiple = [base, intrvl](float steps) {
+            return static_cast<float>(base + intrvl * std::floor(static_cast<double>(steps)));
+        };
+        cont.conlo = multiple((min - base) / intrvl);
+        cont.conhi = multiple(1.0F + (max - base) / intrvl);
+        if (max - base == cont.conhi) cont.conhi += intrvl;
+    } else {
+        cont.conlo = max;
+        cont.conhi = min;
+    }
+    cont.num_cont = count_levels();
+}
+
 int CONT_set_cont_ext(GRD_report* grid) {
     if (cont_has_values()) {
         cont.conlo = cont.cont_value[0];
     } else {
         if (!settle_interval(grid)) return -1;
-        set_level_range();
-        cont.num_cont = count_levels();
+        cont_set_levels(cont.grid_max, cont.grid_min);
     }
     cont.cbase = cont.base == FMISS ? cont.conlo : cont.base;
     return 0;

@@ -4,20 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace zav {
 
 Cont_state cont;
 
 namespace {
-
-/// `value` in whole units as an int, held to the range of an int; 0 for no number.
-int whole(double value) {
-    if (std::isnan(value)) return 0;
-    constexpr double LARGEST = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(std::trunc(value), -LARGEST, LARGEST));
-}
 
 bool is_last_value(int k) { return k + 1 >= cont.num_cont || k + 1 >= CONT_LEVELS || cont.cont_value[k + 1] == FMISS; }
 
@@ -62,19 +54,7 @@ std::vector<float> cont_level_table(float level, float step, int num) {
     return levels;
 }
 
-void cont_set_levels(float max, float min) {
-    if (max >= min) {
-        const float from = cont.base == FMISS ? 0.0F : cont.base;
-        const float step = cont.intrvl;
-        cont.conlo = static_cast<float>(from + step * std::floor(static_cast<double>((min - from) / step)));
-        cont.conhi = static_cast<float>(from + step * std::floor(1.0 + (max - from) / step));
-        if (max - from == cont.conhi) cont.conhi += step;
-    } else {
-        cont.conlo = max;
-        cont.conhi = min;
-    }
-    cont.num_cont = whole((0.01 + (static_cast<double>(cont.conhi) - cont.conlo)) / cont.intrvl);
-}
+bool cont_is_missing(float value) { return value == FMISS || !std::isfinite(value); }
 
 bool cont_is_cut(float level) {
     if (cont.min_cut != FMISS && level < cont.min_cut) return true;
@@ -117,7 +97,7 @@ void cont_load_cell(const GRD_report& grid, int i, int j) {
 
 bool cont_cell_complete() {
     for (int corner = 0; corner < 4; ++corner) {
-        if (cont.x[corner] == FMISS || cont.z[corner] == FMISS || !std::isfinite(cont.z[corner])) return false;
+        if (cont.x[corner] == FMISS || cont_is_missing(cont.z[corner])) return false;
     }
     return true;
 }

@@ -32,8 +32,9 @@ constexpr int NOT_EVALUATED = -2;  ///< no level below has been evaluated in thi
 /// Start of the part of `pt` that holds the level below.
 constexpr int LOWER = 10;
 
-/// Most levels of a plot in interval mode; finer intervals leave the rest of the range blank.
-constexpr int CONT_MOST_LEVELS = 1 << 20;
+/// Most levels of a plot in interval mode. More can't be told apart on any page, and an interval so small that adding
+/// it to a level changes nothing would never get through the range, which stays blank beyond them.
+constexpr int CONT_MOST_LEVELS = 100000;
 
 /// Interval of the last level of a list, which reaches past all values.
 constexpr float CONT_LAST_INTERVAL = 1000000.0F;
@@ -150,8 +151,11 @@ void cont_step_level(int k, float* level);
 std::vector<float> cont_level_table(float level, float step, int num);
 
 /// `conlo`, `conhi` and `num_cont` of interval mode for a range of values: whole multiples of the interval from the
-/// base, the lowest at or below `min`, the end above `max`.
+/// base, the lowest at or below `min`, the end above `max`. In cont_setup_levels.cpp.
 void cont_set_levels(float max, float min);
+
+/// True for values that are not drawn: missing ones, and those that are no finite number.
+bool cont_is_missing(float value);
 
 /// True when `level` lies outside a set `min_cut` or `max_cut`.
 bool cont_is_cut(float level);

@@ -47,7 +47,7 @@ void cont_draw_values(const GRD_report& grid) {
             Gpt pt;
             const float value = cont_value_at(grid, i, j);
             if (!is_due(i, cont.x_skip) || !is_due(j, cont.y_skip)) continue;
-            if (value == FMISS || !cont_position(grid, i, j, &pt)) continue;
+            if (cont_is_missing(value) || !cont_position(grid, i, j, &pt)) continue;
             draw_value({pt.x + cont.x_off * vert, pt.y + cont.y_off * vert}, value);
         }
     }

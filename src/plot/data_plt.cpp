@@ -2,11 +2,14 @@
 
 #include "plot/data_plt.h"
 
+#include <algorithm>
+
 #include "calc/grd_calc.h"
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/string.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/zavgks.h"
@@ -47,6 +50,12 @@ bool fills_areas(int type) { return type == CONT_FILL || type == CONT_FILL_LINE 
 
 bool is_vector_type(int type) { return type >= VECT_ANY && type <= VECT_STREAMLINES; }
 
+/// True for a vector that is drawn as one. One that names no plot type leaves the choice to the vector layer.
+bool is_vector_layer(int ind) {
+    const int type = VAR_get_type(ind);
+    return VAR_is_plot_VECT(ind) != 0 && (is_vector_type(type) || type == VTYPE_GRID);
+}
+
 void find_map_layers() {
     state.map = 0;
     for (int i = 0; i < VAR_get_num(); i++) {
@@ -71,7 +80,7 @@ void read_attributes() {
 void settle_units(GRD_report* const* grids, std::string* units) {
     if (units == nullptr || grids[0] == nullptr) return;
     if (units->empty()) {
-        *units = grids[0]->units;
+        *units = fit_text(grids[0]->units, GRD_UNITS_SIZE);
         return;
     }
     GRD_units(grids[0], *units);
@@ -84,23 +93,23 @@ enum class Layer { none, vector, contour };
 /// Draws the vector layer that begins at `ind`, if there is one; `last` gets the last variable it used.
 Layer draw_vector_forms(int ind, DATA_info* info, int* last) {
     const int type = VAR_get_type(ind);
-    std::string units = VAR_get_units(ind);
+    std::string* units = &VAR_get_var(ind)->units;
     const std::string format = VAR_get_format(ind);
-    if (VAR_is_plot_VECT(ind) != 0 && is_vector_type(type)) {
+    if (is_vector_layer(ind)) {
         VECT_set_type(type);
-        *last = DATA_plot_vect(ind + 1, info, &units, format.c_str());
+        *last = DATA_plot_vect(ind + 1, info, units, format.c_str());
         return Layer::vector;
     }
     if (VAR_is_plot_FUNC_VECT(ind) != 0) {
         VECT_set_type(type);
-        *last = DATA_plot_vect(ind, info, &units, format.c_str());
+        *last = DATA_plot_vect(ind, info, units, format.c_str());
         return Layer::vector;
     }
     if (VAR_is_plot_FUNC(ind) != 0 && is_vector_type(type)) {
         VECT_set_type(type);
         if (GRD_is_plot_func(VAR_get_name(ind)) != 0) {
             state.vfunc = 1;
-            *last = DATA_plot_vect(ind + 1, info, &units, format.c_str());
+            *last = DATA_plot_vect(ind + 1, info, units, format.c_str());
             state.vfunc = 0;
         } else {
             *last = DATA_plot_vect(ind, info, nullptr, nullptr);
@@ -113,7 +122,7 @@ Layer draw_vector_forms(int ind, DATA_info* info, int* last) {
 /// The label of a layer that was drawn.
 void label_layer(int ind) {
     if (VAR_is_LABEL(ind) == 0) return;
-    if (is_vector_type(VAR_get_type(ind)) || PLT_get_label_type() < 0) {
+    if (is_vector_type(VAR_get_type(ind)) || is_vector_layer(ind) || PLT_get_label_type() < 0) {
         PLT_label_up_left(VAR_make_var_form_datatype(ind));
     } else {
         PLT_label_up_left(GRD_get_grid_info(ind));
@@ -214,11 +223,12 @@ int DATA_plot_vect(int ind, DATA_info* info, std::string* units, const char* for
     PLT_label_for_time(VAR_get_time(ind));
     VECT_set_format(VAR_get_type(ind), format != nullptr ? format : own.c_str());
     GRD_report* grids[3] = {nullptr, nullptr, nullptr};
-    const int last = GRD_find_param_grids(ind, 2, state.vfunc, grids, nullptr);
+    const int stop = GRD_find_param_grids(ind, 2, state.vfunc, grids, nullptr);
     settle_units(grids, units);
     VECT_plot_setup(info->plot, ind, grids[0], grids[1], &info->domain, info->callback);
     VECT_draw(grids[0], grids[1]);
-    return last;
+    // Short of a component, the search stops behind the layer.
+    return grids[1] != nullptr ? stop : std::max(stop - 1, ind);
 }
 
 int DATA_plot_bar() {

@@ -68,14 +68,14 @@ int print_vector(int ind, float x, float y) {
     const bool plot_func = VAR_is_plot_FUNC(ind) && !VAR_is_plot_FUNC_VECT(ind) && GRD_is_plot_func(VAR_get_name(ind));
     const int start = VAR_is_plot_VECT(ind) || plot_func ? ind + 1 : ind;
     std::array<GRD_report*, 3> grids{};
-    const int last = GRD_find_param_grids(start, 2, plot_func ? 1 : 0, grids.data(), nullptr);
+    const int stop = GRD_find_param_grids(start, 2, plot_func ? 1 : 0, grids.data(), nullptr);
     print_name(ind);
     if (grids[0] != nullptr && grids[1] != nullptr) {
         GRD_print_value2(x, y, grids[0], grids[1]);
     } else {
         MESS_print(LEVEL_VALUES, "\n");
     }
-    return std::max(ind, last);
+    return std::max(ind, grids[1] != nullptr ? stop : stop - 1);
 }
 
 void print_scalar(int ind, float x, float y, Station& station) {
@@ -88,10 +88,16 @@ void print_scalar(int ind, float x, float y, Station& station) {
     }
 }
 
+/// True for a layer of two components; a vector without a plot type of its own is one too.
+bool is_vector(int ind) {
+    if (VAR_is_plot_VECT(ind)) return VAR_is_type_VECT(ind) || VAR_get_type(ind) == VTYPE_GRID;
+    return VAR_is_type_VECT(ind) && VAR_is_PLOT(ind);
+}
+
 void print_variables(float x, float y, Station& station) {
     for (int i = 0; i < VAR_get_num(); ++i) {
         if (VAR_is_type_MAP(i)) continue;
-        if (VAR_is_type_VECT(i) && (VAR_is_PLOT(i) || VAR_is_plot_VECT(i))) {
+        if (is_vector(i)) {
             i = print_vector(i, x, y);
         } else if (VAR_is_PLOT(i) || VAR_is_CALC(i)) {
             print_scalar(i, x, y, station);

@@ -74,8 +74,12 @@ class Files : public testing::Test {
 TEST_F(Files, ConventionIsTheFirstLineThatFits) {
     EXPECT_EQ(FILE_set_name("grib_abc"), 1);
     EXPECT_EQ(dated(1998, 3, 15, 12), grid("98031512_abc.gra")) << "a prefix line in front wins";
+    FILE_save_name_conv();
     EXPECT_EQ(FILE_set_name("SIX"), 1);
     EXPECT_EQ(FILE_get_min_size(), 10);
+    FILE_restore_name_conv();
+    EXPECT_EQ(dated(1998, 3, 15, 12), grid("98031512_abc.gra")) << "the ending comes back as well";
+    EXPECT_EQ(FILE_get_min_size(), 0);
     EXPECT_EQ(FILE_set_name("nothing"), 0);
     EXPECT_EQ(dated(1998, 3, 15, 12), "nothing");
     EXPECT_EQ(FILE_get_min_size(), 0);

@@ -71,6 +71,14 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
     EXPECT_EQ(sent.texts.size(), 5U * 15U);  // every line, on columns 0, 8, 16, 24 and 32
 }
 
+TEST_F(ContLabel, StepThatIsLostBesideTheBaseEnds) {
+    GRD_report ramp = field(21, 3, [](int column, int) { return 100000000.0F + 8.0F * static_cast<float>(column); });
+    set_interval(100000008.0F, 1, 20);
+    cont.base = 100000000.0F;
+    label(ramp);
+    EXPECT_EQ(sent.texts.size(), 0U);
+}
+
 TEST_F(ContLabel, BaseKeepsLabelledLevelsInPlace) {
     GRD_report ramp = field(21, 3, [](int column, int) { return static_cast<float>(column); });
     set_interval(0.5F, 1, 20);

@@ -111,8 +111,9 @@ TEST_F(ContSetup, LevelFilesOfAnyContentAreHarmless) {
     EXPECT_EQ(cont.cont_label[2], "warm");
     CONT_init();
     CONT_set_fill_colors("junk.lev", 1);
-    EXPECT_EQ(cont.color_num, CONT_LEVELS);
-    EXPECT_FLOAT_EQ(cont.cont_value[CONT_LEVELS - 1], 255.0F);
+    EXPECT_EQ(cont.color_num, CONT_LEVELS - 1);
+    EXPECT_FLOAT_EQ(cont.cont_value[CONT_LEVELS - 2], 254.0F);
+    EXPECT_EQ(cont.cont_value[CONT_LEVELS - 1], FMISS);
     CONT_init();
     EXPECT_EQ(CONT_set_fill_colors("absent.lev", 1), 0);
     CONT_init();
