@@ -51,7 +51,7 @@ void show_help() {
     ZAV_exit(0);
 }
 
-/// The plot's domain as far as the options give it; the second goes over the first field by field.
+/// The plot's domain as far as the options give it; the second replaces the first.
 void settle_domain(Domain* domain) {
     DOM_init(domain);
     RES_getval("region", domain, CV_domain);

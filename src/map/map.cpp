@@ -1,39 +1,89 @@
-/// Not built yet: drawing the map background. Coastlines, borders, overlays and latitude and longitude lines draw
-/// nothing, as with no map files; the window of map space, the settings and the event callback work.
-
 #include "map/map.h"
 
 #include <array>
+#include <cmath>
 
+#include "files/files.h"
+#include "frame/flag.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
 #include "frame/string.h"
+#include "frame/tools.h"
 #include "gks/gks.h"
 #include "gks/zavgks.h"
-#include "map/maptran.h"
+#include "map/map_state.h"
+#include "plot/colors.h"
 #include "plot/plt_tool.h"
 
 namespace zav {
+
+Map_background map_background;
+
 namespace {
 
 constexpr std::size_t NAME_SIZE = 251;
 constexpr std::size_t FORMAT_SIZE = 41;
+constexpr int WORD_LENGTH = 250;  ///< longest word of a map list file
+constexpr int DASHED = 4;
 
-struct State {
-    std::string map_name;  ///< specification list
-    std::string format;    ///< attribute string for maps
-    float latln = 0.0F;    ///< line spacing in degrees, 0 and below for no lines
-    float lonln = 0.0F;
-    int dot = 0;        ///< spacing of plus marks
-    int extra = 0;      ///< spacing of extra labels
-    int fill_cont = 0;  ///< filled contours are on
-};
-State state;
+/// The specification list: the resource, the list set by MAP_file, or the maps that suit the domain.
+std::string map_list() {
+    const char* resource = RES_get("map_file");
+    if (resource != nullptr && *resource != '\0') return resource;
+    if (!map_background.map_name.empty()) return map_background.map_name;
+    const float lat = MAP_get_clat();
+    const float lon = MAP_get_clon();
+    const bool america = lat > 25.0F && lat < 80.0F && lon > -160.0F && lon < -65.0F && MAP_get_vert() < 75.0F;
+    return america ? "zav.map" : "cont.map,country.map";
+}
 
-bool is_map() {
+void process_list_file(const std::string& name) {
+    const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
+    if (file == nullptr) {
+        MESS_print(MESS_WARN, "MAP_draw: Unable to open map list file: %s\n", name.c_str());
+        return;
+    }
+    std::string word;
+    while (fgetword(file.get(), word, WORD_LENGTH) > 0) MAP_process(word);
+}
+
+/// The latitude and longitude lines that MAP_latlon asked for.
+void draw_set_lines() {
+    if (!(map_background.latln > 0.0F)) return;
+    const bool earth = map_shows_earth();
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    if (earth) attrib.style = DASHED;
+    ATTRIB_get("color_line", earth ? "magenta:s4" : "red", &attrib);
+    GPH_line_attr(&attrib);
+    GPH_text_attr(&attrib, map_text_height());
+    if (attrib.color != CLR_NONE) MAP_lines(map_background.latln, map_background.lonln);
+}
+
+}  // namespace
+
+bool map_shows_earth() {
     const int proj = MAP_get_proj();
     return proj >= PROJ_POLAR && proj <= PROJ_LAST_MAP;
 }
 
-}  // namespace
+float map_text_height() { return map_shows_earth() ? 0.018F * MAP_get_vert() : 0.015F; }
+
+float map_full_width(int proj, float y) {
+    if (proj == PROJ_LATLON) return 360.0F;
+    if (proj == PROJ_MERCATOR) return 400.31555892808814F;
+    if (proj != PROJ_MOLLWEIDE) return 0.0F;
+    const double part = y / 63.713;
+    return part * part < 1.0 ? static_cast<float>(254.852 * std::sqrt(1.0 - part * part)) : 0.0F;
+}
+
+bool map_place(float lat, float lon, Point& point) {
+    constexpr float FARTHEST = 720.0F;
+    point = {FMISS, FMISS};
+    if (!(std::fabs(lat) <= 90.0F && std::fabs(lon) <= FARTHEST)) return false;
+    MAP_tran(lat, lon, &point.x, &point.y);
+    return point.x != FMISS && std::isfinite(point.x) && std::isfinite(point.y);
+}
 
 int MAP_setup(const Domain* domain) {
     MAP_domain(domain);
@@ -45,15 +95,35 @@ int MAP_setup(const Domain* domain) {
     return 0;
 }
 
-int MAP_draw(int /*flag*/) { return 0; }
-
-int MAP_process(const std::string& /*str*/) { return -1; }
-
-int MAP_map(std::FILE* /*map_file*/) { return is_map() ? -1 : 1; }
+int MAP_draw(int flag) {
+    if (!FLAG_getplot(PLOT_MAP)) return 0;
+    map_background.over = flag;
+    GPH_trans(2);
+    GPH_line_attr(nullptr);
+    GPH_text_font(nullptr);
+    map_background.reg_found = 1;
+    for (const std::string& word : parse_string(map_list(), ',')) {
+        if (strnicmp(word, "fi:", 3) == 0) {
+            process_list_file(word.substr(3));
+        } else {
+            MAP_process(word);
+        }
+    }
+    draw_set_lines();
+    return 0;
+}
 
 int MAP_lines(float dlat, float dlon) {
     if (dlat == FMISS || dlon == FMISS) return -1;
-    return is_map() ? 0 : -1;
+    PLT_mess("Map-lalo: %.1f,%.1f", dlat, dlon);
+    if (!map_shows_earth()) {
+        map_graph_lines(dlat, dlon);
+        return -1;
+    }
+    map_earth_lines(dlat, dlon);
+    GPH_line_attr(nullptr);
+    GPH_text_attr(nullptr, 1.0F);
+    return 0;
 }
 
 int MAP_draw_circle(float x, float y, float rad) {
@@ -68,31 +138,31 @@ int MAP_draw_circle(float x, float y, float rad) {
 }
 
 int MAP_latlon(float lat, float lon, int dt, int ex) {
-    state.latln = lat;
-    state.lonln = lon;
-    state.dot = dt;
-    state.extra = ex;
+    map_background.latln = lat;
+    map_background.lonln = lon;
+    map_background.dot = dt;
+    map_background.extra = ex;
     return 0;
 }
 
 int MAP_get_latlon(float* lat, float* lon) {
-    *lat = state.latln;
-    *lon = state.lonln;
+    *lat = map_background.latln;
+    *lon = map_background.lonln;
     return 0;
 }
 
 int MAP_file(const std::string& file) {
-    state.map_name = fit_text(file, NAME_SIZE);
+    map_background.map_name = fit_text(file, NAME_SIZE);
     return 0;
 }
 
 int MAP_set_format(const std::string& str) {
-    state.format = fit_text(str, FORMAT_SIZE);
+    map_background.format = fit_text(str, FORMAT_SIZE);
     return 0;
 }
 
 int MAP_fill_cont(int value) {
-    state.fill_cont = value;
+    map_background.fill_cont = value;
     return 0;
 }
 

@@ -35,7 +35,8 @@ TEST(GrdTrans, MaxMin) {
     const std::vector<Row> rows{{{FMISS, 3, -7, 12, FMISS}, 12, -7},
                                 {{5}, 5, 5},
                                 {{FMISS, FMISS}, FMISS, FMISS},
-                                {{FMISS, -20000}, -20000, -20000}};
+                                {{FMISS, -20000}, -20000, -20000},
+                                {{NAN, 2, -INFINITY, 1, INFINITY}, 2, 1}};
     for (const Row& row : rows) {
         const GRD_report grid = make_grid(static_cast<int>(row.values.size()), 1, row.values);
         float max = 0;

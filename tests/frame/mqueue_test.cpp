@@ -82,6 +82,8 @@ TEST(LoopWindowDeathTest, SilentWindowEndsTheProgram) {
         ::testing::ExitedWithCode(7), "Queue not responding!!\n");
     msgctl(queue, IPC_RMID, nullptr);
     EXPECT_EQ(MQ_open(WINDOW), -1);
+    // Key 0 would make a new queue of the system.
+    EXPECT_EQ(MQ_open(0), -1);
 }
 
 }  // namespace

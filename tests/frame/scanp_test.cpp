@@ -120,6 +120,10 @@ TEST(Scanp, SurvivesBrokenPatterns) {
         scanp(&param, pattern, &word);
         EXPECT_LE(param.len, param.length) << pattern;
     }
+    parse_param before;
+    scanp_set(&before, "text");
+    before.off = -1;
+    EXPECT_EQ(scanp(&before, "%*s"), -1);
 }
 
 }  // namespace

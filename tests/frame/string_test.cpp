@@ -142,6 +142,7 @@ TEST_F(Lines, RawStringAndSkippedLines) {
     EXPECT_EQ(fget_rawstring(file.get(), line, 80), 1);
     EXPECT_EQ(line, "a b");
     EXPECT_EQ(fskipline(file.get()), 0);
+    fskiprest(file.get());
     EXPECT_EQ(fgetword(file.get(), line, 80), 1);
     EXPECT_EQ(line, "word");
     EXPECT_EQ(fgetword(file.get(), line, 2), 1);

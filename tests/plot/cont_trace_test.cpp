@@ -5,6 +5,7 @@
 #include <set>
 
 #include "plot/cont_support.h"
+#include "support/support.h"
 
 namespace zav {
 namespace {
@@ -228,6 +229,38 @@ TEST(ContSend, PolygonsAboutTheMapEdge) {
         for (const auto& area : sent.areas) {
             EXPECT_TRUE(row.drawn == 1 || test::area_of(area.pts) < 5) << row.proj;
         }
+    }
+}
+
+TEST(ContTrace, SkippedLevelsWouldDrawNothing) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> value(-50, 50);
+    for (int n = 0; n < 600; ++n) {
+        GRD_report grid = cell(value(random), value(random), value(random), value(random));
+        const float interval = 0.3F + std::fabs(value(random)) / 10.0F;
+        const float cut = value(random);
+        const auto run = [&](const char* traced) {
+            start_contours(n % 2 == 0 ? CONT_LINE : CONT_FILL_LINE);
+            set_interval(-60, interval, static_cast<int>(120 / interval) + 1);
+            if (n % 3 == 1) cont.min_cut = cut;
+            if (n % 4 == 2) cont.max_cut = cut;
+            setenv("gridloc", traced, 1);
+            draw(grid);
+            unsetenv("gridloc");
+            return sent;
+        };
+        const test::Sent some = run("9,9");
+        test::Sent all;
+        test::capture([&] { all = run("0,0"); });  // the traced cell walks every level
+        const auto same = [](const Gpt& a, const Gpt& b) { return a.x == b.x && a.y == b.y; };
+        const auto same_line = [&](const auto& a, const auto& b) {
+            return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
+        };
+        const auto same_area = [&](const auto& a, const auto& b) {
+            return a.band == b.band && same_line(a.pts, b.pts);
+        };
+        ASSERT_TRUE(std::equal(some.lines.begin(), some.lines.end(), all.lines.begin(), all.lines.end(), same_line));
+        ASSERT_TRUE(std::equal(some.areas.begin(), some.areas.end(), all.areas.begin(), all.areas.end(), same_area));
     }
 }
 

@@ -4,17 +4,34 @@
 
 #include <gtest/gtest.h>
 
+#include "calc/grd_calc.h"
 #include "frame/flag.h"
 #include "grid/grd_tool.h"
+#include "plot/plt_labl.h"
 #include "var/var_tool.h"
 
 namespace zav {
 namespace {
 
-TEST(DataPlot, LayerEndsAtItsLastVariable) {
-    FLAG_reset(MISS);
-    FLAG_setl(FLAG_BATCH, 1);
-    VAR_set_def_type(VTYPE_CONT);
+/// A run without prompts, whose labels and variables are gone at the end.
+class DataPlot : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        FLAG_reset(MISS);
+        FLAG_setl(FLAG_BATCH_RUN, 1);
+        VAR_set_def_type(VTYPE_CONT);
+        VAR_hooks().is_math_func = GRD_is_math_func;
+        VAR_hooks().is_vect_func = GRD_is_vect_func;
+    }
+    void TearDown() override {
+        FLAG_reset(MISS);
+        VAR_reset();
+        DATA_new_frame();
+        PLT_init_labels();
+    }
+};
+
+TEST_F(DataPlot, LayerEndsAtItsLastVariable) {
     struct Case {
         const char* variables;
         int last;
@@ -28,9 +45,7 @@ TEST(DataPlot, LayerEndsAtItsLastVariable) {
     }
 }
 
-TEST(DataPlot, VectorTakesTheUnitsOfItsGrids) {
-    FLAG_reset(MISS);
-    FLAG_setl(FLAG_BATCH, 1);
+TEST_F(DataPlot, VectorTakesTheUnitsOfItsGrids) {
     ASSERT_EQ(VAR_setup(nullptr, "wind<uwnd,vwnd>"), 1);
     GRD_get_grid(1)->units = "m/s";
     DATA_info info;
