@@ -260,17 +260,26 @@ std::vector<int> fit_elements(const std::vector<std::string>& words, const std::
     return fitted;
 }
 
-/// True if six words read as "proj,plon,clat,clon,dx,dy" give a latitude that the earth doesn't have, and so are
-/// "proj,clat,clon,nx,ny,dx".
-bool reads_as_size(const Domain& domain) {
+/// A whole number that can be a count of points.
+bool is_count(const std::string& word) {
+    return word.find_first_not_of("0123456789") == std::string::npos && text_to_int(word) >= 2;
+}
+
+/// True if six words that can be read as "proj,plon,clat,clon,dx,dy" are meant as "proj,clat,clon,nx,ny,dx": the
+/// latitude would lie beyond a pole, or two counts of points stand where the spacings would have to differ by more than
+/// four times.
+bool reads_as_size(const std::vector<std::string>& words, const Domain& domain) {
+    constexpr float unlike = 4.0F;
     const bool on_earth = domain.proj >= 1 && domain.proj <= LAST_ON_EARTH;
-    return on_earth && domain.clat != FMISS && std::fabs(domain.clat) > 90.0F;
+    if (!on_earth || domain.clat == FMISS) return false;
+    if (std::fabs(domain.clat) > 90.0F) return true;
+    return is_count(words[3]) && is_count(words[4]) && std::fabs(domain.dx) > unlike * std::fabs(domain.dy);
 }
 
 /// Tries one pattern. The result of the decoding, 0 if it doesn't fit.
 int try_pattern(const pattern& form, const std::vector<std::string>& words, Domain& domain) {
     if (DOM_set_params(words, &domain, form.elements) != 0) return 0;
-    if (form.number == PATTERN_OWN_PLON && reads_as_size(domain)) return 0;
+    if (form.number == PATTERN_OWN_PLON && words.size() == 6 && reads_as_size(words, domain)) return 0;
     fill_defaults(domain, form.defaults);
     MESS_print(MESS_DEBUG, "%2d %s\n", form.number, form.trace);
     return form.number == PATTERN_REGION ? 2 : 1;
