@@ -46,6 +46,57 @@ def chart_a(program, source, root):
     ]  # fmt: skip
 
 
+GRADS_SCRIPT = """'sdfopen t850.nc'
+'set display color white'
+'set mproj nps'
+'set lon -150 -50'
+'set lat 15 75'
+'set mpdset mres'
+'set gxout shaded'
+'set cint 4'
+'d tmp-273.15'
+'gxprint grads.ps'
+'quit'
+"""
+
+GMT_SCRIPT = """set -e
+gmt begin gmt ps
+gmt grdmath t850.nc 273.15 SUB = celsius.nc
+gmt makecpt -Cpolar -T-40/40/4
+gmt grdimage celsius.nc -R-150/-50/15/75 -JS-100/90/20c
+gmt coast -W0.5p -N1 -N2 -Dl
+gmt end
+"""
+
+
+def chart_b(program, source, root):
+    return [
+        program, "-fp", f"{root}/share/zav", "-me", "none", "-ft", "h120", "-le", "850", "-va", "temp:C:cf:in=4",
+        "-pd", "ps:90:-100,45,-100,61,45,1.2", "-pp", "bar", "-de", "p,t850.ps,color", source,
+    ]  # fmt: skip
+
+
+def compare_chart_b(program, source, root, folder):
+    """The filled chart with its map beside GrADS and GMT, which draw the same field from a netCDF copy of it."""
+    if shutil.which("cdo") is None:
+        print("chart B: cdo isn't installed, so there is no netCDF copy for GrADS and GMT")
+        return True
+    field = Path(folder) / "t850.grib2"
+    run(["grib_copy", "-w", "shortName=t,level=850,typeOfLevel=isobaricInhPa", source, field], folder)
+    run(["cdo", "-s", "--reduce_dim", "-f", "nc", "-chname,t,tmp", field, "t850.nc"], folder)
+    (Path(folder) / "b.gs").write_text(GRADS_SCRIPT)
+    (Path(folder) / "b.sh").write_text(GMT_SCRIPT)
+    peers = (("grads", ["grads", "-lbc", "run b.gs"], 0.5), ("gmt", ["bash", "b.sh"], 0.2))
+    good = True
+    for name, command, limit in peers:
+        if shutil.which(name) is None:
+            print(f"chart B: {name} isn't installed")
+            continue
+        ours, peer = best_of_both(chart_b(program, source, root), command, folder)
+        good &= report(f"chart B, whole run / {name}", ours, peer, limit)
+    return good
+
+
 def search_growth(build, source, folder):
     """Finding the last field of the file concatenated 10 and 100 times: time in proportion, memory below 64 MB."""
     times = {}
@@ -84,6 +135,7 @@ def main():
         good = report("chart A, whole run / grib_ls", *chart, 0.25)
         good &= report("decode every field / grib_get -p min,max", *decode, 0.33)
         good &= search_growth(build, source, folder)
+        good &= compare_chart_b(build / "zavoria", source, root, folder)
     sys.exit(0 if good else 1)
 
 

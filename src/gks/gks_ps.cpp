@@ -2,9 +2,13 @@
 
 #include "gks/gks_ps.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <cstdarg>
 #include <ctime>
+#include <string_view>
 
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
@@ -122,6 +126,33 @@ void write_origin() {
     } else if (!state.pr_eps) {
         gps_printf(".25 inch .25 inch translate\n");
     }
+}
+
+/// A number with two decimals at `at`; the place behind it. A hundred times a float is exact in a double, so rounding
+/// that to even gives the digits of printf's "%.2f".
+char* put_number(char* at, char* end, float value) {
+    constexpr float most = 1e7F;
+    if (!(std::fabs(value) < most)) return std::to_chars(at, end, value, std::chars_format::fixed, 2).ptr;
+    const auto hundredths = static_cast<int>(std::nearbyint(std::fabs(static_cast<double>(value)) * 100.0));
+    if (std::signbit(value)) *at++ = '-';
+    at = std::to_chars(at, end, hundredths / 100).ptr;
+    *at++ = '.';
+    *at++ = static_cast<char>('0' + hundredths / 10 % 10);
+    *at++ = static_cast<char>('0' + hundredths % 10);
+    return at;
+}
+
+/// A point and its operator: the text of printf's "%3.2f %3.2f", made without its cost, as a page holds tens of
+/// thousands of them.
+void put_point(float x, float y, std::string_view action) {
+    constexpr std::size_t longest = 48;  // digits of the largest float, its decimals and sign
+    std::array<char, 2 * longest> text;
+    char* const end = text.data() + text.size();
+    char* at = put_number(text.data(), end, x);
+    *at++ = ' ';
+    at = put_number(at, end, y);
+    at = std::copy(action.begin(), action.end(), at);
+    state.out.write(text.data(), static_cast<std::size_t>(at - text.data()));
 }
 
 }  // namespace
@@ -266,8 +297,8 @@ void gps_printf(const char* format, ...) {
 
 void gps_move(float x, float y) { gps_move_abs(xW_ps(x), yW_ps(y)); }
 void gps_line(float x, float y) { gps_line_abs(xW_ps(x), yW_ps(y)); }
-void gps_move_abs(float x, float y) { gps_printf("%3.2f %3.2f mv\n", x, y); }
-void gps_line_abs(float x, float y) { gps_printf("%3.2f %3.2f ln\n", x, y); }
+void gps_move_abs(float x, float y) { put_point(x, y, " mv\n"); }
+void gps_line_abs(float x, float y) { put_point(x, y, " ln\n"); }
 
 void gps_clip(float left, float bottom, float right, float top) {
     gps_printf("initclip\n");
