@@ -7,8 +7,12 @@
 #include "calc/grd_trans.h"
 #include "frame/install.h"
 #include "frame/mess.h"
+#include "frame/resrc.h"
+#include "gks/zavgks.h"
 #include "grid/grd_read.h"
+#include "map/map.h"
 #include "map/maptran.h"
+#include "plot/cont.h"
 
 namespace {
 
@@ -60,6 +64,58 @@ void project(benchmark::State& state, int proj) {
     state.SetItemsProcessed(state.iterations() * 100 * 160);
 }
 
+/// Opens a page that goes nowhere, for what is drawn on it.
+void open_page(float aspect) {
+    RES_put("device", "p,/dev/null,color");
+    Gint workstation = 0;
+    Gws_type type = 0;
+    Glim margins{0.0F, 0.0F, 0.04F, 0.04F};
+    GPH_setup(&workstation, &type, aspect, &margins);
+}
+
+/// A 1500 by 751 field at 20 levels. Items are cells.
+void contour(benchmark::State& state, int kind) {
+    int type = 0;
+    const int fd = GRD_open(folder + "/cmc_tmp1_jpeg2000.grib2", 0, &type);
+    GRD_info info;
+    GRD_report grid;
+    int number = 0;
+    if (fd < 0 || GRD_getinfo(fd, &info) != 0 || GRD_read(fd, &grid, 0, &number) != 0) {
+        state.SkipWithError("the file can't be read");
+        return;
+    }
+    GRD_close(fd);
+    open_page(DOM_aspect(&grid.domain));
+    MAP_setup(&grid.domain);
+    float max = FMISS;
+    float min = FMISS;
+    GRD_maxmin(&grid, &max, &min);
+    for (auto _ : state) {
+        CONT_init();
+        CONT_set_type(kind);
+        CONT_set_fill_colors(nullptr, 0);
+        CONT_set_range(max, min);
+        CONT_set_intrvl((max - min) / 20.0F);
+        CONT_set_cont_ext(&grid);
+        CONT_draw_contour(&grid);
+    }
+    GPH_end(1);
+    state.SetItemsProcessed(state.iterations() * 1499 * 750);
+}
+
+/// The world's coasts and borders on a latitude-longitude map.
+void draw_world(benchmark::State& state) {
+    Domain domain;
+    DOM_decode("ll,0,0,361,181,1", &domain);
+    open_page(DOM_aspect(&domain));
+    MAP_setup(&domain);
+    for (auto _ : state) MAP_draw(MAP_PASS_PLAIN);
+    GPH_end(1);
+}
+
+BENCHMARK(draw_world)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(contour, lines, static_cast<int>(CONT_LINE))->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(contour, fill, static_cast<int>(CONT_FILL))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, complex_packing, "gfs_2p5deg_f120.grib2")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, jpeg2000, "cmc_tmp1_jpeg2000.grib2")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, simple_packing, "lambert_1199x799.grib1")->Unit(benchmark::kMillisecond);
@@ -71,9 +127,10 @@ BENCHMARK_CAPTURE(project, latitude_longitude, static_cast<int>(zav::PROJ_LATLON
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    if (argc < 2) return 2;
+    if (argc < 3) return 2;
     folder = argv[1];
     zav::ZAV_install_hooks();
+    zav::RES_put("file_path", argv[2]);
     zav::MESS_set(0, zav::MESS_WARN);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
