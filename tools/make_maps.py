@@ -58,7 +58,7 @@ class Topology:
                 x, y = x + dx, y + dy
                 lon = min(max(x * scale[0] + origin[0], -180.0), 180.0)
                 arc.append((lon, min(max(y * scale[1] + origin[1], -90.0), 90.0)))
-            self.arcs.append(arc)
+            self.arcs.append(unwrapped(arc))
 
     def polygons(self, name):
         """Polygons of an object, each a list of rings, each a list of arc numbers."""
@@ -78,6 +78,41 @@ class Topology:
                 for arc in ring:
                     count[arc if arc >= 0 else ~arc] += 1
         return count
+
+
+def unwrapped(points):
+    """The line with longitudes that go on beyond 180 degrees where it crosses the date line, so that no segment runs
+    round the globe. The sheet's lower frame, at the south pole, stays as it is."""
+    out = points[:1]
+    turn = 0.0
+    for a, b in zip(points, points[1:]):
+        if abs(b[0] - a[0]) > 180.0 and max(a[1], b[1]) > -85.0:
+            turn += 360.0 if b[0] < a[0] else -360.0
+        out.append((b[0] + turn, b[1]))
+    return out
+
+
+def wrapped(lon):
+    return lon - 360.0 if lon > 180.0 else lon + 360.0 if lon < -180.0 else lon
+
+
+def on_sheet(points):
+    """Pieces of an unwrapped line between the date lines, each with longitudes from -180 to 180."""
+    piece = points[:1]
+    pieces = []
+    for a, b in zip(points, points[1:]):
+        for bound in (-180.0, 180.0):
+            if (a[0] - bound) * (b[0] - bound) < 0.0:
+                lat = a[1] + (b[1] - a[1]) * (bound - a[0]) / (b[0] - a[0])
+                pieces.append(piece + [(bound, lat)])
+                piece = [(bound, lat)]
+        piece.append(b)
+    pieces.append(piece)
+    for piece in pieces:
+        middle = sum(p[0] for p in piece) / len(piece)
+        turn = wrapped(middle) - middle
+        if len(piece) > 1:
+            yield [(lon + turn, lat) for lon, lat in piece]
 
 
 def simplify(points, tolerance):
@@ -119,7 +154,8 @@ def with_short_sides(points, step):
 
 def is_frame(a, b):
     """True for a segment that is no coast but closes a polygon along the date line or at the pole."""
-    return (abs(a[0]) > 179.99 and abs(b[0]) > 179.99) or (a[1] < -85.0 and b[1] < -85.0)
+    along_date_line = all(abs(abs(p[0]) - 180.0) < 0.01 for p in (a, b))
+    return along_date_line or (a[1] < -85.0 and b[1] < -85.0)
 
 
 def without_frame(points):
@@ -147,7 +183,7 @@ def pieces_where(points, test):
     """Pieces of a line whose points pass the test."""
     piece = []
     for point in points:
-        if test(point):
+        if test((wrapped(point[0]), point[1])):
             piece.append(point)
             continue
         if piece:
@@ -164,9 +200,10 @@ def lines(arcs, tolerance, test=None):
             for piece in pieces_where(whole, test) if test else [whole]:
                 if len(piece) < 2 or is_speck(piece):
                     continue
-                line = with_short_sides(simplify(piece, tolerance), LINE_STEP)
-                for start in range(0, len(line) - 1, LINE_POINTS - 1):
-                    yield line[start : start + LINE_POINTS]
+                for part in on_sheet(simplify(piece, tolerance)):
+                    line = with_short_sides(part, LINE_STEP)
+                    for start in range(0, len(line) - 1, LINE_POINTS - 1):
+                        yield line[start : start + LINE_POINTS]
 
 
 def write_map(path, records):
@@ -187,7 +224,11 @@ def ring_points(arcs, ring):
     points = []
     for arc in ring:
         piece = arcs[arc] if arc >= 0 else arcs[~arc][::-1]
-        points += piece[1:] if points else piece
+        if points:
+            # An arc begins where the one before it ends, a whole turn off where that has crossed the date line.
+            turn = 360.0 * round((points[-1][0] - piece[0][0]) / 360.0) if piece[0][1] > -85.0 else 0.0
+            piece = [(lon + turn, lat) for lon, lat in piece[1:]]
+        points += piece
     return points[:-1]
 
 
@@ -226,13 +267,20 @@ def tiles(points):
     if len(points) < 3 or abs(area(points)) < 1e-6:
         return
     bounds = [(min(p[axis] for p in points), max(p[axis] for p in points)) for axis in (0, 1)]
+    for bound in (-180.0, 180.0):
+        if bounds[0][0] < bound - 1e-9 and bounds[0][1] > bound + 1e-9:
+            for above in (False, True):
+                yield from tiles(clip(points, 0, bound, above))
+            return
     axis = 0 if bounds[0][1] - bounds[0][0] >= bounds[1][1] - bounds[1][0] else 1
     low, high = bounds[axis]
     cut = math.floor(low / AREA_TILE + 1e-9) * AREA_TILE + AREA_TILE
     if high <= cut + 1e-9:
         ring = with_short_sides(points + points[:1], AREA_STEP)
         if len(ring) <= AREA_POINTS:
-            yield ring
+            middle = sum(p[0] for p in ring) / len(ring)
+            turn = wrapped(middle) - middle
+            yield [(lon + turn, lat) for lon, lat in ring]
             return
         cut = (low + high) / 2.0
     for above in (False, True):

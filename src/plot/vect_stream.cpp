@@ -176,10 +176,11 @@ class Line {
     int same = 0;  ///< steps within one cell of the mesh
 };
 
-/// Turns components along the earth's axes to those of the map, at the points of the lattice.
+/// Turns components along the earth's axes to those of the map. All points are turned, not those of the lattice alone:
+/// a line takes its winds between points of either kind.
 void turn_to_map(GRD_report& ugrid, GRD_report& vgrid) {
-    for (int j = 0; j < ugrid.domain.ny; j += vect.yskip) {
-        for (int i = 0; i < ugrid.domain.nx; i += vect.xskip) {
+    for (int j = 0; j < ugrid.domain.ny; ++j) {
+        for (int i = 0; i < ugrid.domain.nx; ++i) {
             const auto place =
                 static_cast<std::size_t>(j) * static_cast<std::size_t>(ugrid.domain.nx) + static_cast<std::size_t>(i);
             float& u = ugrid.grid[place];
