@@ -82,7 +82,10 @@ std::string level_text() {
     const int count = CONT_get_values(values.data());
     if (count > 0) {
         std::string text = "LEVELS: ";
-        for (int i = 0; i < count; ++i) text += (i > 0 ? "," : "") + set_num(LEVEL_FORMAT, values[i]);
+        for (int i = 0; i < count; ++i) {
+            if (i > 0) text += ',';
+            text += set_num(LEVEL_FORMAT, values[i]);
+        }
         return text;
     }
     if (vect.intrvl == FMISS) return "";
