@@ -3,19 +3,13 @@
 #include <cstdio>
 
 #include "calc/grd_trans.h"
-#include "frame/install.h"
-#include "frame/mess.h"
-#include "grid/grd_read.h"
+#include "grid_file.h"
 
 int main(int argc, char** argv) {
     using namespace zav;
     if (argc != 2) return 2;
-    ZAV_install_hooks();
-    MESS_set(0, MESS_WARN);
-    int type = 0;
-    const int fd = GRD_open(argv[1], 0, &type);
-    GRD_info info;
-    if (fd < 0 || GRD_getinfo(fd, &info) != 0) return 1;
+    const int fd = open_grid_file(argv[1]);
+    if (fd < 0) return 1;
     GRD_report grid;
     int count = 0;
     for (int number = 0; GRD_read(fd, &grid, 0, &number) == 0; number++) {

@@ -26,7 +26,7 @@ constexpr std::size_t FORMAT_SIZE = 41;
 constexpr int WORD_LENGTH = 250;  ///< longest word of a map list file
 constexpr int DASHED = 4;
 
-/// The specification list: the resource, the list set by MAP_file, or the maps that suit the domain.
+/// The item list: the resource, the list set by MAP_file, or the maps that suit the domain.
 std::string map_list() {
     const char* resource = RES_get("map_file");
     if (resource != nullptr && *resource != '\0') return resource;

@@ -22,7 +22,7 @@ int MAP_setup(const Domain* domain);
 /// Draws the background for the passes in `flag`.
 int MAP_draw(int flag);
 
-/// Draws one map specification string. 0 if drawn, -1 if skipped or failed.
+/// Draws one item of the map list. 0 if drawn, -1 if skipped or failed.
 int MAP_process(const std::string& str);
 
 /// Plots an open map database file. 1 if the projection is no map, 0 after an end record, else -1 at the end.
@@ -38,7 +38,7 @@ int MAP_draw_circle(float x, float y, float rad);
 int MAP_latlon(float lat, float lon, int dt, int ex);
 int MAP_get_latlon(float* lat, float* lon);
 
-/// Map specification list to use when the resource "map_file" is not set.
+/// Map list to use when the resource "map_file" is not set.
 int MAP_file(const std::string& file);
 
 /// Attribute string for map lines.

@@ -1,4 +1,4 @@
-// Map specification strings: one item of the background with the conditions under which it is drawn.
+// Items of the map list: one piece of the background with the conditions under which it is drawn.
 
 #include <algorithm>
 #include <cstdio>

@@ -8,7 +8,7 @@ namespace zav {
 
 /// State of the map background, shared by its files.
 struct Map_background {
-    std::string map_name;  ///< specification list, at most 250 characters
+    std::string map_name;  ///< map list, at most 250 characters
     std::string format;    ///< attribute string for maps, at most 40 characters
     float latln = 0.0F;    ///< line spacing in degrees, 0 and below for no lines
     float lonln = 0.0F;

@@ -113,7 +113,8 @@ void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
             float y = 0.0F;
             vect2wind(u, v, &dir, &spd);
             MAP_grid_tran(static_cast<float>(i), static_cast<float>(j), &x, &y);
-            wind2vect(MAP_undir_adj(dir, x, y), spd, &u, &v);
+            const float turned = MAP_undir_adj(dir, x, y);
+            if (turned != dir) wind2vect(turned, spd, &u, &v);
         }
     }
     MAP_domain(&map);

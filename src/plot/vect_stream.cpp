@@ -191,7 +191,9 @@ void turn_to_map(GRD_report& ugrid, GRD_report& vgrid) {
             float dir = 0.0F;
             float spd = 0.0F;
             vect2wind(u, v, &dir, &spd);
-            wind2vect(MAP_dir_adj(dir, x, y), spd, &u, &v);
+            const float turned = MAP_dir_adj(dir, x, y);
+            // A component of exactly 0 stays so on a map without rotation: it starts no line.
+            if (turned != dir) wind2vect(turned, spd, &u, &v);
         }
     }
 }

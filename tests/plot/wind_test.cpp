@@ -59,7 +59,6 @@ class Wind : public test::TempDirTest {
         RES_put("file_path", dir.path().string() + "/");
         FLAG_reset(MISS);
         FLAG_resetplot(1);
-        FLAG_setl(FLAG_BATCH, 1);
         RES_put("color_cont", "1");
         test::capture([this] {
             RES_put("device", "meta," + dir.file("out"));
@@ -216,9 +215,15 @@ struct Field {
 TEST_F(Wind, MissingAndCalmPointsHaveNoArrow) {
     Field field(5, 5, [](int i, int j) { return i == 2 ? Gpt{FMISS, 1} : j == 2 ? Gpt{0, 0} : Gpt{3, 4}; });
     const auto all = drawn([&] { EXPECT_EQ(field.draw(VECT_VECTORS), 0); });
-    EXPECT_EQ(all.size(), 3U * 16U);
-    EXPECT_NEAR(bearing(all[0]), 36.87, 0.01);
-    EXPECT_NEAR(std::hypot(all[0].pts[1].x - all[0].pts[0].x, all[0].pts[1].y - all[0].pts[0].y), 1, 1e-4);
+    int shafts = 0;
+    for (const Stroke& s : all) {
+        if (std::fabs(std::hypot(s.pts[1].x - s.pts[0].x, s.pts[1].y - s.pts[0].y) - 1) > 0.001F) continue;
+        shafts++;
+        EXPECT_NEAR(bearing(s), 36.87, 0.01);
+        EXPECT_NE(s.pts[0].x, 2.0F);
+        EXPECT_NE(s.pts[0].y, 2.0F);
+    }
+    EXPECT_EQ(shafts, 16);
 }
 
 TEST_F(Wind, StreamlinesOfAUniformFieldAreStraight) {
@@ -245,11 +250,7 @@ TEST_F(Wind, StreamlinesOfSolidRotationStayOnTheirCircles) {
 
 TEST_F(Wind, AFieldWithoutAWestWindStartsNoLine) {
     Field field(11, 11, [](int, int) { return Gpt{0, 5}; });
-    RES_put("plot_param", "uvew");  // turned, the components would no longer be exactly 0
-    VECT_param_decode();
-    const auto all = drawn([&] { EXPECT_EQ(field.draw(VECT_BARBS), 0); });
-    EXPECT_FALSE(all.empty());
-    EXPECT_EQ(field.u.grid[60], 0.0F);
+    EXPECT_TRUE(drawn([&] { EXPECT_EQ(field.draw(VECT_STREAMLINES), 0); }).empty());
 }
 
 TEST_F(Wind, GridsThatDoNotMatchAreRefused) {
