@@ -32,18 +32,15 @@ struct Stroke {
 
 std::vector<Stroke> read_strokes(const std::string& page) {
     std::vector<Stroke> strokes;
-    std::istringstream lines(page);
-    std::string line;
-    while (std::getline(lines, line)) {
-        std::istringstream words(line);
-        std::string key;
+    std::istringstream words(page);
+    std::string key;
+    while (words >> key) {
         int count = 0;
-        words >> key >> count;
-        if (key != "PL" && key != "FA") continue;
+        if ((key != "PL" && key != "FA") || !(words >> count)) continue;
         Stroke stroke{key == "FA", {}};
         Gpt pt;
         char comma = 0;
-        while (words >> pt.x >> comma >> pt.y) stroke.pts.push_back(pt);
+        for (int k = 0; k < count && words >> pt.x >> comma >> pt.y; ++k) stroke.pts.push_back(pt);
         strokes.push_back(stroke);
     }
     return strokes;
@@ -156,7 +153,8 @@ TEST_P(Arrows, PointWhereTheAirGoes) {
     domain.clon = -90;
     domain.dx = domain.dy = 1;
     domain.nx = domain.ny = 41;
-    MAP_domain(&domain);
+    MAP_setup(&domain);
+    GPH_trans(2);
     const float lat = 38;
     const float lon = -83;
     const float wind_dir = 235;
@@ -260,7 +258,7 @@ TEST_F(Wind, GridsThatDoNotMatchAreRefused) {
     EXPECT_NE((output.out + output.err).find("VECT_draw: Invalid grids\n"), std::string::npos);
     field.v.domain.nx = 11;
     field.v.grid.reset();
-    const auto second = test::capture([&] { EXPECT_EQ(field.draw(VECT_BARBS), -1); });
+    const auto second = test::capture([&] { EXPECT_EQ(VECT_draw(&field.u, &field.v), -1); });
     EXPECT_NE((second.out + second.err).find("VECT_draw: Invalid grid arrays\n"), std::string::npos);
 }
 
@@ -285,9 +283,10 @@ std::string many_symbols(int count) {
 }
 
 TEST_F(Wind, SymbolsAreFoundByTheirFirstListedPrefix) {
-    dir.write("wx.smb", "T 0,0 1,0 L 0,0 1,0 1,1 F\n$\nTS 0,0 1,1 L\n$\n");
+    dir.write("prefix.smb", "T 0,0 1,0 L 0,0 1,0 1,1 F\n$\nTS 0,0 1,1 L\n$\n");
     GPH_text_align(GLEFT_HOR, GBOTTOM_VERT);
     const auto all = drawn([] {
+        EXPECT_EQ(WX_symb_file("prefix.smb"), 0);
         EXPECT_EQ(WX_symb(0.2F, 0.2F, "tsra", 0.5F), 1);
         EXPECT_EQ(WX_symb(0, 0, "X", 1), 0);
         EXPECT_EQ(WX_symb(0, 0, " T", 1), 0);
@@ -301,14 +300,15 @@ TEST_F(Wind, HostileSymbolFilesAreRead) {
     const std::string name(300, 'A');
     std::string pairs;
     for (int k = 0; k < 21; ++k) pairs += "0." + std::to_string(10 + k) + ",0.5 ";
-    dir.write("wx.smb", many_symbols(101));
+    dir.write("many.smb", many_symbols(101));
     dir.write("open.smb", "Z 0,0 1,1 L 0.5,inf nan,nan");
     dir.write("long.smb", name + " 0,0 1,1 L\n$\nP " + pairs + "F\n$\n");
     dir.write("void.smb", "");
     const auto all = drawn([&] {
+        EXPECT_EQ(WX_symb_file("many.smb"), 0);
         EXPECT_EQ(WX_symb(0, 0, "N1099", 1), 1);
         EXPECT_EQ(WX_symb(0, 0, "N1100", 1), 0);
-        EXPECT_EQ(WX_symb_file("wx.smb"), -1);
+        EXPECT_EQ(WX_symb_file("MANY.smb"), -1);
         EXPECT_EQ(WX_symb_file("open.smb"), 0);
         EXPECT_EQ(WX_symb(0, 0, "Z", 1), 1);
         EXPECT_EQ(WX_symb_file("long.smb"), 0);
