@@ -62,13 +62,15 @@ class Wind : public test::TempDirTest {
             ASSERT_EQ(PLT_open(1.0F), 0);
         });
     }
+    void TearDown() override {
+        if (gchk_graphics() != 0) test::capture([] { PLT_close(); });
+    }
     std::vector<Stroke> strokes() {
         test::capture([] { PLT_close(); });
         return read_strokes(test::read_file(dir.file("out")));
     }
-    /// Strokes of `action` alone.
+    /// What `action` draws.
     std::vector<Stroke> drawn(const std::function<void()>& action) {
-        std::fflush(nullptr);
         action();
         return strokes();
     }
