@@ -105,6 +105,27 @@ bool evaluate(int j, int level) {
     return vector;
 }
 
+/// Gives the result of a function values, unless it has some. One that says nothing of its points yet takes them from
+/// the first argument that is a grid.
+bool make_result(GRD_report* result, GRD_report* const* first, GRD_report* const* last) {
+    if (result->grid != nullptr) return true;
+    if (result->domain.nx < 1 || result->source == 0) {
+        GRD_report* const* model = std::find_if(first, last, [](const GRD_report* grid) { return grid != nullptr; });
+        if (model != last) {
+            GRD_copy_info(result, *model);
+            GRD_make_datatype(result, "");
+        }
+    }
+    return GRD_alloc(result) == 1;
+}
+
+/// The functions walk through all grids of a frame at once, so all have to have the size of the first.
+bool same_sizes(GRD_report* const* first, GRD_report* const* last) {
+    return std::all_of(first, last, [&](const GRD_report* grid) {
+        return grid == nullptr || (grid->domain.nx == (*first)->domain.nx && grid->domain.ny == (*first)->domain.ny);
+    });
+}
+
 int highest_flag() {
     int highest = 0;
     for (int i = 0; i < VAR_get_num(); i++) highest = std::max(highest, VAR_get_flag(i));
@@ -140,13 +161,12 @@ int GRD_math_setup(float** ptr, int* nx, int* ny, int num, GRD_report** grids, c
         if (ptr[i] == nullptr && values[i] == FMISS) return 0;
     }
     for (int i = 0; i < results; i++) {
-        if (grids[i]->grid != nullptr) continue;
-        if (grids[i]->domain.nx < 1 && grids[results] != nullptr) GRD_copy_info(grids[i], grids[results]);
-        if (GRD_alloc(grids[i]) == 0) return 0;
+        if (!make_result(grids[i], grids + results, grids + last)) return 0;
+        ptr[i] = grids[i]->grid.get();
     }
-    for (int i = 0; i < results; i++) ptr[i] = grids[i]->grid.get();
     *nx = grids[0]->domain.nx;
     *ny = grids[0]->domain.ny;
+    if (!same_sizes(grids, grids + last)) return 0;
     grids[0]->var = VAR_search_var_num(type.empty() ? func : type);
     if (units == nullptr || *units == 0) return 1;
     for (int i = 0; i < results; i++) {

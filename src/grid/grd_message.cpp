@@ -160,7 +160,8 @@ bool read_packing(Words& words, int var, Packing* packing) {
     packing->scale = SCALES[static_cast<std::size_t>(std::clamp(words.digits(1, 1), 0, 9))];
     float offset = 0.0F;
     if (words.w.size() > 2) {
-        offset = static_cast<float>(words.digits(2, 9));
+        offset = std::strtof(words.w.c_str() + 2, nullptr);
+        if (!std::isfinite(offset)) return false;
     } else if (!scan_float(words.file, &offset)) {
         return false;
     }

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -56,15 +57,25 @@ int split_info(const std::string& line, std::string& info) {
     return marked ? digit : 0;
 }
 
+/// The units behind a colon, if one stands there. Blanks may come first, but not a line end.
+void read_units(std::FILE* file, GRD_report* grd) {
+    int c = std::getc(file);
+    const bool colon = c == ':';
+    if (colon) {
+        do c = std::getc(file);
+        while (c == ' ' || c == '\t');
+    }
+    if (c != EOF) std::ungetc(c, file);
+    std::string word;
+    if (colon && c != '\n' && scan_word(file, word, WORD_LENGTH)) grd->units = fit_text(word, GRD_UNITS_SIZE);
+}
+
 void read_codes(std::FILE* file, GRD_report* grd) {
     for (int* code :
          {&grd->source, &grd->version, &grd->model, &grd->type, &grd->ltype, &grd->level, &grd->time, &grd->var}) {
         if (!scan_int(file, code)) return;
     }
-    const int c = std::getc(file);
-    if (c != EOF) std::ungetc(c, file);
-    std::string word;
-    if (c == ':' && scan_word(file, word, WORD_LENGTH)) grd->units = fit_text(word.substr(1), GRD_UNITS_SIZE);
+    read_units(file, grd);
 }
 
 void preset_codes(GRD_report* grd, int digit) {
@@ -145,11 +156,8 @@ struct Reference {
 };
 
 bool read_reference(std::FILE* file, Reference* ref) {
-    int offset = 0;
     const bool words = scan_word(file, ref->format, 5) && scan_word(file, ref->name, FILE_NAME_SIZE - 1);
-    const bool numbers = words && scan_int(file, &offset) && scan_int(file, &ref->xdir) && scan_int(file, &ref->ydir);
-    ref->offset = offset;
-    return numbers;
+    return words && scan_long(file, &ref->offset) && scan_int(file, &ref->xdir) && scan_int(file, &ref->ydir);
 }
 
 bool read_referred_values(const Reference& ref, const Domain& domain, std::vector<float>& values, std::size_t points) {
@@ -185,17 +193,21 @@ void skip_values(std::FILE* file, int digit, std::size_t points) {
 bool read_values(std::FILE* file, int digit, GRD_report* grd) {
     const std::size_t points = GRD_points(grd);
     if (points == 0) return false;
-    std::vector<float> values;
     bool done = false;
-    if (digit == DIGIT_REFERENCE) {
-        Reference ref;
-        done = read_reference(file, &ref) && read_referred_values(ref, grd->domain, values, points);
-    } else if (digit == DIGIT_BINARY) {
-        done = read_binary_values(file, values, points, from_big_endian);
-    } else {
-        done = read_text_values(file, values, points);
+    try {
+        std::vector<float> values;
+        if (digit == DIGIT_REFERENCE) {
+            Reference ref;
+            done = read_reference(file, &ref) && read_referred_values(ref, grd->domain, values, points);
+        } else if (digit == DIGIT_BINARY) {
+            done = read_binary_values(file, values, points, from_big_endian);
+        } else {
+            done = read_text_values(file, values, points);
+        }
+        if (done) take_values(grd, std::move(values));
+    } catch (const std::bad_alloc&) {
+        return false;
     }
-    if (done) take_values(grd, std::move(values));
     scan_space(file);
     return done;
 }

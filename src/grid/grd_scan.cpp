@@ -30,6 +30,8 @@ void collect(std::FILE* file, std::array<char, NUMBER_SIZE>& text, Accept takes)
     text[size] = 0;
 }
 
+int to_int(long number) { return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX)); }
+
 bool starts_int(int c) { return std::isdigit(c) != 0 || c == '+' || c == '-'; }
 
 /// The letters are those of "nan" and "inf".
@@ -59,13 +61,23 @@ bool scan_word(std::FILE* file, std::string& word, std::size_t len) {
     return true;
 }
 
-bool scan_int(std::FILE* file, int* value) {
+bool scan_long(std::FILE* file, long* value) {
     if (!starts_int(scan_space(file))) return false;
     std::array<char, NUMBER_SIZE> text{};
     collect(file, text,
             [](int c, std::size_t at) { return std::isdigit(c) != 0 || (at == 0 && (c == '+' || c == '-')); });
-    const char* at = text.data();
-    return scan_text_int(&at, value);
+    char* end = nullptr;
+    const long number = std::strtol(text.data(), &end, 10);
+    if (end == text.data()) return false;
+    *value = number;
+    return true;
+}
+
+bool scan_int(std::FILE* file, int* value) {
+    long number = 0;
+    if (!scan_long(file, &number)) return false;
+    *value = to_int(number);
+    return true;
 }
 
 bool scan_float(std::FILE* file, float* value) {
@@ -90,7 +102,7 @@ bool scan_text_int(const char** text, int* value) {
     char* end = nullptr;
     const long number = std::strtol(*text, &end, 10);
     if (end == *text) return false;
-    *value = static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+    *value = to_int(number);
     *text = end;
     return true;
 }

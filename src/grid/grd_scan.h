@@ -13,6 +13,7 @@ int scan_space(std::FILE* file);
 bool scan_word(std::FILE* file, std::string& word, std::size_t len);
 /// The next integer. If no number stands there nothing but white space is taken, and `value` stays.
 bool scan_int(std::FILE* file, int* value);
+bool scan_long(std::FILE* file, long* value);
 /// The next floating-point number, likewise. Infinite numbers and the like come as FMISS.
 bool scan_float(std::FILE* file, float* value);
 /// Passes over blanks and tabs, a carriage return and one newline, and nothing behind that.

@@ -2,8 +2,7 @@
 
 #include "grid/grd_tool.h"
 
-#include <algorithm>
-#include <limits>
+#include <memory>
 #include <new>
 
 #include "files/unittool.h"
@@ -44,18 +43,19 @@ int GRD_init(GRD_report* grid) {
 }
 
 int GRD_alloc(GRD_report* grid) {
+    constexpr std::size_t most = std::size_t{1} << 60;
     const std::size_t points = GRD_points(grid);
-    float* values = nullptr;
-    if (points > 0 && points <= static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(float)) {
-        values = new (std::nothrow) float[points];
+    grid->grid.reset();
+    try {
+        if (points > 0 && points <= most) {
+            grid->grid = std::make_shared<float[]>(points, FMISS);
+            return 1;
+        }
+    } catch (const std::bad_alloc&) {
+        // Told below.
     }
-    if (values == nullptr) {
-        MESS_print(MESS_WARN, "GRD_alloc: No memory for grid field\n");
-        return 0;
-    }
-    grid->grid.reset(values);
-    std::fill_n(values, points, FMISS);
-    return 1;
+    MESS_print(MESS_WARN, "GRD_alloc: No memory for grid field\n");
+    return 0;
 }
 
 int GRD_free(GRD_report* grid) {

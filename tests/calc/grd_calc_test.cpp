@@ -62,6 +62,33 @@ TEST(CalcFrame, ArgumentsAreGridsOrNumbers) {
     EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 1, grids.data(), values.data(), "add", "", ""), 0);
 }
 
+TEST(CalcFrame, ResultsTakeThePointsOfTheFirstGrid) {
+    GRD_report result;
+    GRD_report grid;
+    GRD_report other;
+    for (GRD_report* record : {&grid, &other}) {
+        GRD_init(record);
+        record->source = 7;
+        record->domain.nx = 2;
+        record->domain.ny = record == &grid ? 3 : 1;
+        ASSERT_EQ(GRD_alloc(record), 1);
+    }
+    GRD_init(&result);
+    std::array<GRD_report*, GRD_MATH_MAX> grids{&result, nullptr, &grid};
+    std::array<float, GRD_MATH_MAX> values;
+    values.fill(FMISS);
+    values[1] = 5.0F;
+    std::array<float*, GRD_MATH_MAX> ptr{};
+    int nx = 0;
+    int ny = 0;
+    ASSERT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 2, grids.data(), values.data(), "add", "", nullptr), 1);
+    EXPECT_EQ(ny, 3);
+    EXPECT_EQ(result.source, 7);
+    // A grid of another size would be walked beyond its end.
+    grids[1] = &other;
+    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 2, grids.data(), values.data(), "add", "", nullptr), 0);
+}
+
 TEST(CalcFrame, ArgumentsFollowTheirFunction) {
     VAR_set_def_type(VTYPE_CONT);
     ASSERT_EQ(VAR_setup(nullptr, "add(mul(hght,#2),temp),uwnd"), 1);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <random>
 
 #include "files/date.h"
@@ -250,6 +251,20 @@ TEST_F(Native, ReferenceLinesLeadToAnotherFile) {
         test::capture([&] { EXPECT_EQ(read_text(head + "ASCII |touch${IFS}made 0 1 1\n", &grid), -1); });
     EXPECT_EQ(test::read_file(dir.file("made")), "");
     EXPECT_NE((out.out + out.err).find("GRD_read: Unable to open grid file: |touch"), std::string::npos);
+}
+
+TEST_F(Native, ReferencesReachBeyondTwoGigabytes) {
+    const std::string values = dir.write("big.txt", "");
+    std::filesystem::resize_file(values, 3000000000U);  // a hole: no space on disk
+    std::ofstream(values, std::ios::app) << "7 8\n";
+    GRD_report grid;
+    ASSERT_EQ(read_text("ZAVGRID\n1200Z 15 JAN 26\n4-Height\n7 1 1 1 100 500 0 7: m\nLL 40 100 1 1 2 1\nA " + values +
+                            " 3000000000 1 1\n",
+                        &grid),
+              0);
+    EXPECT_EQ(grid.units, "m");
+    EXPECT_EQ(grid.grid[0], 7.0F);
+    EXPECT_EQ(grid.grid[1], 8.0F);
 }
 
 TEST_F(Native, SizesBeyondTheFileAreRefused) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/mess.h"
+#include "frame/resrc.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 #include "support/support.h"
@@ -289,6 +290,7 @@ TEST_F(Grib, SurfacesAndTimesOfEdition2) {
 
 TEST_F(Grib, ParameterFileTakesTheFirstLineThatFits) {
     dir.write("grib2_var.lup", "# comment\n7 0 0 0 nosuch K Local\n0 0 0 0 nosuch C General\n");
+    RES_new(0, "file_path", dir.path().c_str(), CV_string);
     GribParam param = GRIB_get_ver2_param(7, 0, 0, 0);
     EXPECT_EQ(param.units, "K");
     EXPECT_EQ(param.ind, 0);

@@ -1,0 +1,114 @@
+// The map background of whole pages: what is chosen by scale, place and pass, and map files that are wrong.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "e2e/program.h"
+#include "support/support.h"
+
+namespace zav::test {
+namespace {
+
+const std::string SAMPLE = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
+const std::string SHARE = ZAV_SOURCE_DIR "/share/zav/";
+/// The map alone, with one contour line at the most.
+const std::string MAP_ALONE =
+    "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=50000 -cocl off -dr map,bord,data -de p,x.ps ";
+
+/// Lines of the map background on a page: all but the border.
+std::size_t map_lines(const TempDir& dir, const std::string& options) {
+    const Outcome outcome = run_program(dir.path(), MAP_ALONE + options + " " + SAMPLE);
+    EXPECT_EQ(outcome.status, 0) << options << outcome.err;
+    EXPECT_TRUE(renders(dir.file("x.ps"))) << options;
+    return read_page(dir.file("x.ps")).lines.size();
+}
+
+TEST(Map, ItemsAreChosenByScalePlaceAndPass) {
+    const TempDir dir;
+    const std::string here = "-pd lc,45,-97,61,45,0.9 ";
+    const std::string coasts = SHARE + "cont.map";
+    const std::size_t none = map_lines(dir, here + "-mf ''");
+    const std::size_t coast = map_lines(dir, here + "-mf " + coasts);
+    const std::size_t both = map_lines(dir, here + "-mf " + coasts + "," + SHARE + "country.map");
+    EXPECT_GT(coast, 50U);
+    EXPECT_GT(both, coast);
+    EXPECT_GT(none, 50U) << "an empty list takes the map that suits the place";
+    // 44 steps of 0.9 are some 40 units from top to bottom.
+    EXPECT_EQ(map_lines(dir, here + "'-mf=>30:" + coasts + "'"), coast);
+    EXPECT_LT(map_lines(dir, here + "'-mf=>50:" + coasts + "'"), 5U);
+    EXPECT_EQ(map_lines(dir, here + "'-mf=<50>30:" + coasts + "'"), coast);
+    EXPECT_LT(map_lines(dir, here + "'-mf=s-20:" + coasts + "'"), 5U);
+    EXPECT_EQ(map_lines(dir, here + "-mf=+" + coasts), coast);
+    EXPECT_EQ(map_lines(dir, here + "-mf=-" + coasts), coast);
+    // Region blocks: the first that holds the centre ends the list behind it.
+    dir.write("near.lst", "[20,60,-130,-70\n" + coasts + "\n[\nabsent.map\n");
+    dir.write("far.lst", "[20,60,10,40\nabsent.map\n[\n" + coasts + "\n");
+    EXPECT_EQ(map_lines(dir, here + "-mf fi:" + dir.file("near.lst")), coast);
+    EXPECT_EQ(map_lines(dir, here + "-mf fi:" + dir.file("far.lst")), coast);
+    EXPECT_GT(map_lines(dir, here + "-mf fi:map.lst"), coast) << "the list that ships: a map and lines of the sphere";
+}
+
+TEST(Map, NoStrokeRunsAcrossThePage) {
+    for (const char* domain :
+         {"ps:90:0,90,0,61,61,2.4", "ps:-90:180,-90,0,61,61,2.4", "ll,0,0,361,181,1", "ll:0:180,0,180,361,181,1",
+          "me:0:180,0,180,181,151,2.2", "or:0:180,0,180,61,61,2.2", "or:60:10,60,10,61,61,2",
+          "mo:0:180,0,180,181,91,1.5", "la:90:0,90,0,121,121,2", "sat:0:180,0,180,121,121,1.1"}) {
+        const TempDir dir;
+        EXPECT_GT(map_lines(dir, std::string("-pd ") + domain), 100U) << domain;
+        double longest = 0.0;
+        for (const PagePath& line : read_page(dir.file("x.ps")).lines) {
+            if (line.size() == 5) continue;  // the border
+            for (std::size_t i = 1; i < line.size(); i++) {
+                longest = std::max(longest, std::hypot(line[i].x - line[i - 1].x, line[i].y - line[i - 1].y));
+            }
+        }
+        EXPECT_LT(longest, 60.0) << domain;
+    }
+}
+
+TEST(Map, WrongFilesLeaveTheRestOfThePage) {
+    const TempDir dir;
+    const std::string good = read_file(SHARE + "cont.map");
+    ASSERT_GT(good.size(), 10000U);
+    dir.write("empty.map", "");
+    dir.write("text.map", "A map of the world, some day.\n");
+    dir.write("cut.map", good.substr(0, 5003));
+    std::string lies = good.substr(0, 400);
+    lies[0] = lies[1] = static_cast<char>(0xFF);
+    dir.write("lies.map", lies);
+    std::string wild = good.substr(0, 4000);
+    for (std::size_t i = 22; i < wild.size(); i++) wild[i] = static_cast<char>(i * 83);
+    dir.write("wild.map", wild);
+    dir.write("text2.map", "3 1 1 1 1 0\n1e38 nan\n-400 9999 x\n-5 1 1 1 1 0\n");
+    dir.write("self.lst", "fi:" + dir.file("self.lst") + "\n" + dir.file("self.lst") + "\n");
+    dir.write("odd.lst",
+              "[ [1 [a,b,c [9,8,7,6,5,4 >:: <<<< lalo lalo=0 lalo=-5:x lalo=1e-9 im: mf:absent rf: + - s+\n");
+    for (const char* name : {"absent.map", "empty.map", "text.map", "cut.map", "lies.map", "wild.map", "text2.map",
+                             "fi:self.lst", "fi:odd.lst", "fi:absent.lst", "fi:", ",,,", "mf:self.lst"}) {
+        std::string item = name;
+        const std::size_t prefix = item.find(':') == std::string::npos ? 0 : item.find(':') + 1;
+        if (item.size() > prefix && item[0] != ',') item = item.substr(0, prefix) + dir.file(item.substr(prefix));
+        const Outcome outcome = run_program(
+            dir.path(), "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=60 -mf '" + item + "' -de p,x.ps " + SAMPLE);
+        EXPECT_EQ(outcome.status, 0) << name << outcome.err;
+        EXPECT_TRUE(renders(dir.file("x.ps"))) << name;
+        EXPECT_GT(segments_of(read_page(dir.file("x.ps"))).size(), 300U) << name;
+    }
+}
+
+TEST(Wind, BadPairsLeaveTheRestOfThePage) {
+    const TempDir dir;
+    for (const char* variable :
+         {"wind<uwnd,absent>,hght::ln:in=60", "wind<absent,absent>,hght::ln:in=60", "wind<uwnd>,hght::ln:in=60",
+          "wind<>,hght::ln:in=60", "wind<uwnd,:850mb:vwnd>[kt:barb:sk=0:sc=-1],hght::ln:in=60",
+          "wind<uwnd,vwnd>[:strm:ss=0:cb=-3:mn=9e9],hght::ln:in=60"}) {
+        const Outcome outcome = run_program(
+            dir.path(), std::string("-me warn -ba -ft h24 -le 500 -de p,x.ps -va '") + variable + "' " + SAMPLE);
+        EXPECT_LT(outcome.status, 11) << variable << outcome.err;
+    }
+}
+
+}  // namespace
+}  // namespace zav::test
