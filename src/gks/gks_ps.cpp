@@ -22,6 +22,7 @@ namespace {
 constexpr float BLACK = 0.0F;
 constexpr float WHITE = 1.0F;
 constexpr float GREY = 0.7F;
+constexpr float SMALLEST_BASE = 0.001F;  // dots; stands for a base width of none
 constexpr int NO_COLOR = -9999;
 
 struct State {
@@ -82,6 +83,12 @@ void set_rgb(int color) {
     gps_printf("%4.2f %4.2f %4.2f setrgbcolor\n", red, grn, blu);
     state.ps_col_ind = color;
     state.gray_level = -1;
+}
+
+// The file's pen is one dot wide, whatever line width 1 stands for.
+void write_initial_width() {
+    gps_printf("1 dot lw\n");
+    state.line_width = 1 / std::max(state.base_width, SMALLEST_BASE);
 }
 
 void write_initial_color() { gps_printf(state.pr_color ? "0 0 0 setrgbcolor\n" : "0 setgray\n"); }
@@ -184,7 +191,7 @@ void gps_init() {
 void gps_init_file() {
     if (state.out.appended()) {
         write_initial_color();
-        gps_printf("1 dot lw\n");
+        write_initial_width();
         gps_printf("[] 0 setdash\n");
         write_plot_line();
         return;
@@ -194,7 +201,7 @@ void gps_init_file() {
     write_origin();
     write_initial_color();
     gps_printf("2 setlinejoin\n");
-    gps_printf("1 dot lw\n");
+    write_initial_width();
     gps_printf("[] 0 setdash\n");
     if (state.pr_scale != 1) gps_printf("%.2f %.2f scale\n", state.pr_scale, state.pr_scale);
     gps_printf("%%%%Begin plot\n");

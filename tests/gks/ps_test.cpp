@@ -211,6 +211,7 @@ TEST_F(Postscript, StateIsWrittenWhereItChanges) {
     const std::string file = dir.file("a.ps");
     draw_to(file + ",lwidth=2", [] {
         test::set_color(5, 0.5F, 0.5F, 0.5F);
+        gps_set_width(1, 1);  // the head's pen is one dot wide, not two
         gset_line_print_bold(2);
         for (int i = 0; i < 2; ++i) gps_set_width(1, 1.5F);
         for (int i = 0; i < 2; ++i) gps_set_width(504, 1.25F);
@@ -227,10 +228,10 @@ TEST_F(Postscript, StateIsWrittenWhereItChanges) {
         gset_fill_print_solid(0);
         for (const int type : {2, 2, 3, 4, 5, 9, 1}) gps_set_type(type);
     });
-    const std::vector<std::string> wanted = {"6.0 dot lw",          "5 dot lw",      "12 dot lw",     "2.0 dot lw",
-                                             "1 setgray",           ".7 setgray",    "0 setgray",     "0.500 setgray",
-                                             "1 setgray",           "0 setgray",     "[6] 0 setdash", "[3 6] 0 setdash",
-                                             "[6 6 3 6] 0 setdash", "[2] 0 setdash", "[] 0 setdash"};
+    const std::vector<std::string> wanted = {"2.0 dot lw",      "6.0 dot lw",          "5 dot lw",      "12 dot lw",
+                                             "2.0 dot lw",      "1 setgray",           ".7 setgray",    "0 setgray",
+                                             "0.500 setgray",   "1 setgray",           "0 setgray",     "[6] 0 setdash",
+                                             "[3 6] 0 setdash", "[6 6 3 6] 0 setdash", "[2] 0 setdash", "[] 0 setdash"};
     std::vector<std::string> lines = test::body_lines(file);
     lines.erase(lines.begin(), lines.begin() + 8);  // the clip
     lines.resize(wanted.size());
