@@ -165,7 +165,12 @@ int DATA_plot_begin() {
 
 int DATA_plot_start() {
     GPH_trans(2);
-    DATA_plot_begin();
+    // With panels to come and no map layer before them, the page as a whole has no map: each panel draws its own.
+    if (state.map == -1) {
+        DATA_new_frame();
+    } else {
+        DATA_plot_begin();
+    }
     state.panel = 0;
     return 0;
 }

@@ -116,6 +116,14 @@ TEST(Page, PanelsHaveTheirOwnMapsAndLabels) {
             EXPECT_TRUE(apart) << i << " and " << k;
         }
     }
+    // What is drawn before the first panel's border, its map and lines, stays in its quarter of the page.
+    for (const PagePath& line : page.lines) {
+        if (line.size() == 5 && line[2].x - line[0].x > 250.0) break;
+        for (const PagePoint& point : line) {
+            ASSERT_LT(point.x, 480.0);
+            ASSERT_GT(point.y, 200.0);
+        }
+    }
     const std::vector<std::string> texts = texts_of(dir.file("x.ps"));
     for (const char* label :
          {"500 mb Height (gpm)", "500 mb Temperature (C)", "Relative Humidity (%)", "Sea level Pressure (mb)"}) {
