@@ -5,14 +5,14 @@
 #include <string>
 
 #include "calc/grd_trans.h"
-#include "frame/install.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "gks/zavgks.h"
 #include "grid/grd_read.h"
-#include "map/map.h"
 #include "map/maptran.h"
-#include "plot/cont.h"
+#include "plot/background/map.h"
+#include "plot/contour/cont.h"
+#include "program/install.h"
 
 namespace {
 

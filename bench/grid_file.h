@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "frame/install.h"
 #include "frame/mess.h"
 #include "grid/grd_read.h"
+#include "program/install.h"
 
 /// Opens the grid file that a benchmark program walks through, with warnings alone shown. The handle, or -1.
 inline int open_grid_file(const std::string& name) {

@@ -8,11 +8,11 @@
 
 #include "frame/mess.h"
 #include "frame/string.h"
-#include "gks/gks_meta.h"
 #include "gks/gks_obj.h"
-#include "gks/gks_ps.h"
 #include "gks/gks_tran.h"
-#include "gks/gks_x11.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/ps/gks_ps.h"
+#include "gks/x11/gks_x11.h"
 
 namespace zav {
 namespace {

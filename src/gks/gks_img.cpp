@@ -4,7 +4,7 @@
 #include "gks/gks_img.h"
 
 #include "gks/gks.h"
-#include "gks/gks_ps.h"
+#include "gks/ps/gks_ps.h"
 #include "image/zavimg.h"
 
 namespace zav {

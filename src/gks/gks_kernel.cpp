@@ -10,13 +10,13 @@
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
 #include "gks/gks_loop.h"
-#include "gks/gks_meta.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_out.h"
-#include "gks/gks_ps.h"
 #include "gks/gks_text.h"
 #include "gks/gks_tran.h"
-#include "gks/gks_x11.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/ps/gks_ps.h"
+#include "gks/x11/gks_x11.h"
 
 namespace zav {
 namespace {

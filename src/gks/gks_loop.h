@@ -2,7 +2,7 @@
 
 /// Frames of a display and the loop over them. Frame numbers are 0 up, -1 the last, -2 the current, -3 the base pixmap.
 
-#include "gks/gks_x11.h"
+#include "gks/x11/gks_x11.h"
 
 namespace zav {
 

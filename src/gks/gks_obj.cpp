@@ -12,11 +12,11 @@
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
-#include "gks/gks_meta.h"
-#include "gks/gks_ps.h"
 #include "gks/gks_text.h"
 #include "gks/gks_ws.h"
-#include "gks/gks_x11.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/ps/gks_ps.h"
+#include "gks/x11/gks_x11.h"
 
 namespace zav {
 namespace {

@@ -2,11 +2,11 @@
 
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
-#include "gks/gks_meta.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_text_state.h"
 #include "gks/gks_tran.h"
-#include "gks/gks_x11.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/x11/gks_x11.h"
 
 namespace zav {
 namespace {

@@ -10,7 +10,7 @@
 #include "frame/system.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
-#include "gks/gks_x11.h"
+#include "gks/x11/gks_x11.h"
 #include "gks/zavgks.h"
 
 namespace zav {

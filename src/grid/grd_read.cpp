@@ -8,10 +8,10 @@
 
 #include "files/files.h"
 #include "frame/string.h"
-#include "grid/grd_cdf.h"
 #include "grid/grd_state.h"
 #include "grid/grd_tool.h"
-#include "grid/grib.h"
+#include "grid/grib/grib.h"
+#include "grid/netcdf/grd_cdf.h"
 
 namespace zav {
 namespace {

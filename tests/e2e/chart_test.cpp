@@ -9,11 +9,11 @@
 #include <sstream>
 
 #include "e2e/program.h"
-#include "frame/install.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
-#include "gks/gks_meta.h"
+#include "gks/meta/gks_meta.h"
 #include "gks/zavgks.h"
+#include "program/install.h"
 #include "support/support.h"
 
 namespace zav::test {

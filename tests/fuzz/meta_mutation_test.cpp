@@ -3,8 +3,8 @@
 #include <random>
 
 #include "frame/mess.h"
-#include "gks/gks_meta.h"
 #include "gks/kernel_scene.h"
+#include "gks/meta/gks_meta.h"
 
 namespace zav {
 namespace {

@@ -11,9 +11,9 @@
 
 #include "frame/resrc.h"
 #include "gks/gks_colr.h"
-#include "gks/gks_ps.h"
 #include "gks/gks_text.h"
 #include "gks/gks_ws.h"
+#include "gks/ps/gks_ps.h"
 #include "support/support.h"
 
 namespace zav::test {

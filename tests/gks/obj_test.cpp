@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "gks/gks_meta.h"
 #include "gks/kernel_scene.h"
+#include "gks/meta/gks_meta.h"
 
 namespace zav {
 namespace {

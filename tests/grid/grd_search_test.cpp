@@ -10,12 +10,12 @@
 #include <random>
 
 #include "frame/flag.h"
-#include "frame/install.h"
 #include "frame/resrc.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
+#include "program/install.h"
 #include "support/support.h"
 
 namespace zav {

@@ -1,0 +1,283 @@
+// Playback of a text metafile through the kernel, onto whatever workstation is open.
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "files/files.h"
+#include "frame/mess.h"
+#include "gks/gks.h"
+#include "gks/gks_colr.h"
+#include "gks/gks_text.h"
+#include "gks/meta/gks_meta.h"
+
+namespace zav {
+namespace {
+
+constexpr std::size_t LARGEST_FILE = std::size_t{1} << 30;  // bytes; ends the reading of a source without an end
+constexpr std::size_t WORD_LENGTH = 9;
+constexpr std::size_t TEXT_LENGTH = 100;
+constexpr std::size_t POINT_BYTES = 3;  // the least that "x,y" takes
+
+/// Walks over the text of a metafile. The calls that take something give nothing where the text doesn't hold it.
+class Reader {
+  public:
+    explicit Reader(std::string text) : text_(std::move(text)) {}
+
+    bool at_end() {
+        skip_space();
+        return place_ >= text_.size();
+    }
+
+    std::size_t bytes_left() const { return text_.size() - place_; }
+
+    /// The next word; of a longer one the first characters.
+    std::string word() {
+        const std::size_t start = place_;
+        while (place_ < text_.size() && !is_space(text_[place_])) ++place_;
+        return text_.substr(start, std::min(place_ - start, WORD_LENGTH));
+    }
+
+    void skip_line() {
+        const std::size_t end = text_.find('\n', place_);
+        place_ = end == std::string::npos ? text_.size() : end + 1;
+    }
+
+    std::optional<int> integer() {
+        skip_space();
+        const char* start = text_.c_str() + place_;
+        char* end = nullptr;
+        const long value = std::strtol(start, &end, 10);
+        if (end == start) return std::nullopt;
+        place_ += static_cast<std::size_t>(end - start);
+        return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
+    }
+
+    std::optional<float> number() {
+        skip_space();
+        const char* start = text_.c_str() + place_;
+        char* end = nullptr;
+        const float value = std::strtof(start, &end);
+        if (end == start) return std::nullopt;
+        place_ += static_cast<std::size_t>(end - start);
+        return value;
+    }
+
+    std::optional<Gpt> point() {
+        const std::optional<float> x = number();
+        if (!x || place_ >= text_.size() || text_[place_] != ',') return std::nullopt;
+        ++place_;
+        const std::optional<float> y = number();
+        if (!y) return std::nullopt;
+        return Gpt{*x, *y};
+    }
+
+    /// Four numbers in the file's order: both low limits first.
+    std::optional<Glim> limits() {
+        const std::optional<Gpt> low = pair();
+        const std::optional<Gpt> high = low ? pair() : std::nullopt;
+        if (!high) return std::nullopt;
+        return Glim{low->x, high->x, low->y, high->y};
+    }
+
+    /// The rest of the line behind blanks, cut where it is too long for a text.
+    std::string rest_of_line() {
+        while (place_ < text_.size() && (text_[place_] == ' ' || text_[place_] == '\t')) ++place_;
+        const std::size_t start = place_;
+        skip_line();
+        std::size_t end = place_;
+        while (end > start && (text_[end - 1] == '\n' || text_[end - 1] == '\r')) --end;
+        return text_.substr(start, std::min(end - start, TEXT_LENGTH));
+    }
+
+  private:
+    static bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+    void skip_space() {
+        while (place_ < text_.size() && is_space(text_[place_])) ++place_;
+    }
+
+    std::optional<Gpt> pair() {
+        const std::optional<float> a = number();
+        const std::optional<float> b = a ? number() : std::nullopt;
+        if (!b) return std::nullopt;
+        return Gpt{*a, *b};
+    }
+
+    std::string text_;
+    std::size_t place_ = 0;
+};
+
+// Items. Each reads its arguments and makes its call; false if the arguments aren't there.
+
+template <int (*set)(Gint)>
+bool play_integer(Reader& in) {
+    const std::optional<int> value = in.integer();
+    if (value) set(*value);
+    return value.has_value();
+}
+
+template <int (*set)(Gfloat)>
+bool play_number(Reader& in) {
+    const std::optional<float> value = in.number();
+    if (value) set(*value);
+    return value.has_value();
+}
+
+template <int (*set)(Gint, const Glim*)>
+bool play_limits(Reader& in) {
+    const std::optional<int> number = in.integer();
+    const std::optional<Glim> limits = number ? in.limits() : std::nullopt;
+    if (limits) set(*number, &*limits);
+    return limits.has_value();
+}
+
+int ignore_limits(Gint, const Glim*) { return 0; }
+
+template <int (*draw)(Gint, const Gpt*)>
+bool play_points(Reader& in) {
+    const std::optional<int> count = in.integer();
+    if (!count || *count < 0) return false;
+    const auto wanted = static_cast<std::size_t>(*count);
+    if (wanted > in.bytes_left() / POINT_BYTES) {
+        MESS_print(MESS_WARN, "gread_metafile: Point list is longer than the file: %d\n", *count);
+        return false;
+    }
+    std::vector<Gpt> points;
+    points.reserve(wanted);
+    while (points.size() < wanted) {
+        const std::optional<Gpt> point = in.point();
+        if (!point) return false;
+        points.push_back(*point);
+    }
+    draw(*count, points.data());
+    return true;
+}
+
+bool play_text(Reader& in) {
+    const std::optional<Gpt> place = in.point();
+    if (!place) return false;
+    gtext(&*place, in.rest_of_line());
+    return true;
+}
+
+bool play_color(Reader& in) {
+    const std::optional<int> workstation = in.integer();
+    const std::optional<int> index = workstation ? in.integer() : std::nullopt;
+    if (!index) return false;
+    Gcolr_rep rep;
+    for (Gfloat* part : {&rep.red, &rep.green, &rep.blue}) {
+        const std::optional<float> value = in.number();
+        if (!value) return false;
+        *part = *value;
+    }
+    gset_colr_rep(1, *index, &rep);
+    return true;
+}
+
+bool play_up_vector(Reader& in) {
+    const std::optional<Gpt> up = in.point();
+    if (up) gset_char_up_vec(&*up);
+    return up.has_value();
+}
+
+bool play_alignment(Reader& in) {
+    const std::optional<int> hor = in.integer();
+    const std::optional<int> vert = hor ? in.integer() : std::nullopt;
+    if (!vert) return false;
+    Gtext_align align;
+    align.hor = *hor;
+    align.vert = *vert;
+    gset_text_align(&align);
+    return true;
+}
+
+bool play_font(Reader& in) {
+    const std::optional<int> font = in.integer();
+    const std::optional<int> prec = font ? in.integer() : std::nullopt;
+    if (!prec) return false;
+    Gfontprec fontprec;
+    fontprec.font = *font;
+    fontprec.prec = *prec;
+    gset_fontprec(&fontprec);
+    return true;
+}
+
+struct Item {
+    const char* word;
+    bool (*play)(Reader& in);
+};
+
+constexpr Item ITEMS[] = {
+    {"WS_WIN", play_limits<ignore_limits>},
+    {"WIN", play_limits<gset_win>},
+    {"VP", play_limits<gset_vp>},
+    {"TR", play_integer<gsel_norm_tran>},
+    {"PL", play_points<gpolyline>},
+    {"PM", play_points<gpolymarker>},
+    {"FA", play_points<gfill_area>},
+    {"TE", play_text},
+    {"CLR", play_color},
+    {"PL_CLR", play_integer<gset_line_colr_ind>},
+    {"PL_LW", play_number<gset_linewidth>},
+    {"PL_TYPE", play_integer<gset_linetype>},
+    {"PM_CLR", play_integer<gset_marker_colr_ind>},
+    {"PM_SIZE", play_number<gset_marker_size>},
+    {"PM_WDTH", play_number<gset_marker_width>},
+    {"PM_TYPE", play_integer<gset_marker_type>},
+    {"FA_CLR", play_integer<gset_fill_colr_ind>},
+    {"FA_INT", play_integer<gset_fill_int_style>},
+    {"FA_ST", play_integer<gset_fill_style_ind>},
+    {"TE_CLR", play_integer<gset_text_colr_ind>},
+    {"TE_HGHT", play_number<gset_char_ht>},
+    {"TE_EXP", play_number<gset_expan>},
+    {"TE_WDTH", play_number<gset_text_width>},
+    {"TE_SPC", play_number<gset_space>},
+    {"TE_CSPC", play_number<gset_char_space>},
+    {"TE_UP", play_up_vector},
+    {"TE_ALGN", play_alignment},
+    {"TE_FNT", play_font},
+};
+
+const Item* find_item(const std::string& word) {
+    for (const Item& item : ITEMS) {
+        if (word == item.word) return &item;
+    }
+    return nullptr;
+}
+
+std::optional<std::string> read_whole(const std::string& filename) {
+    const file_ptr file = FILE_open_data(filename);
+    if (!file) return std::nullopt;
+    std::string text;
+    std::vector<char> block(1 << 16);
+    while (text.size() < LARGEST_FILE) {
+        const std::size_t count = std::fread(block.data(), 1, block.size(), file.get());
+        if (count == 0) break;
+        text.append(block.data(), count);
+    }
+    return text;
+}
+
+}  // namespace
+
+int gread_metafile(const std::string& filename) {
+    std::optional<std::string> text = read_whole(filename);
+    if (!text) {
+        MESS_print(MESS_WARN, "gread_metafile: Unable to open image file: %s\n", filename.c_str());
+        return 0;
+    }
+    Reader in(std::move(*text));
+    in.skip_line();
+    while (!in.at_end()) {
+        const Item* item = find_item(in.word());
+        if (item == nullptr || !item->play(in)) in.skip_line();
+    }
+    return 0;
+}
+
+}  // namespace zav

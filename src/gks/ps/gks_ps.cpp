@@ -1,0 +1,321 @@
+// PostScript output: the file, the state of the page, and paths.
+
+#include "gks/ps/gks_ps.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdarg>
+#include <ctime>
+#include <string_view>
+
+#include "frame/mess.h"
+#include "gks/gks_colr.h"
+#include "gks/gks_out.h"
+#include "gks/gks_tran.h"
+#include "gks/gks_ws.h"
+
+namespace zav {
+namespace {
+
+constexpr float BLACK = 0.0F;
+constexpr float WHITE = 1.0F;
+constexpr float GREY = 0.7F;
+constexpr float SMALLEST_BASE = 0.001F;  // dots; stands for a base width of none
+constexpr int NO_COLOR = -9999;
+
+struct State {
+    Gout_file out;
+    int pr_color = 0;  ///< colour output; else grey
+    int pr_rev = 0;    ///< reverse the grey scale
+    int pr_port = 0;   ///< portrait; else landscape
+    int pr_eps = 0;
+    float pr_scale = 1;
+    float sx = 11, sy = 8.5F;  ///< paper, inches
+    float base_width = 1;      ///< dots of line width 1
+    float line_width = 1;      ///< last one written, as a multiple of base_width
+    int line_type = 1;         ///< last one written
+    std::array<float, GCOLR_COUNT> gray{};
+    float gray_level = 0;  ///< present grey, -1 while in colour
+    int ps_col_ind = -1;   ///< present colour index
+};
+State state;
+
+bool in_table(int ind) { return ind >= 0 && ind < GCOLR_COUNT; }
+
+/// Width of a pseudo-colour: 1, 2 or 4 times the normal one. 1 for other colours.
+int pseudo_width(int color) {
+    constexpr std::array<int, 3> widths = {1, 2, 4};
+    if (color < GCOLR_PSEUDO_FIRST || color > GCOLR_PSEUDO_LAST) return 1;
+    return widths[(color - GCOLR_PSEUDO_FIRST) % 3];
+}
+
+void set_gray(float level, const char* text) {
+    if (state.gray_level == level) return;
+    gps_printf("%s setgray\n", text);
+    state.gray_level = level;
+}
+
+/// Black, white or grey 0.7. False for a colour of the table.
+bool set_pseudo_color(int color) {
+    if (color < GCOLR_PSEUDO_FIRST || color > GCOLR_PSEUDO_LAST) return false;
+    switch ((color - GCOLR_PSEUDO_FIRST) / 3) {
+        case 0:
+            set_gray(BLACK, "0");
+            break;
+        case 1:
+            set_gray(WHITE, "1");
+            break;
+        default:
+            set_gray(GREY, ".7");
+            break;
+    }
+    return true;
+}
+
+void set_rgb(int color) {
+    if (color == state.ps_col_ind && state.gray_level < 0) return;
+    float red = 0;
+    float grn = 0;
+    float blu = 0;
+    gget_color_rgb(color, &red, &grn, &blu);
+    gps_printf("%4.2f %4.2f %4.2f setrgbcolor\n", red, grn, blu);
+    state.ps_col_ind = color;
+    state.gray_level = -1;
+}
+
+// The file's pen is one dot wide, whatever line width 1 stands for.
+void write_initial_width() {
+    gps_printf("1 dot lw\n");
+    state.line_width = 1 / std::max(state.base_width, SMALLEST_BASE);
+}
+
+void write_initial_color() { gps_printf(state.pr_color ? "0 0 0 setrgbcolor\n" : "0 setgray\n"); }
+
+void write_plot_line() { gps_printf("%%%%ZAV Plot: %s\n", gout_line(gget_win_title()).c_str()); }
+
+void write_comments() {
+    if (state.pr_eps) {
+        gps_printf("%%!PS-Adobe-3.0 EPSF-3.0\n");
+        gps_printf(state.pr_port ? "%%%%BoundingBox: 0 0 756 576\n" : "%%%%BoundingBox: 0 0 576 756\n");
+    } else {
+        gps_printf("%%!PS-Adobe-1.0\n");
+    }
+    gps_printf("%%%%Title: ZAV Graphics Display: %s\n", gout_line(gget_win_title()).c_str());
+    gps_printf("%%%%Creator: ZAV Postscript Processor-2.0\n");
+    const std::time_t now = std::time(nullptr);
+    const char* date = std::ctime(&now);
+    gps_printf("%%%%CreationDate: %s", date != nullptr ? date : "\n");
+    gps_printf("%%%%EndComments\n");
+}
+
+void write_dictionary() {
+    gps_printf("%%%%Postscript initialization\n");
+    if (!state.pr_eps) gps_printf("30 dict begin\n/saveobj save def\n");
+    gps_printf("/inch {72 mul} def\n");
+    gps_printf("/dot {.33 mul} def\n");
+    gps_printf("/mv {moveto} def\n");
+    gps_printf("/ln {lineto} def\n");
+    gps_printf("/lw {setlinewidth} def\n");
+    gps_printf("/np {newpath} def\n");
+    gps_printf("/cp {closepath} def\n");
+}
+
+void write_origin() {
+    if (!state.pr_port) {
+        gps_printf("90 rotate\n");
+        if (state.pr_eps) {
+            gps_printf("0. inch -%.2f inch translate\n", state.sy);
+        } else {
+            gps_printf(".25 inch -%.2f inch translate\n", state.sy - 0.25);
+        }
+    } else if (!state.pr_eps) {
+        gps_printf(".25 inch .25 inch translate\n");
+    }
+}
+
+/// A number with two decimals at `at`; the place behind it. A hundred times a float is exact in a double, so rounding
+/// that to even gives the digits of printf's "%.2f".
+char* put_number(char* at, char* end, float value) {
+    constexpr float most = 1e7F;
+    if (!(std::fabs(value) < most)) return std::to_chars(at, end, value, std::chars_format::fixed, 2).ptr;
+    const auto hundredths = static_cast<int>(std::nearbyint(std::fabs(static_cast<double>(value)) * 100.0));
+    if (std::signbit(value)) *at++ = '-';
+    at = std::to_chars(at, end, hundredths / 100).ptr;
+    *at++ = '.';
+    *at++ = static_cast<char>('0' + hundredths / 10 % 10);
+    *at++ = static_cast<char>('0' + hundredths % 10);
+    return at;
+}
+
+/// A point and its operator: the text of printf's "%3.2f %3.2f", made without its cost, as a page holds tens of
+/// thousands of them.
+void put_point(float x, float y, std::string_view action) {
+    constexpr std::size_t longest = 48;  // digits of the largest float, its decimals and sign
+    std::array<char, 2 * longest> text;
+    char* const end = text.data() + text.size();
+    char* at = put_number(text.data(), end, x);
+    *at++ = ' ';
+    at = put_number(at, end, y);
+    at = std::copy(action.begin(), action.end(), at);
+    state.out.write(text.data(), static_cast<std::size_t>(at - text.data()));
+}
+
+}  // namespace
+
+bool gps_open_file(const std::string& filename) {
+    const Gout_mode mode = gout_mode(filename);
+    const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
+    switch (mode) {
+        case Gout_mode::pipe:
+            MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name);
+            break;
+        case Gout_mode::append:
+            MESS_print(MESS_PROGRESS, "Appending to: %s\n", name);
+            break;
+        case Gout_mode::create:
+            MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
+            break;
+    }
+    return state.out.open(filename);
+}
+
+void gps_init() {
+    state.gray_level = 0;
+    state.ps_col_ind = -1;
+    state.line_width = 1;
+    state.line_type = 1;  // the file's head sets solid lines
+}
+
+void gps_init_file() {
+    if (state.out.appended()) {
+        write_initial_color();
+        write_initial_width();
+        gps_printf("[] 0 setdash\n");
+        write_plot_line();
+        return;
+    }
+    write_comments();
+    write_dictionary();
+    write_origin();
+    write_initial_color();
+    gps_printf("2 setlinejoin\n");
+    write_initial_width();
+    gps_printf("[] 0 setdash\n");
+    if (state.pr_scale != 1) gps_printf("%.2f %.2f scale\n", state.pr_scale, state.pr_scale);
+    gps_printf("%%%%Begin plot\n");
+    write_plot_line();
+}
+
+int gps_close_file() {
+    if (!state.out.is_open()) return -1;
+    gps_printf("%%%%End of plot\n");
+    if (!state.out.appended()) {
+        if (!state.pr_eps) gps_printf("saveobj restore\n");
+        gps_printf("showpage\n");
+        if (!state.pr_eps) gps_printf("end\n");
+        gps_printf("%%%%EOF\n");
+    }
+    if (!state.out.close("gps_close_file")) return -1;
+    MESS_print(MESS_PROGRESS, "Created Postscript file\n");
+    return 0;
+}
+
+void gps_set_size(float x, float y) {
+    state.sx = x;
+    state.sy = y;
+}
+
+void gps_set_EPS(int eps) { state.pr_eps = eps; }
+void gps_set_orient(int portrait) { state.pr_port = portrait; }
+void gps_set_scale(float scale) { state.pr_scale = scale; }
+void gps_set_colorPS(int color) { state.pr_color = color; }
+int gps_get_colorPS() { return state.pr_color; }
+void gps_set_reverse(int reverse) { state.pr_rev = reverse; }
+void gps_set_base_width(int width) { state.base_width = static_cast<float>(width); }
+
+void gps_set_color_rep(int ind, float red, float green, float blue) {
+    if (!in_table(ind)) return;
+    const float gray = static_cast<float>((0.9 * red + green + 0.8 * blue) / 2.7);
+    state.gray[ind] = state.pr_rev ? 1 - gray : gray;
+    if (ind == state.ps_col_ind) state.ps_col_ind = NO_COLOR;  // the next use writes its new components
+}
+
+float gps_get_gray(int ind) { return in_table(ind) ? state.gray[ind] : 0; }
+
+void gps_set_color(int color) {
+    if (set_pseudo_color(color)) return;
+    if (state.pr_color) {
+        set_rgb(color);
+    } else {
+        set_gray(BLACK, "0");
+    }
+}
+
+void gps_set_fill_color(int color) {
+    if (state.pr_color) {
+        if (!set_pseudo_color(color)) set_rgb(color);
+        return;
+    }
+    if (gget_fill_print_solid()) {
+        gps_printf("0 setgray\n");
+        state.gray_level = 0;
+        return;
+    }
+    if (color == GCOLR_BACK) {
+        set_gray(WHITE, "1");
+        return;
+    }
+    if (set_pseudo_color(color)) return;
+    const float gray = gps_get_gray(color);
+    if (gray == state.gray_level) return;
+    gps_printf("%3.3f setgray\n", gray);
+    state.gray_level = gray;
+}
+
+void gps_set_width(int color, float width) {
+    const int factor = pseudo_width(color);
+    const float multiple = factor == 1 ? static_cast<float>(gget_line_print_bold()) : static_cast<float>(factor);
+    if (multiple * width == state.line_width) return;
+    const float dots = multiple * state.base_width * width;
+    if (factor == 1) {
+        gps_printf("%2.1f dot lw\n", dots);
+    } else {
+        gps_printf("%d dot lw\n", gtruncate(dots));
+    }
+    state.line_width = multiple * width;
+}
+
+void gps_set_type(int type) {
+    if (type == state.line_type) return;
+    state.line_type = type;
+    constexpr std::array<const char*, 5> dashes = {"[]", "[6]", "[3 6]", "[6 6 3 6]", "[2]"};
+    if (type >= 1 && type <= static_cast<int>(dashes.size())) gps_printf("%s 0 setdash\n", dashes[type - 1]);
+}
+
+void gps_printf(const char* format, ...) {
+    if (!state.out.is_open()) return;
+    std::va_list args;
+    va_start(args, format);
+    state.out.vprintf(format, args);
+    va_end(args);
+}
+
+void gps_move(float x, float y) { gps_move_abs(xW_ps(x), yW_ps(y)); }
+void gps_line(float x, float y) { gps_line_abs(xW_ps(x), yW_ps(y)); }
+void gps_move_abs(float x, float y) { put_point(x, y, " mv\n"); }
+void gps_line_abs(float x, float y) { put_point(x, y, " ln\n"); }
+
+void gps_clip(float left, float bottom, float right, float top) {
+    gps_printf("initclip\n");
+    gps_printf("np\n");
+    gps_move_abs(left, bottom);
+    gps_line_abs(left, top);
+    gps_line_abs(right, top);
+    gps_line_abs(right, bottom);
+    gps_printf("cp\n");
+    gps_printf("clip\n");
+}
+
+}  // namespace zav

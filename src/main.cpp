@@ -1,3 +1,0 @@
-#include "frame/grd_plt.h"
-
-int main(int argc, char** argv) { return zav::GRD_main(argc, argv); }

@@ -1,0 +1,230 @@
+// Items of the map list: one piece of the background with the conditions under which it is drawn.
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "files/files.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "frame/string.h"
+#include "frame/tools.h"
+#include "gks/gks.h"
+#include "gks/gks_img.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/zavgks.h"
+#include "plot/background/map.h"
+#include "plot/background/map_state.h"
+#include "plot/page/colors.h"
+#include "plot/page/plt_tool.h"
+#include "plot/station/raw_plt.h"
+
+namespace zav {
+namespace {
+
+constexpr int DASHED = 4;
+
+bool begins(const std::string& text, const char* word) { return text.rfind(word, 0) == 0; }
+
+/// True if `word` is a number and nothing else.
+bool is_number(const std::string& word, float& value) {
+    char* end = nullptr;
+    value = std::strtof(word.c_str(), &end);
+    return end != word.c_str() && *end == '\0';
+}
+
+// ---- what stands in front of an item
+
+/// Takes the prefix off. False if the item belongs to another pass.
+bool in_pass(std::string& spec) {
+    int pass = MAP_PASS_PLAIN;
+    if (spec[0] == '-') pass = MAP_PASS_UNDER;
+    if (spec[0] == '+') pass = MAP_PASS_OVER;
+    if (pass != MAP_PASS_PLAIN) spec.erase(0, 1);
+    return (map_background.over & pass) != 0;
+}
+
+/// Region lines make a list of which the first block that holds is drawn.
+void open_region(const std::string& spec) {
+    constexpr float ANY_SIZE = 1000.0F;
+    int& found = map_background.reg_found;
+    if (found == 2) {
+        found = -1;
+        return;
+    }
+    float lat1 = 0.0F;
+    float lat2 = 0.0F;
+    float lon1 = 0.0F;
+    float lon2 = 0.0F;
+    float size = ANY_SIZE;
+    if (std::sscanf(spec.c_str() + 1, "%f,%f,%f,%f,%f", &lat1, &lat2, &lon1, &lon2, &size) < 4) {
+        found = 2;
+        return;
+    }
+    if (lat1 > lat2) std::swap(lat1, lat2);
+    if (lon1 > lon2) std::swap(lon1, lon2);
+    const float lat = MAP_get_clat();
+    const float lon = MAP_get_clon();
+    if (lat >= lat1 && lat <= lat2 && lon >= lon1 && lon <= lon2 && MAP_get_vert() <= size) {
+        found = 2;
+    } else if (found == 1) {
+        found = 0;
+    }
+}
+
+/// A condition on the plot's height in map units, and a second, opposite one.
+struct Scale_form {
+    const char* mark;
+    bool at_least;
+    char second;  ///< mark of an opposite bound that may follow, 0 for none
+};
+/// In the order in which they are looked for, so that one text can hold two of them.
+constexpr Scale_form SCALE_FORMS[] = {
+    {"s+", true, 0}, {">", true, '<'}, {"s-", false, 0}, {"<", false, '>'}, {"s+", true, 0}, {">", true, 0},
+};
+
+/// Takes the conditions off the text. False if one of them doesn't hold.
+bool scale_fits(std::string& spec) {
+    const float vert = MAP_get_vert();
+    for (const Scale_form& form : SCALE_FORMS) {
+        if (!begins(spec, form.mark)) continue;
+        const std::size_t end = spec.find(':');
+        const std::string text = spec.substr(0, end).substr(std::char_traits<char>::length(form.mark));
+        spec.erase(0, end == std::string::npos ? end : end + 1);
+        char* rest = nullptr;
+        const float size = std::strtof(text.c_str(), &rest);
+        if (form.at_least ? vert < size : vert > size) return false;
+        if (form.second == 0 || *rest != form.second) continue;
+        const float size2 = std::strtof(rest + 1, nullptr);
+        if (form.at_least ? vert > size2 : vert < size2) return false;
+    }
+    return true;
+}
+
+// ---- items; `text` is what follows the item's word
+
+int draw_image(const std::string& text) {
+    constexpr int NAME_LENGTH = 49;
+    const std::size_t cut = text.find(':');
+    const std::string file = text.substr(0, cut);
+    char format[NAME_LENGTH + 1] = "";
+    int x = 0;
+    int y = 0;
+    if (cut != std::string::npos && std::sscanf(text.c_str() + cut, ":%49[^:]:%8d:%8d", format, &x, &y) < 1) {
+        std::sscanf(text.c_str() + cut, "::%8d:%8d", &x, &y);
+    }
+    PLT_mess("Map-image: %s", file.c_str());
+    goverlay_image_file(FILE_add_path(RES_get("image_path"), file), format[0] == '\0' ? nullptr : format, x, y);
+    return 0;
+}
+
+int draw_window_image(const std::string& text) {
+    GPH_trans(1);
+    draw_image(text);
+    GPH_trans(2);
+    return 0;
+}
+
+int draw_metafile(const std::string& text) {
+    PLT_mess("Map-metafile: %s", text.c_str());
+    gread_metafile(text);
+    return 0;
+}
+
+int draw_raw_file(const std::string& text) {
+    PLT_mess("Map-rawfile: %s", text.c_str());
+    RAW_plot_file(FILE_add_path(RES_get("file_path"), text), 0);
+    return 0;
+}
+
+/// `text`: a separator, dlat[:dlon][:attributes].
+int draw_lines(const std::string& text) {
+    constexpr float USUAL_STEP = 5.0F;
+    std::string rest = text.empty() ? "" : text.substr(1);
+    float steps[2] = {USUAL_STEP, USUAL_STEP};
+    for (int i = 0; i < 2; ++i) {
+        const std::size_t cut = rest.find(':');
+        float value = 0.0F;
+        if (!is_number(rest.substr(0, cut), value)) {
+            // An empty first place keeps the usual step.
+            if (i == 0 && cut == 0) rest.erase(0, 1);
+            break;
+        }
+        for (int k = i; k < 2; ++k) steps[k] = value;
+        rest.erase(0, cut == std::string::npos ? cut : cut + 1);
+    }
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    attrib.style = DASHED;
+    if (!rest.empty()) {
+        ATTRIB_parse(rest, &attrib);
+    } else {
+        ATTRIB_get("color_line", "magenta:s4", &attrib);
+    }
+    GPH_line_attr(&attrib);
+    GPH_text_attr(&attrib, map_text_height());
+    if (attrib.color != CLR_NONE) MAP_lines(steps[0], steps[1]);
+    return 0;
+}
+
+/// `text`: file[:attributes].
+int draw_map_file(const std::string& text) {
+    constexpr std::size_t BLOCK = 1U << 16U;
+    const std::size_t cut = text.find(':');
+    const std::string name = text.substr(0, cut);
+    const std::string attributes = cut == std::string::npos ? "" : text.substr(cut + 1);
+    GPH_line_attr(nullptr);
+    GPH_fill_attr(nullptr);
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    if (!attributes.empty()) {
+        ATTRIB_parse(attributes, &attrib);
+    } else if (!map_background.format.empty()) {
+        ATTRIB_parse(map_background.format, &attrib);
+    } else if (map_background.fill_cont != 0) {
+        ATTRIB_get("color_cmap", "black", &attrib);
+    } else {
+        ATTRIB_get("color_map", "red", &attrib);
+    }
+    GPH_line_attr(&attrib);
+    if (attrib.fill_pat != MISS) {
+        GPH_fill_attr(&attrib);
+        map_background.fill = true;
+    }
+    const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
+    if (file == nullptr) {
+        MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
+        return -1;
+    }
+    PLT_mess("Map: %s", name.c_str());
+    std::setvbuf(file.get(), nullptr, _IOFBF, BLOCK);
+    if (attrib.color != CLR_NONE) MAP_map(file.get());
+    return 0;
+}
+
+struct Item {
+    const char* word;
+    int (*draw)(const std::string& text);
+};
+constexpr Item ITEMS[] = {
+    {"im:", draw_image},    {"if:", draw_window_image}, {"mf:", draw_metafile},
+    {"rf:", draw_raw_file}, {"lalo", draw_lines},       {"", draw_map_file},
+};
+
+}  // namespace
+
+int MAP_process(const std::string& str) {
+    if (str.empty()) return -1;
+    std::string spec = str;
+    if (!in_pass(spec)) return -1;
+    if (begins(spec, "[")) {
+        open_region(spec);
+        return -1;
+    }
+    if (map_background.reg_found < 1 || !scale_fits(spec) || spec.empty()) return -1;
+    const Item* item =
+        std::find_if(std::begin(ITEMS), std::end(ITEMS), [&](const Item& i) { return begins(spec, i.word); });
+    return item->draw(spec.substr(std::char_traits<char>::length(item->word)));
+}
+
+}  // namespace zav

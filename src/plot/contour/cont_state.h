@@ -1,0 +1,237 @@
+#pragma once
+
+/// State that the units of the contour layer share. Private to plot/cont*.cpp and their tests.
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "frame/zav.h"
+#include "gks/gks.h"
+#include "gks/gks_text.h"
+#include "map/maptran.h"
+#include "plot/contour/cont.h"
+#include "plot/page/colors.h"
+
+namespace zav {
+
+/// Longest text of a level label.
+constexpr int CONT_LABEL_LENGTH = 9;
+/// Variables whose choices are remembered from plot to plot.
+constexpr int CONT_VARIABLES = 60;
+
+/// Values of `dz` that stand for no crossing.
+constexpr float DZ_CORNER = -1.0F;  ///< the level passes through the corner that belongs to another side
+constexpr float DZ_NONE = -2.0F;    ///< the level doesn't cross the side
+constexpr float DZ_FLAT = -3.0F;    ///< both ends of the side are equal
+
+/// Marks in `cross`.
+constexpr int NO_CROSSING = -1;    ///< evaluated, doesn't cross
+constexpr int NOT_EVALUATED = -2;  ///< no level below has been evaluated in this cell
+
+/// Start of the part of `pt` that holds the level below.
+constexpr int LOWER = 10;
+
+/// Most levels of a plot in interval mode. More can't be told apart on any page, and an interval so small that adding
+/// it to a level changes nothing would never get through the range, which stays blank beyond them.
+constexpr int CONT_MOST_LEVELS = 100000;
+
+/// Interval of the last level of a list, which reaches past all values.
+constexpr float CONT_LAST_INTERVAL = 1000000.0F;
+
+/// A saddle's lines run about corners 1 and 2 from this measure on.
+constexpr float SADDLE_MIDDLE = 2.0F;
+
+/// Settings, levels and bands, as the set-up leaves them for the engine.
+struct Cont_settings {
+    int cont_type = MISS;                             ///< 12 line, 15 fill, 16 both, 17 values
+    float intrvl = FMISS;                             ///< 0 and below ask for an automatic one
+    std::array<float, CONT_LEVELS + 1> cont_value{};  ///< explicit levels; FMISS in entry 0: interval mode
+    std::array<std::string, CONT_LEVELS> cont_label;  ///< text of each level in the bar
+    int num_cont = MISS;                              ///< levels to walk
+    float conlo = FMISS;                              ///< lowest level
+    float conhi = FMISS;                              ///< end of the level range
+    float base = FMISS;                               ///< contour base given by the user
+    float cbase = FMISS;                              ///< base in force
+    float grid_min = FMISS;
+    float grid_max = FMISS;
+    float min_cut = FMISS;  ///< values outside the cuts are not contoured
+    float max_cut = FMISS;
+    int dash = 0;                                         ///< 0 solid, 1 dashed, -1 low values dashed
+    std::array<Gattribs, CONT_LEVELS + 1> fill_attrib{};  ///< one a band; colour -2 ends, -1: the band is off
+    int color_num = MISS;                                 ///< entries in fill_attrib
+    int color_fill_set = 0;                               ///< 1 once fill_attrib is built
+    int fill_pat = MISS;                                  ///< fill pattern for all bands
+    Gattribs ln_cont_attr;
+    std::string format;        ///< plot format, at most 99 characters
+    std::string num_form;      ///< numeric format of value plots, at most 9 characters
+    float scale = 1.0F;        ///< text scale of labels
+    int label_skip = 2;        ///< every which line is labelled
+    int ext_radius = 2;        ///< search radius of extremes
+    int x_label_space = MISS;  ///< label spacing in grid points
+    int y_label_space = MISS;
+    int x_skip = 1;  ///< step of value plots
+    int y_skip = 1;
+    float x_off = 0.0F;  ///< offset of value plots, in heights of the map
+    float y_off = 0.0F;
+    int rot_label = 0;       ///< 1: labels run along the line
+    int mapcon = 0;          ///< 1: map under the contours
+    int max_line_fact = -2;  ///< limit on lines in a cell
+    int plt_bar = 0;         ///< bar request: 1 levels, 2 parameter, 3 format, -2 none
+    int draw_grid = 0;
+    int over = 0;                                  ///< overlay index
+    std::array<int, CONT_VARIABLES> cont_types{};  ///< memory by variable
+    std::array<int, CONT_VARIABLES> dashs{};
+    std::array<float, CONT_VARIABLES> intrvls{};
+    std::array<float, CONT_VARIABLES> bases{};
+    CONT_event callback = nullptr;
+    GRD_report* grd_ptr = nullptr;  ///< grid being set up, owned by the grid table
+};
+
+/// The colour bar.
+struct Cont_bar {
+    Glim bar_lim{};         ///< rectangle in page coordinates
+    float bar_inc = 0.0F;   ///< width of a box, 0 before a bar is drawn
+    float bar_min = FMISS;  ///< value range of the bar
+    float bar_max = FMISS;
+};
+
+/// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
+/// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
+struct Cont_engine {
+    std::array<float, 4> x{};  ///< plot positions of the corners
+    std::array<float, 4> y{};
+    std::array<float, 4> z{};    ///< values at the corners
+    std::array<float, 4> dz{};   ///< fraction at which the level crosses each side, or a DZ_ value
+    int numsides = 0;            ///< sides that count as crossed: 0, 2, 4
+    std::array<int, 8> cross{};  ///< crossed sides of this level (0 to 3) and of the one below (4 to 7)
+    float total = 0.0F;          ///< saddle measure of this level
+    float ptotal = 0.0F;         ///< and of the evaluation before
+    std::array<Gpt, 14> pt{};    ///< 0 up: polygon at work; 10 to 13: crossings of the level below on sides 0 to 3
+    std::array<Gpt, 4> at{};     ///< crossings of this level on sides 0 to 3
+    int con_off = 0;             ///< band at work
+    std::vector<float> grdx;     ///< plot positions of the grid points; empty: the plot is in grid coordinates
+    std::vector<float> grdy;
+    float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
+    float x_max = 0.0F;
+    float offset = 0.0F;     ///< wrap distance of the map
+    float vert_size = 0.0F;  ///< height of the plot in plot space
+    float text_size = 0.0F;
+    Gattribs ln_lab_attr;    ///< labels on line plots
+    Gattribs fill_lab_attr;  ///< labels on filled plots
+};
+
+/// Where lines, areas and texts go: the kernel, or what stands in for it when a plot is to be looked at as data.
+struct Cont_output {
+    int (*polyline)(Gint num_pt, const Gpt* pts) = gpolyline;
+    int (*fill_area)(Gint num_pt, const Gpt* pts) = gfill_area;
+    int (*text)(const Gpt* pt, const std::string& str) = gtext;
+};
+
+struct Cont_state : Cont_settings, Cont_bar, Cont_engine, Cont_output {
+    Cont_state() { cont_value[0] = FMISS; }
+};
+
+/// The one contour layer; one grid is contoured at a time.
+extern Cont_state cont;
+
+/// True when the levels are a list of values instead of steps of an interval.
+bool cont_has_values();
+
+/// Brings an index into 0 to `color_num` - 1. 0 when there are no bands.
+int cont_wrap_band(double band);
+
+/// Band of the interval that starts at `level`.
+int cont_band_of(float level);
+
+/// Step of the level loop: `level`, and in value-list mode the interval, become those of pass `k`.
+void cont_step_level(int k, float* level);
+
+/// Levels of interval mode that start at `level` and rise by `step`, `num` of them but at most CONT_MOST_LEVELS.
+std::vector<float> cont_level_table(float level, float step, int num);
+
+/// `conlo`, `conhi` and `num_cont` of interval mode for a range of values: whole multiples of the interval from the
+/// base, the lowest at or below `min`, the end above `max`. In cont_setup_levels.cpp.
+void cont_set_levels(float max, float min);
+
+/// True for values that are not drawn: missing ones, and those that are no finite number.
+bool cont_is_missing(float value);
+
+/// True when `level` lies outside a set `min_cut` or `max_cut`.
+bool cont_is_cut(float level);
+
+/// Sets colour, linetype and width for the line at `nlevel` from entry `entry` of the bands.
+void cont_set_line_attributes(int entry, float nlevel);
+
+/// Crossings of `level` with the sides of the cell at work.
+int compute_dz(float level);
+
+/// Segments of the level just evaluated, and the polygons of the band below it.
+int compute_lines(float level);
+
+/// Makes the level count as not crossing the cell, for filled bands: on two opposite corners of a cell whose other
+/// corners lie above it, it has nothing below it.
+void cont_forget_crossing();
+
+/// Point at fraction `d` of the way from the first point to the second, on cyclic maps by the shorter way.
+int int_xy(Gpt* pt, float x1, float y1, float x2, float y2, float d);
+
+/// Corners at the ends of each side.
+struct Cont_side {
+    int first;
+    int second;
+};
+constexpr std::array<Cont_side, 4> CONT_SIDES{{{0, 1}, {0, 2}, {2, 3}, {1, 3}}};
+
+/// Point on side `side` of the cell at work at fraction `d`.
+Gpt cont_side_point(int side, float d);
+
+/// A corner of the cell at work.
+Gpt cont_corner(int corner);
+
+/// Plot position of the grid point in column `i`, row `j` from the bottom. False off the map.
+bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt);
+
+/// Value of that grid point.
+float cont_value_at(const GRD_report& grid, int i, int j);
+
+/// Loads the corners of the cell whose lower left point is (`i`, `j`).
+void cont_load_cell(const GRD_report& grid, int i, int j);
+
+/// True when all four corners have a value and a place on the map.
+bool cont_cell_complete();
+
+/// Smallest and largest value of the cell at work.
+struct Cont_range {
+    float low;
+    float high;
+};
+Cont_range cont_cell_range();
+
+/// True for types with filled bands.
+bool cont_is_filled();
+
+// Annotation, cont_label.cpp.
+
+/// Attributes of labels on line plots and on filled plots, from the resources and the plot format.
+void cont_label_attributes();
+
+/// Applies the label attributes of the type in force; `text_size` becomes `size`, times the attributes' height when
+/// given. False when there is nothing to write.
+bool cont_start_labels(float size);
+
+// Filled bands, cont_fill.cpp.
+
+/// Fill colour and pattern of band `con_off`.
+void cont_set_fill_attributes();
+
+/// Polygons of the band whose top `level` has just been evaluated.
+void cont_fill_band(float level);
+
+/// True when the band from `level` to `nlevel` is the uppermost of the cell; the cell's share of it is then filled.
+bool cont_fill_top(float level, float nlevel, const Cont_range& range);
+
+/// Writes the grid's values as numbers, cont_value.cpp.
+void cont_draw_values(const GRD_report& grid);
+
+}  // namespace zav

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string>
+
+#include "gks/gks.h"
+#include "gks/zavgks.h"
+#include "map/region.h"
+#include "plot/page/plt_labl.h"
+
+namespace zav {
+
+/// Mouse and key callback: `type` 2 for keys and resizes, 3 for buttons; event text; position in plot coordinates.
+using PLT_event_func = void (*)(int type, const char* str, float x, float y);
+/// Draws the whole plot anew on a domain.
+using PLT_redraw_func = int (*)(Domain* domain);
+
+/// Kinds of image output.
+enum : int { PLT_DUMP_NONE = 0, PLT_DUMP_XWD = 1, PLT_DUMP_GIF = 2, PLT_DUMP_IMG = 3, PLT_DUMP_PNG = 4 };
+
+/// Opens the workstation for a plot of the given width over height. 0, or -1 when plotting is off.
+int PLT_open(float aspect);
+/// Starts a further plot on the open workstation. 0, or -1 when plotting is off.
+int PLT_reset(float aspect);
+/// Moves to the panel set by PLT_panel_decode. An aspect of 0 keeps that of the present plot.
+int PLT_panel(float aspect);
+/// Shows the plot to the user and closes the workstation. 0 or -1.
+int PLT_close();
+/// Closes the workstation and ends the program with status `val`.
+[[noreturn]] void PLT_exit(int val);
+/// Leaves a comment of at most 79 characters in the output.
+int PLT_mess(const char* mess, ...) __attribute__((format(printf, 1, 2)));
+
+/// The plot's viewport in the page.
+int PLT_get_view(Glim* view);
+Gws_type PLT_get_work_type();
+/// Switches the border round the viewport.
+int PLT_border(int val);
+int PLT_get_full_lab();
+/// Margins: none left and right, `v` below and above.
+int PLT_set_view_offset(float v);
+/// Margins on the four sides, as fractions of the panel.
+int PLT_set_view_offsets(const Glim* offsets);
+float PLT_get_view_offset();
+int PLT_get_view_offsets(Glim* offsets);
+int PLT_set_zoom(int val);
+int PLT_get_zoom();
+int PLT_set_bar(int val);
+/// 1 the first time in a frame that a colour bar is wanted, then 0.
+int PLT_bar();
+
+/// Image output of the following plots; an empty name takes the default of the type.
+int PLT_set_dump(int type, const std::string& filename);
+/// Writes the image file of a frame. 0, or -1 when none is wanted or it fails.
+int PLT_dump(int frame);
+
+/// Panel from "SXxSY+OX+OY": fractions of the page, or with SX above 1 columns, rows, column, row.
+int PLT_panel_decode(const std::string& str);
+/// Decodes the resources "plot_param" and "out_file".
+int PLT_param_decode();
+
+int PLT_set_callback(PLT_event_func func);
+int PLT_set_zoom_func(PLT_redraw_func func);
+int PLT_set_resize_func(PLT_redraw_func func);
+/// Redraws by `func` each `sec` seconds while the plot is held.
+int PLT_set_refresh_func(int sec, PLT_redraw_func func);
+
+// Reactions to an event; each looks for its own events and ignores the others.
+
+int PLT_plot_zoom(const std::string& event, float x, float y);
+int PLT_plot_resize(const std::string& event, float x, float y);
+void PLT_plot_refresh();
+/// Prints the position in earth, plot and pixel coordinates.
+int PLT_print_location(const std::string& event, float x, float y);
+/// Prints the values of the plotted variables at a point.
+int PLT_print_values(const std::string& event, float x, float y);
+
+}  // namespace zav

@@ -1,0 +1,282 @@
+// Order of a plot: layers, map background, colour bar, vector key and labels of a frame or a panel.
+
+#include "plot/sequence/data_plt.h"
+
+#include <algorithm>
+
+#include "calc/grd_calc.h"
+#include "calc/grd_trans.h"
+#include "frame/flag.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "frame/string.h"
+#include "gks/gks.h"
+#include "gks/gks_colr.h"
+#include "gks/zavgks.h"
+#include "grid/grd_tool.h"
+#include "plot/background/map.h"
+#include "plot/contour/cont.h"
+#include "plot/page/colors.h"
+#include "plot/page/plt_labl.h"
+#include "plot/page/plt_tool.h"
+#include "plot/wind/vect_plt.h"
+#include "var/var_tool.h"
+
+namespace zav {
+
+namespace {
+
+/// Plot type of station data drawn as filled areas.
+constexpr int FILLED_STATIONS = 52;
+
+struct State {
+    int fill = 0;   ///< 1 if a layer fills areas, so that the map goes over the data
+    int bar = 0;    ///< 1 once the colour bar of this frame is drawn
+    int vbar = 0;   ///< 1 once the vector key of this frame is drawn
+    int vfunc = 0;  ///< 1 while a plot function of two grids is asked for
+    int map = 0;    ///< 1: a variable is a map layer; -1: panels without a map layer before them
+    int panel = 0;  ///< panels begun in this frame
+    Gattribs data_attr;
+    Gattribs wind_attr;
+    Gattribs cld_attr;
+    Gattribs wx_attr;
+    float scale = 1.0F;
+    int plt_site = 0;
+    float plt_dist = 0.0F;
+};
+State state;
+
+bool fills_areas(int type) { return type == CONT_FILL || type == CONT_FILL_LINE || type == FILLED_STATIONS; }
+
+bool is_vector_type(int type) { return type >= VECT_ANY && type <= VECT_STREAMLINES; }
+
+/// True for a vector that is drawn as one. One that names no plot type leaves the choice to the vector layer.
+bool is_vector_layer(int ind) {
+    const int type = VAR_get_type(ind);
+    return VAR_is_plot_VECT(ind) != 0 && (is_vector_type(type) || type == VTYPE_GRID);
+}
+
+void find_map_layers() {
+    state.map = 0;
+    for (int i = 0; i < VAR_get_num(); i++) {
+        if (VAR_is_type_MAP(i) != 0) state.map = 1;
+        if (state.map != 1 && VAR_is_PANEL(i) != 0) state.map = -1;
+    }
+}
+
+void read_attributes() {
+    const bool inverse = gget_inverse() != 0;
+    ATTRIB_init(&state.data_attr);
+    ATTRIB_init(&state.wind_attr);
+    ATTRIB_init(&state.cld_attr);
+    ATTRIB_init(&state.wx_attr);
+    ATTRIB_get("color_data", "green", &state.data_attr);
+    ATTRIB_get("color_wind", inverse ? "black" : "white", &state.wind_attr);
+    ATTRIB_get("color_cloud", inverse ? "black" : "white", &state.cld_attr);
+    ATTRIB_get("color_wx", inverse ? "brown" : "yellow", &state.wx_attr);
+}
+
+/// The grids of a vector layer are converted to the layer's units, or lend it theirs.
+void settle_units(GRD_report* const* grids, std::string* units) {
+    if (units == nullptr || grids[0] == nullptr) return;
+    if (units->empty()) {
+        *units = fit_text(grids[0]->units, GRD_UNITS_SIZE);
+        return;
+    }
+    GRD_units(grids[0], *units);
+    if (grids[1] != nullptr) GRD_units(grids[1], *units);
+}
+
+/// How a variable is drawn.
+enum class Layer { none, vector, contour };
+
+/// Draws the vector layer that begins at `ind`, if there is one; `last` gets the last variable it used.
+Layer draw_vector_forms(int ind, DATA_info* info, int* last) {
+    const int type = VAR_get_type(ind);
+    std::string* units = &VAR_get_var(ind)->units;
+    const std::string format = VAR_get_format(ind);
+    if (is_vector_layer(ind)) {
+        VECT_set_type(type);
+        *last = DATA_plot_vect(ind + 1, info, units, format.c_str());
+        return Layer::vector;
+    }
+    if (VAR_is_plot_FUNC_VECT(ind) != 0) {
+        VECT_set_type(type);
+        *last = DATA_plot_vect(ind, info, units, format.c_str());
+        return Layer::vector;
+    }
+    if (VAR_is_plot_FUNC(ind) != 0 && is_vector_type(type)) {
+        VECT_set_type(type);
+        if (GRD_is_plot_func(VAR_get_name(ind)) != 0) {
+            state.vfunc = 1;
+            *last = DATA_plot_vect(ind + 1, info, units, format.c_str());
+            state.vfunc = 0;
+        } else {
+            *last = DATA_plot_vect(ind, info, nullptr, nullptr);
+        }
+        return Layer::vector;
+    }
+    return Layer::none;
+}
+
+/// The label of a layer that was drawn.
+void label_layer(int ind) {
+    if (VAR_is_LABEL(ind) == 0) return;
+    if (is_vector_type(VAR_get_type(ind)) || is_vector_layer(ind) || PLT_get_label_type() < 0) {
+        PLT_label_up_left(VAR_make_var_form_datatype(ind));
+    } else {
+        PLT_label_up_left(GRD_get_grid_info(ind));
+    }
+    PLT_next_overlay();
+}
+
+}  // namespace
+
+int DATA_set_site(int site) {
+    state.plt_site = site;
+    return 0;
+}
+
+int DATA_set_dist(float dist) {
+    state.plt_dist = dist;
+    return 0;
+}
+
+int DATA_plot_init() {
+    state.fill = fills_areas(FLAG_get(FLAG_PLOT_TYPE)) ? 1 : 0;
+    find_map_layers();
+    read_attributes();
+    state.scale = 1.0F;
+    RES_getval("plot_scale", &state.scale, CV_float);
+    return 0;
+}
+
+int DATA_new_frame() {
+    PLT_set_overlay(0);
+    state.bar = 0;
+    state.vbar = 0;
+    return 0;
+}
+
+int DATA_plot_begin() {
+    DATA_new_frame();
+    return DATA_map_underlay();
+}
+
+int DATA_plot_start() {
+    GPH_trans(2);
+    // With panels to come and no map layer before them, the page as a whole has no map: each panel draws its own.
+    if (state.map == -1) {
+        DATA_new_frame();
+    } else {
+        DATA_plot_begin();
+    }
+    state.panel = 0;
+    return 0;
+}
+
+int DATA_plot_end() {
+    DATA_map_overlay();
+    PLT_labels();
+    return 0;
+}
+
+int DATA_map_underlay() {
+    const bool lines = state.map != 1 && state.fill == 0;
+    return MAP_draw(lines ? MAP_PASS_UNDER | MAP_PASS_PLAIN : MAP_PASS_UNDER);
+}
+
+int DATA_map_overlay() {
+    if (state.map == 1 || state.fill == 0) return MAP_draw(MAP_PASS_OVER);
+    MAP_fill_cont(1);
+    return MAP_draw(MAP_PASS_OVER | MAP_PASS_PLAIN);
+}
+
+int DATA_plot_grid(int ind, DATA_info* info) {
+    if (ind < 0 || ind >= VAR_get_num()) return ind;
+    int last = ind;
+    Layer layer = draw_vector_forms(ind, info, &last);
+    if (layer != Layer::none) {
+        DATA_plot_bar();
+        DATA_plot_vect_bar();
+    } else if (VAR_is_plot_GRID(ind) != 0) {
+        layer = is_vector_type(VAR_get_type(ind)) ? Layer::vector : Layer::contour;
+        last =
+            layer == Layer::vector ? DATA_plot_vect(ind, info, nullptr, nullptr) : DATA_plot_cont(ind, info, nullptr);
+        DATA_plot_bar();
+        if (layer == Layer::vector) DATA_plot_vect_bar();
+    }
+    if (layer == Layer::none) return ind;
+    label_layer(ind);
+    MESS_print(0x40000000, "GRID--BEG: %d END: %d\n", ind, last);
+    return last;
+}
+
+int DATA_plot_cont(int ind, DATA_info* info, const char*) {
+    PLT_label_date(&info->date);
+    PLT_label_for_time(VAR_get_time(ind));
+    GRD_report* grid = GRD_get_grid(ind);
+    CONT_plot_setup(info->plot, ind, grid, &info->domain, info->callback);
+    if (fills_areas(CONT_get_type())) state.fill = 1;
+    CONT_draw(grid);
+    return ind;
+}
+
+int DATA_plot_vect(int ind, DATA_info* info, std::string* units, const char* format) {
+    const std::string own = VAR_get_format(ind);
+    PLT_label_date(&info->date);
+    PLT_label_for_time(VAR_get_time(ind));
+    VECT_set_format(VAR_get_type(ind), format != nullptr ? format : own.c_str());
+    GRD_report* grids[3] = {nullptr, nullptr, nullptr};
+    const int stop = GRD_find_param_grids(ind, 2, state.vfunc, grids, nullptr);
+    settle_units(grids, units);
+    VECT_plot_setup(info->plot, ind, grids[0], grids[1], &info->domain, info->callback);
+    VECT_draw(grids[0], grids[1]);
+    // Short of a component, the search stops behind the layer.
+    return grids[1] != nullptr ? stop : std::max(stop - 1, ind);
+}
+
+int DATA_plot_bar() {
+    if (state.bar != 0 || CONT_get_bar() < 1) return -1;
+    GPH_trans(1);
+    CONT_draw_bar(1, "");
+    GPH_trans(2);
+    state.bar = 1;
+    return 0;
+}
+
+int DATA_plot_vect_bar() {
+    if (state.vbar != 0 || VECT_get_vect() < 1) return -1;
+    GPH_trans(1);
+    VECT_draw_vect();
+    GPH_trans(2);
+    state.vbar = 1;
+    return 0;
+}
+
+int DATA_plot_map(int ind) {
+    if (ind < 0 || ind >= VAR_get_num()) return -1;
+    if (VAR_is_type_MAP(ind) == 0) return 0;
+    MAP_set_format(VAR_get_format(ind));
+    MAP_draw(MAP_PASS_PLAIN);
+    return 0;
+}
+
+int DATA_plot_control(int ind, Domain* domain) {
+    if (ind < 0 || ind >= VAR_get_num()) return -1;
+    if (VAR_is_PANEL(ind) == 0) return 0;
+    MESS_print(MESS_PROGRESS, "New panel: %s\n", VAR_get_format(ind).c_str());
+    return DATA_plot_panel(ind, domain);
+}
+
+int DATA_plot_panel(int ind, Domain* domain) {
+    if (state.panel > 0) DATA_plot_end();
+    PLT_panel_decode(VAR_get_format(ind));
+    PLT_panel(0.0F);
+    MAP_setup(domain);
+    DATA_plot_begin();
+    state.panel++;
+    return 0;
+}
+
+}  // namespace zav

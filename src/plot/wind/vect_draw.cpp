@@ -1,0 +1,226 @@
+// Arrows and barbs at the grid points, and the key of the longest arrow.
+
+#include <cmath>
+#include <utility>
+
+#include "calc/grd_trans.h"
+#include "frame/flag.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "frame/string.h"
+#include "gks/gks_colr.h"
+#include "gks/zavgks.h"
+#include "grid/grd_tool.h"
+#include "map/maptran.h"
+#include "plot/background/map.h"
+#include "plot/contour/cont.h"
+#include "plot/page/colors.h"
+#include "plot/wind/vect_state.h"
+#include "plot/wind/windbarb.h"
+
+namespace zav {
+
+namespace {
+
+std::size_t place_of(const GRD_report& grid, int i, int j) {
+    return static_cast<std::size_t>(j) * static_cast<std::size_t>(grid.domain.nx) + static_cast<std::size_t>(i);
+}
+
+/// Plot positions worked out for one call of VECT_draw. Without them, and with none handed in, the plot is in grid
+/// space.
+class Positions {
+  public:
+    Positions() = default;
+    Positions(const Positions&) = delete;
+    Positions& operator=(const Positions&) = delete;
+    ~Positions() {
+        if (!grdx.empty()) VECT_grid(nullptr, nullptr);
+    }
+    /// False without memory.
+    bool find(const GRD_report& grid) {
+        if (vect.grdx != nullptr && vect.grdy != nullptr) return true;
+        VECT_grid(nullptr, nullptr);
+        const Domain* map = MAP_get_domain(nullptr);
+        if (map == nullptr || DOM_comp(map, &grid.domain) != 0) return true;
+        if (GRD_proj_XY(&grid, map, grdx, grdy) != 0 || grdx.empty()) return false;
+        VECT_grid(grdx.data(), grdy.data());
+        return true;
+    }
+
+  private:
+    std::vector<float> grdx;
+    std::vector<float> grdy;
+};
+
+/// True when both grids can be drawn together; a message otherwise.
+bool check_grids(const GRD_report* ugrid, const GRD_report* vgrid) {
+    const bool pair = ugrid != nullptr && vgrid != nullptr;
+    if (!pair || ugrid->domain.nx != vgrid->domain.nx || ugrid->domain.ny != vgrid->domain.ny) {
+        MESS_print(MESS_WARN, "VECT_draw: Invalid grids\n");
+        return false;
+    }
+    if (!GRD_has_values(ugrid) || !GRD_has_values(vgrid)) {
+        MESS_print(MESS_WARN, "VECT_draw: Invalid grid arrays\n");
+        return false;
+    }
+    return true;
+}
+
+/// Attributes of all lines and areas. False when there is no colour to draw in.
+bool start_attributes() {
+    ATTRIB_init(&vect.attrib);
+    ATTRIB_get("color_cont", gget_inverse() != 0 ? "black" : "white", &vect.attrib);
+    VECT_format_decode_attrib(&vect.attrib);
+    return vect.attrib.color != CLR_NONE;
+}
+
+void set_attributes() {
+    GPH_line_attr(nullptr);
+    GPH_fill_attr(nullptr);
+    GPH_line_attr(&vect.attrib);
+    GPH_fill_attr(&vect.attrib);
+}
+
+/// Sizes in plot units, and grid space as the plot space where no positions are known.
+void set_plot_space(const GRD_report& grid, const Glim& view) {
+    const bool scaled = vect.base != FMISS && vect.base != 0.0F && vect.grid_max != FMISS;
+    vect.vect_size = scaled ? vect.scale * (vect.grid_max / vect.base) : vect.scale;
+    if (vect.grdx != nullptr) {
+        vect.vert_size = MAP_get_vert();
+        vect.vect_size *= grid.domain.dx;
+        return;
+    }
+    const Glim dis_wind{0.0F, static_cast<float>(grid.domain.nx - 1), 0.0F, static_cast<float>(grid.domain.ny - 1)};
+    gset_vp(3, &view);
+    gset_win(3, &dis_wind);
+    gsel_norm_tran(3);
+    vect.vert_size = dis_wind.y_max;
+}
+
+/// Rewrites components along the grid's axes as components along the earth's.
+void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
+    Domain map;
+    MAP_get_domain(&map);
+    MAP_domain(&ugrid.domain);
+    for (int j = 0; j < ugrid.domain.ny; ++j) {
+        for (int i = 0; i < ugrid.domain.nx; ++i) {
+            float& u = ugrid.grid[place_of(ugrid, i, j)];
+            float& v = vgrid.grid[place_of(ugrid, i, j)];
+            if (u == FMISS || v == FMISS || (u == 0.0F && v == 0.0F)) continue;
+            float dir = 0.0F;
+            float spd = 0.0F;
+            float x = 0.0F;
+            float y = 0.0F;
+            vect2wind(u, v, &dir, &spd);
+            MAP_grid_tran(static_cast<float>(i), static_cast<float>(j), &x, &y);
+            const float turned = MAP_undir_adj(dir, x, y);
+            if (turned != dir) wind2vect(turned, spd, &u, &v);
+        }
+    }
+    MAP_domain(&map);
+}
+
+/// Either bound itself is not drawn.
+bool within_cuts(float spd) {
+    if (vect.min_cut != FMISS && !(spd > vect.min_cut)) return false;
+    return vect.max_cut == FMISS || spd < vect.max_cut;
+}
+
+void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
+    float dir = 0.0F;
+    float spd = 0.0F;
+    float x = 0.0F;
+    float y = 0.0F;
+    vect2wind(u, v, &dir, &spd);
+    if (vect_has_bands()) vect_band_attributes(spd);
+    if (!vect_map_position(grid, i, j, &x, &y)) return;
+    dir = MAP_dir_adj(dir, x, y);
+    if (vect.grdx == nullptr) {
+        x = static_cast<float>(i);
+        y = static_cast<float>(grid.domain.ny - j - 1);
+    }
+    if (vect.attrib.color == CLR_NONE || !within_cuts(spd)) return;
+    if (vect.vect_type == VECT_BARBS) WIND_barb(x, y, dir, spd, vect.vect_size, 0.0F);
+    if (vect.vect_type == VECT_VECTORS) WIND_vect(x, y, dir, spd / vect.grid_max, vect.vect_size, 1.0F);
+}
+
+void draw_points(const GRD_report& ugrid, const GRD_report& vgrid) {
+    for (int j = 0; j < ugrid.domain.ny; j += vect.yskip) {
+        for (int i = 0; i < ugrid.domain.nx; i += vect.xskip) {
+            const float u = ugrid.grid[place_of(ugrid, i, j)];
+            const float v = vgrid.grid[place_of(ugrid, i, j)];
+            if (u != FMISS && v != FMISS) draw_point(ugrid, i, j, u, v);
+        }
+    }
+}
+
+}  // namespace
+
+bool vect_has_bands() { return vect.intrvl != FMISS || CONT_get_values(nullptr) > 0; }
+
+void vect_band_attributes(float spd) {
+    CONT_get_fill_attrib(spd, &vect.attrib);
+    GPH_line_attr(&vect.attrib);
+    GPH_fill_attr(&vect.attrib);
+}
+
+bool vect_map_position(const GRD_report& grid, int i, int j, float* x, float* y) {
+    if (vect.grdx == nullptr) {
+        MAP_grid_tran(static_cast<float>(i), static_cast<float>(j), x, y);
+        return true;
+    }
+    *x = vect.grdx[place_of(grid, i, j)];
+    *y = vect.grdy[place_of(grid, i, j)];
+    return *x != FMISS;
+}
+
+int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
+    if (!FLAG_getplot(PLOT_DATA)) return 0;
+    if (!check_grids(ugrid, vgrid)) return -1;
+    Positions positions;
+    if (!positions.find(*ugrid)) {
+        MESS_print(MESS_WARN, "VECT_draw: Unable to allocate grid arrays\n");
+        return -1;
+    }
+    Glim view;
+    PLT_get_view(&view);
+    CONT_set_fill_colors(nullptr, 0);
+    vect_read_base();
+    RES_getval("plot_scale", &vect.scale, CV_float);
+    if (!start_attributes()) return 0;
+    set_plot_space(*ugrid, view);
+    set_attributes();
+    if (vect.uvgrid != 0) turn_to_earth(*ugrid, *vgrid);
+    if (vect.vect_type == VECT_STREAMLINES) {
+        const float steps = static_cast<float>(ugrid->domain.nx) * 4.0F;
+        return vect_draw_streamlines(ugrid, vgrid, vect.scale != FMISS ? vect.scale * steps : steps);
+    }
+    draw_points(*ugrid, *vgrid);
+    return 0;
+}
+
+int VECT_draw_vect() {
+    Gattribs text;
+    ATTRIB_init(&text);
+    ATTRIB_get("color_text", gget_inverse() != 0 ? "black" : "white", &text);
+    Glim view;
+    PLT_get_view(&view);
+    const float ysize = view.y_max - view.y_min;
+    const float xsize = view.x_max - view.x_min;
+    GPH_text_attr(nullptr, 1.0F);
+    GPH_text_attr(&text, 0.015F * ysize);
+    GPH_text_align(GRIGHT_HOR, GHALF_VERT);
+    if ((!FLAG_getplot(PLOT_TEXT) && vect.plt_vect == 0) || text.color == CLR_NONE) return 0;
+    if (!(vect.vert_size > 0.0F)) return 0;
+    const float length = vect.vect_size * ysize / vect.vert_size;
+    const float y = view.y_min - 0.025F * ysize;
+    // In the colour of the text, not in that of the last band.
+    GPH_line_attr(nullptr);
+    GPH_line_attr(&text);
+    WIND_vect(view.x_max - 0.01F * xsize - length, y, 270.0F, 1.0F, length, 1.0F);
+    const Gpt pt{view.x_max - 0.02F * xsize - length, y};
+    GPH_pprintf(&pt, "MAX VECTOR: %s m/s", set_num("5.3.1", vect.grid_max).c_str());
+    return 0;
+}
+
+}  // namespace zav

@@ -1,0 +1,184 @@
+// The program's top level: resources, file, prompt loops, and the plot of each choice.
+
+#include "program/grd_plt.h"
+
+#include "calc/grd_calc.h"
+#include "files/date.h"
+#include "files/files.h"
+#include "frame/flag.h"
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "frame/system.h"
+#include "gks/gks.h"
+#include "gks/gks_loop.h"
+#include "grid/grd_out.h"
+#include "grid/grd_tool.h"
+#include "plot/background/map.h"
+#include "plot/contour/cont.h"
+#include "plot/page/plt_tool.h"
+#include "plot/sequence/data_plt.h"
+#include "program/install.h"
+#include "var/var_tool.h"
+
+namespace zav {
+
+namespace {
+
+constexpr int STATUS_NO_GRID = 10;
+/// Plot type of variables that name none: a contour of a kind chosen later.
+constexpr int DEFAULT_TYPE = 11;
+
+// The accepted options, in the order of the help text. Grid number and type stand in it twice.
+constexpr res_type KEYS[] = {
+    RES_help,         RES_batch,        RES_message,     RES_file_path,   RES_data_path,   RES_con_path,
+    RES_grid_path,    RES_raw_path,     RES_image_path,  RES_watch_path,  RES_text_path,   RES_model_path,
+    RES_sat_path,     RES_city_file,    RES_map_file,    RES_name_conv,   RES_in_file,     RES_out_file,
+    RES_file_param,   RES_inputg,       RES_output,      RES_model,       RES_current,     RES_hour,
+    RES_num_hour,     RES_grid_num,     RES_grid_type,   RES_plot_domain, RES_grid_domain, RES_region,
+    RES_stat_prior,   RES_time,         RES_level,       RES_variable,    RES_grid_num,    RES_grid_type,
+    RES_plot_type,    RES_plot_scale,   RES_plot_format, RES_plot_param,  RES_draw,        RES_label,
+    RES_con_interval, RES_con_base,     RES_font_list,   RES_color_table, RES_color_text,  RES_color_data,
+    RES_color_map,    RES_color_grid,   RES_color_line,  RES_color_cmap,  RES_color_cont,  RES_color_fill,
+    RES_color_label,  RES_color_clabel, RES_device,      RES_title,       RES_icon,        RES_background,
+    RES_geometry,     RES_null,
+};
+constexpr res_type POSITIONS[] = {RES_filenames, RES_null};
+
+void show_help() {
+    const std::string name = RES_get_progname();
+    MESS_print(MESS_PRINT, "%s: This program contours existing grids on a background map\n", name.c_str());
+    RES_help_print(name, KEYS, POSITIONS);
+    ZAV_exit(0);
+}
+
+/// The plot's domain as far as the options give it; the second replaces the first.
+void settle_domain(Domain* domain) {
+    DOM_init(domain);
+    RES_getval("region", domain, CV_domain);
+    RES_getval("plot_domain", domain, CV_domain);
+}
+
+void free_grids() {
+    for (int i = 0; i < VAR_get_num(); i++) {
+        if (VAR_is_type_GRID(i) != 0) GRD_free(GRD_get_grid(i));
+    }
+}
+
+bool one_plot_only() {
+    return RES_get("hour") != nullptr && RES_get("level") != nullptr && RES_get("variable") != nullptr;
+}
+
+void open_plot(const Domain* domain) {
+    GRD_plot_param();
+    PLT_open(DOM_aspect(domain));
+    PLT_set_callback(GRD_callback);
+    PLT_set_zoom_func(GRD_plot);
+    PLT_set_resize_func(GRD_plot);
+}
+
+void fill_data(DATA_info& data, const Date& date, const Domain* domain) {
+    data = DATA_info{};
+    data.date = date;
+    data.domain = *domain;
+    data.callback = GRD_callback;
+}
+
+/// The variables anew for a time of a sequence, with none of the former time's grids.
+void take_time(const std::string& time) {
+    int hour = FLAG_get(FLAG_TIME);
+    VAR_dec_time(time, &hour);
+    FLAG_setl(FLAG_TIME, hour);
+    VAR_setup(nullptr, GRD_get_variable());
+    free_grids();
+}
+
+void draw_layers(DATA_info& data, Domain* domain) {
+    DATA_plot_start();
+    for (int p = 0; p < VAR_get_num(); p++) {
+        p = DATA_plot_grid(p, &data);
+        DATA_plot_map(p);
+        DATA_plot_control(p, domain);
+    }
+    DATA_plot_end();
+}
+
+}  // namespace
+
+int GRD_plot_param() {
+    std::vector<std::string> words;
+    RES_getvals("plot_param", words);
+    return 0;
+}
+
+void GRD_callback(int, const char* str, float x, float y) {
+    const std::string event = str != nullptr ? str : "";
+    PLT_print_values(event, x, y);
+    PLT_plot_zoom(event, x, y);
+    PLT_plot_resize(event, x, y);
+    CONT_flash_value(event.c_str(), x, y);
+}
+
+int GRD_plot(Domain* domain) {
+    const bool redraw = gchk_graphics() != 0;
+    if (redraw) {
+        PLT_reset(DOM_aspect(domain));
+    } else {
+        open_plot(domain);
+    }
+    MAP_setup(domain);
+    Date file_date;
+    GRD_get_date(&file_date);
+    DATA_plot_init();
+    DATA_info data;
+    fill_data(data, file_date, domain);
+    MAP_fill_cont(0);
+
+    const std::vector<std::string> times = GRD_get_times();
+    const bool sequence = times.size() > 1;
+    for (int i = 0; i < static_cast<int>(times.size()); i++) {
+        if (sequence) take_time(times[i]);
+        if (GRD_search_file_date(&file_date) != 1) {
+            if (!sequence) PLT_exit(STATUS_NO_GRID);
+            continue;
+        }
+        if (sequence) gselect_frame(gcreate_frame(i));
+        data.plot = i;
+        draw_layers(data, domain);
+        if (sequence) gdisplay_frame(i);
+        PLT_dump(i);
+    }
+    if (sequence) gset_looping(1);
+    if (redraw) return 0;
+    PLT_close();
+    free_grids();
+    return 0;
+}
+
+int GRD_main(int argc, const char* const* argv) {
+    ZAV_install_hooks();
+    RES_init(argc, argv, KEYS, POSITIONS);
+    if (FLAG_help() != 0) show_help();
+    GRD_in_file();
+    VAR_set_def_type(DEFAULT_TYPE);
+    Domain domain;
+    settle_domain(&domain);
+    MESS_print_prog("MODEL GRIDDED DATA CONTOURING");
+
+    FILE_get_file("Enter the grid filename: ");
+    GRD_set_date(nullptr);
+    if (domain.proj == MISS) GRD_get_file_date_domain(nullptr, &domain);
+
+    while (GRD_prompt_time() != 0) {
+        UPA_set_prompt_level(1);
+        while (UPA_prompt_level() != 0) {
+            GRD_set_prompt_variable(1);
+            while (GRD_prompt_variable() != 0) {
+                GRD_plot(&domain);
+                if (one_plot_only()) ZAV_exit(0);
+            }
+        }
+    }
+    return 0;
+}
+
+}  // namespace zav

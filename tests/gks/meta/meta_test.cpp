@@ -1,0 +1,186 @@
+// Metafiles: the text record and its playback, and CGM by its bytes.
+
+#include "gks/meta/gks_meta.h"
+
+#include "gks/kernel_scene.h"
+
+namespace zav {
+namespace {
+
+class Metafile : public test::KernelTest {
+  protected:
+    std::string text_body(const std::string& name) {
+        const std::string text = test::read_file(dir.file(name));
+        return text.substr(text.find('\n', text.find("#CreationDate")) + 1);
+    }
+    /// Plays `items` back onto a PostScript file; what was reported.
+    std::string play(const std::string& items, const std::string& output) {
+        const std::string meta = dir.write("played.meta", "ZAVMETA\n" + items);
+        EXPECT_EQ(open(dir.file(output) + ",color"), 0);
+        const auto said_now = test::capture([&] { EXPECT_EQ(gread_metafile(meta), 0); });
+        close();
+        return said_now.out + said_now.err;
+    }
+};
+
+TEST_F(Metafile, RecordsCallsLineByLine) {
+    ASSERT_EQ(open(dir.file("a.meta"), GWS_META), 0);
+    EXPECT_EQ(said, "Creating metafile: " + dir.file("a.meta") + "\n");
+    const Glim lim = {1, 2, 3, 4};
+    gset_ws_win(1, &lim);
+    gset_ws_vp(1, &lim);
+    gset_win(2, &lim);
+    gset_vp(2, &lim);
+    gsel_norm_tran(0);
+    gsel_norm_tran(1);
+    test::set_color(3, 0.25F, 0.5F, 1);
+    for (int i = 0; i < 2; ++i) gset_line_colr_ind(3);
+    gset_linewidth(0);
+    const Gpt points[8] = {{0, 0}, {0.5F, 1}, {1, 0}, {1, 1}, {0, 1}, {0, 0}, {0, 0}, {0, 0}};
+    EXPECT_EQ(gpolyline(4, points), 1);
+    EXPECT_EQ(gpolyline(5, points), 1);
+    EXPECT_EQ(gpolymarker(4, points), 0);
+    EXPECT_EQ(gpolymarker(1, points), 0);
+    EXPECT_EQ(gfill_area(3, points), 1);
+    EXPECT_EQ(gcreate_seg(7), -1);
+    gclear_region(&lim);
+    gmessage(1, "text");
+    gtext(points, "");
+    EXPECT_EQ(close(), 0);
+    EXPECT_EQ(said, "Created metafile\n");
+    EXPECT_EQ(gmeta_close_file(), -1);
+    EXPECT_EQ(test::read_file(dir.file("a.meta")).rfind("ZAVMETA\n#Title: ZAV Graphics Display: ", 0), 0U);
+    EXPECT_EQ(text_body("a.meta"),
+              "WS_WIN 1 1.000000 3.000000 2.000000 4.000000\nWS_VP 1 1.000000 3.000000 2.000000 4.000000\n"
+              "WIN 2 1.000000 3.000000 2.000000 4.000000\nVP 2 1.000000 3.000000 2.000000 4.000000\nTR 1\n"
+              "CLR 1 3 0.250000 0.500000 1.000000\nPL_CLR 3\nPL_LW 0.000000\n"
+              "PL 4 0.000000,0.000000 0.500000,1.000000 1.000000,0.000000 1.000000,1.000000 \n"
+              "PL 5 0.000000,0.000000 0.500000,1.000000 1.000000,0.000000 1.000000,1.000000 \n   0.000000,1.000000 \n"
+              "PM 4 0.000000,0.000000 0.500000,1.000000 1.000000,0.000000 1.000000,1.000000 \n   "
+              "PM 1 0.000000,0.000000 \nFA 3 0.000000,0.000000 0.500000,1.000000 1.000000,0.000000 \n"
+              "SEG_CR 7\nCLR_REG 1.000000 3.000000 2.000000 4.000000\nME text\n");
+}
+
+TEST_F(Metafile, PlaybackGivesTheSamePageAsPostScript) {
+    for (const char* word : {",color", ",gray"}) {
+        ASSERT_EQ(open(dir.file("direct.ps") + word), 0);
+        test::draw_scene();
+        close();
+        ASSERT_EQ(open(dir.file("a.meta"), GWS_META), 0);
+        test::draw_scene();
+        close();
+        ASSERT_EQ(open(dir.file("played.ps") + word), 0);
+        gread_metafile(dir.file("a.meta"));
+        close();
+        EXPECT_EQ(test::body_lines(dir.file("played.ps")), test::body_lines(dir.file("direct.ps")));
+        const test::Page page = test::rendered(dir.file("played.ps"));
+        EXPECT_GT(page.rgb.size(), 3U * 600 * 700);
+        EXPECT_TRUE(page.rgb == test::rendered(dir.file("direct.ps")).rgb);
+    }
+}
+
+TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
+    const std::string line = "PL 2 0,0 1,1\n";
+    struct {
+        const char* name;
+        std::string items;
+        int lines;  ///< polylines drawn
+        std::string report;
+    } const cases[] = {
+        {"white space is free", "PL\n2\n 0,0\n\n\t1,1 " + line, 2, ""},
+        {"skipped items", "#x PL 2 0,0 1,1\nWS_VP 1 PL 2 0,0 1,1\nME PL 2 0,0 1,1\nSEG_CR 3\n" + line, 1, ""},
+        {"ignored window", "WS_WIN 1 0 0 1 1 " + line, 1, ""},
+        {"long words", "PL_CLRPL_CLR 1\nPLPLPLPLPLPLPL 2\n" + line, 1, ""},
+        {"count too large", "PL 2000000000 0,0 1,1\n" + line, 1,
+         "gread_metafile: Point list is longer than the file: 2000000000\n"},
+        {"count below 0", "PL -3 0,0\n" + line, 1, ""},
+        {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
+        {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},
+        {"no end of line", "PL 2 0,0 1,1", 1, ""},
+        {"bad numbers", "TR 99\nPL_LW -1\n" + line, 1,
+         "gsel_norm_tran: invalid transformation number: 99\n\ngset_linewidth: invalid line width: -1.000000\n\n"},
+        {"not a size", "PL_LW nan\nPL_LW inf\nPL 2 nan,0 1,inf\n" + line, 1,
+         "gset_linewidth: invalid line width: nan\n\ngset_linewidth: invalid line width: inf\n\n"},
+        {"empty", "", 0, ""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(play(c.items, "a.ps"), c.report) << c.name;
+        const std::string text = test::read_file(dir.file("a.ps"));
+        int lines = 0;
+        for (std::size_t at = text.find("%%PL:2\n"); at != std::string::npos; at = text.find("%%PL:2\n", at + 1))
+            ++lines;
+        EXPECT_EQ(lines, c.lines) << c.name;
+        EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "") << c.name;
+    }
+}
+
+TEST_F(Metafile, LongTextIsCutAndMissingFilesAreReported) {
+    play("TE 0.1,0.5 " + std::string(150, 'A') + "\nTE 0.1,0.6   B C\n", "a.ps");
+    const std::string text = test::read_file(dir.file("a.ps"));
+    EXPECT_NE(text.find(" " + std::string(100, 'A') + "\n"), std::string::npos);
+    EXPECT_NE(text.find("%%TE:0.100000 0.600000 B C\n"), std::string::npos);
+    const auto output = test::capture([] {
+        EXPECT_EQ(gread_metafile("no_such.meta"), 0);
+        EXPECT_EQ(gread_metafile("|touch started"), 0);
+    });
+    EXPECT_EQ(output.err,
+              "gread_metafile: Unable to open image file: no_such.meta\n"
+              "gread_metafile: Unable to open image file: |touch started\n");
+    EXPECT_FALSE(std::filesystem::exists("started"));
+}
+
+TEST_F(Metafile, CgmHoldsPolylinesAndClips) {
+    ASSERT_EQ(open(dir.file("plot.cgm") + ",CGM", GWS_META), 0);
+    test::set_color(2, 1, 0, 0);
+    const Gpt points[2] = {{0, 0}, {0.5F, 1}};
+    gset_line_colr_ind(2);
+    gpolyline(2, points);
+    gfill_area(2, points);
+    gpolymarker(2, points);
+    EXPECT_EQ(close(), 0);
+    gmeta_set_type(GMETA_TEXT);
+    // The unit square is 799 units high and wide: the area of 1000 by 800 less one.
+    const std::string head(
+        "\x00\x20\x10\x22\x00\x01\x10\x4B\x0AZAVCGM-1.0\x00\x11\x66\x00\x01\xFF\xFF\x00\x01\x11\x21\xFF\x00"
+        "\x20\xC8\x00\x00\x00\x00\x27\x10\x1F\x40\x00\x60\x00\x80",
+        46);
+    const std::string picture(
+        "\x30\xA8\x00\x00\x00\x00\x03\x1F\x03\x1F\x40\x3F\x00\x08\x00\x00\x00\x00\x01\x8F\x03\x1F\x00\xA0", 24);
+    EXPECT_EQ(test::read_file(dir.file("plot.cgm")), head + picture);
+}
+
+TEST_F(Metafile, LongCgmPolylinesAreCutWithoutAGap) {
+    ASSERT_EQ(open(","
+                   "cgm",
+                   GWS_META),
+              0);
+    EXPECT_EQ(said, "Creating metafile: zav.cgm\n");
+    std::vector<Gpt> points(20000);
+    for (std::size_t i = 0; i < points.size(); ++i) points[i] = {static_cast<float>(i) / 20000, 0.5F};
+    gpolyline(static_cast<int>(points.size()), points.data());
+    close();
+    gmeta_set_type(GMETA_TEXT);
+    const std::string file = test::read_file("zav.cgm");
+    const auto word = [&](std::size_t at) {
+        return static_cast<unsigned char>(file[at]) << 8 | static_cast<unsigned char>(file[at + 1]);
+    };
+    std::size_t at = 46 + 10;
+    std::size_t count = 0;
+    std::string end_point;
+    while (word(at) == 0x403F) {
+        const auto length = static_cast<std::size_t>(word(at + 2));
+        ASSERT_LE(length, 0x7FFFU);
+        if (!end_point.empty()) {
+            EXPECT_EQ(file.substr(at + 4, 4), end_point);
+        }
+        end_point = file.substr(at + length, 4);
+        count += length / 4;
+        at += 4 + length;
+    }
+    EXPECT_EQ(count, points.size() + 2) << "two seams";
+    EXPECT_EQ(word(at), 0x00A0);
+    EXPECT_EQ(at + 2, file.size());
+}
+
+}  // namespace
+}  // namespace zav

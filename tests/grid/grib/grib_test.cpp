@@ -1,0 +1,482 @@
+// GRIB messages made by hand, octet by octet, with results worked out from the code tables.
+#include "grid/grib/grib.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "frame/mess.h"
+#include "frame/resrc.h"
+#include "grid/grd_read.h"
+#include "grid/grd_tool.h"
+#include "support/support.h"
+
+namespace zav {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+void put(Bytes& bytes, std::int64_t value, int octets) {
+    for (int i = octets - 1; i >= 0; --i) bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
+}
+
+/// Sets an octet by its published number; the section starts at octet 1.
+void set(Bytes& section, int octet, std::int64_t value, int octets = 1) {
+    for (int i = 0; i < octets; ++i) {
+        section[static_cast<std::size_t>(octet - 1 + i)] = static_cast<unsigned char>(value >> (8 * (octets - 1 - i)));
+    }
+}
+
+Bytes section2(int number, int length) {
+    Bytes section(static_cast<std::size_t>(length), 0);
+    set(section, 1, length, 4);
+    set(section, 5, number);
+    return section;
+}
+
+Bytes join(const std::vector<Bytes>& parts) {
+    Bytes all;
+    for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+Bytes message2(int discipline, const std::vector<Bytes>& sections) {
+    const Bytes body = join(sections);
+    Bytes head{'G', 'R', 'I', 'B', 0, 0, static_cast<unsigned char>(discipline), 2};
+    put(head, static_cast<std::int64_t>(body.size()) + 20, 8);
+    return join({head, body, {'7', '7', '7', '7'}});
+}
+
+Bytes identification() {
+    Bytes section = section2(1, 21);
+    set(section, 6, 7, 2);
+    set(section, 13, 2011, 2);
+    set(section, 15, 1);
+    set(section, 16, 10);
+    set(section, 17, 12);
+    return section;
+}
+
+Bytes latlon(int nx, int ny, int scanning) {
+    Bytes section = section2(3, 72);
+    set(section, 31, nx, 4);
+    set(section, 35, ny, 4);
+    set(section, 47, 40000000, 4);
+    set(section, 51, 10000000, 4);
+    set(section, 56, 30000000, 4);
+    set(section, 60, 20000000, 4);
+    set(section, 72, scanning);
+    return section;
+}
+
+Bytes product(int code = 0, int length = 34) {
+    Bytes section = section2(4, length);
+    set(section, 8, code, 2);
+    set(section, 18, 1);
+    set(section, 23, 1);
+    set(section, 29, 255);
+    return section;
+}
+
+Bytes simple(int points, int bits) {
+    Bytes section = section2(5, 21);
+    set(section, 6, points, 4);
+    set(section, 20, bits);
+    return section;
+}
+
+Bytes bitmap(int indicator, const Bytes& map = {}) {
+    Bytes section = section2(6, 6 + static_cast<int>(map.size()));
+    set(section, 6, indicator);
+    std::copy(map.begin(), map.end(), section.begin() + 6);
+    return section;
+}
+
+Bytes data(const Bytes& packed) {
+    Bytes section = section2(7, 5 + static_cast<int>(packed.size()));
+    std::copy(packed.begin(), packed.end(), section.begin() + 5);
+    return section;
+}
+
+class Grib : public test::TempDirTest {
+  protected:
+    void SetUp() override { MESS_set(0, MESS_NONE); }
+
+    /// The records of a file of these bytes, read whole.
+    std::vector<GRD_report> read(const Bytes& bytes, int* last = nullptr) {
+        const std::string path = dir.write("test.grib", std::string(bytes.begin(), bytes.end()));
+        std::vector<GRD_report> records;
+        int type = GRD_TYPE_GRIB;
+        const int fd = GRD_open(path, 0, &type);
+        EXPECT_GE(fd, 0);
+        GRD_info info;
+        int result = GRD_getinfo(fd, &info);
+        for (int i = 0; result == 0 && i < 50; ++i) {
+            GRD_report head;
+            GRD_report grd;
+            int number = i;
+            result = GRD_read(fd, &head, GRD_READ_HEADER, &number);
+            if (result == 0) result = GRD_read(fd, &grd, GRD_READ_ALL, &number);
+            if (result == 0) records.push_back(grd);
+        }
+        if (last) *last = result;
+        GRIB_get_WMO_header(fd, header);
+        GRD_close(fd);
+        return records;
+    }
+
+    static std::vector<float> values(const GRD_report& grd) {
+        if (!grd.grid) return {};
+        return {grd.grid.get(), grd.grid.get() + GRD_points(&grd)};
+    }
+
+    std::string header;
+};
+
+using Values = std::vector<float>;
+
+TEST_F(Grib, NumberFormats) {
+    const Bytes ibm{0xC2, 0x80, 0, 0};
+    EXPECT_EQ(GRIB_flt_conv(ibm.data()), -128.0F);
+    const Bytes eighth{0x80, 0x03};
+    EXPECT_EQ(GRIB_scl_conv(eighth.data()), 0.125F);
+    const Bytes ieee{0xC0, 0x48, 0, 0};
+    EXPECT_EQ(GRIB_ieee_float_conv(ieee.data()), -3.125F);
+}
+
+TEST_F(Grib, RowsByScanningMode) {
+    struct Case {
+        int scanning;
+        Values expected;
+    };
+    const Case cases[] = {
+        {0x00, {1, 2, 3, 4, 5, 6}},
+        {0x40, {4, 5, 6, 1, 2, 3}},
+        {0x10, {1, 2, 3, 6, 5, 4}},
+        {0x50, {6, 5, 4, 1, 2, 3}},
+    };
+    for (const Case& c : cases) {
+        const auto records = read(message2(0, {identification(), latlon(3, 2, c.scanning), product(), simple(6, 8),
+                                               bitmap(255), data({1, 2, 3, 4, 5, 6})}));
+        ASSERT_EQ(records.size(), 1U) << c.scanning;
+        EXPECT_EQ(values(records[0]), c.expected) << c.scanning;
+    }
+}
+
+TEST_F(Grib, LaterFieldReusesTheBitMap) {
+    const auto records =
+        read(message2(0, {identification(), latlon(3, 2, 0), product(), simple(4, 8), bitmap(0, {0xD8}),
+                          data({1, 2, 3, 4}), product(), simple(4, 8), bitmap(254), data({5, 6, 7, 8})}));
+    ASSERT_EQ(records.size(), 2U);
+    EXPECT_EQ(values(records[0]), (Values{1, 2, FMISS, 3, 4, FMISS}));
+    EXPECT_EQ(values(records[1]), (Values{5, 6, FMISS, 7, 8, FMISS}));
+    EXPECT_EQ(records[1].domain.nx, 3);
+}
+
+Bytes complex(int type, int points, int miss_type) {
+    Bytes section = section2(5, type == 3 ? 49 : 47);
+    set(section, 6, points, 4);
+    set(section, 10, type, 2);
+    set(section, 20, 8);
+    set(section, 22, 1);
+    set(section, 23, miss_type);
+    set(section, 37, 8);
+    set(section, 47, 8);
+    set(section, 42, 1);
+    return section;
+}
+
+TEST_F(Grib, SecondOrderDifferences) {
+    Bytes drs = complex(3, 4, 0);
+    set(drs, 32, 1, 4);
+    set(drs, 43, 4, 4);
+    set(drs, 48, 2);
+    set(drs, 49, 1);
+    // h1 10, h2 12, least difference 1; one group of reference 0, width 0
+    const auto records =
+        read(message2(0, {identification(), latlon(2, 2, 0), product(), drs, bitmap(255), data({10, 12, 1, 0, 0, 4})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{10, 12, 15, 19}));
+}
+
+TEST_F(Grib, MissingValuesTakeNoPlace) {
+    Bytes drs = complex(2, 6, 2);
+    set(drs, 32, 3, 4);
+    set(drs, 43, 2, 4);
+    // references 255 (all missing), 20, 254 (secondary missing); widths 0, 2, 0; lengths 1, 3 and, from section 5, 2
+    const Bytes packed{255, 20, 254, 0, 2, 0, 1, 3, 0, 0b01111000};
+    const auto records =
+        read(message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data(packed)}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{FMISS, 21, FMISS, FMISS, FMISS, FMISS}));
+}
+
+TEST_F(Grib, ImageThatIsLeftOutIsAConstant) {
+    Bytes drs = section2(5, 23);
+    set(drs, 6, 4, 4);
+    set(drs, 10, 40, 2);
+    set(drs, 12, 0x40400000, 4);  // reference 3
+    const auto records =
+        read(message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(0, {0xD8}), data({})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{3, 3, FMISS, 3, 3, FMISS}));
+}
+
+TEST_F(Grib, RunsOfLevels) {
+    Bytes drs = section2(5, 28);
+    set(drs, 6, 6, 4);
+    set(drs, 10, 200, 2);
+    set(drs, 12, 3);
+    set(drs, 13, 5, 2);
+    set(drs, 15, 5, 2);
+    for (int i = 0; i < 5; ++i) set(drs, 18 + 2 * i, 10 * (i + 1), 2);
+    // 3-bit values 4 7 6 0 1: two points of level 4, one missing; level 1 is left as the open run
+    const auto records = read(message2(
+        0, {identification(), latlon(3, 2, 0x40), product(), drs, bitmap(255), data({0b10011111, 0b00000010})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{40, 40, FMISS, FMISS, FMISS, FMISS}));
+}
+
+TEST_F(Grib, QuasiRegularRowsAreStretched) {
+    Bytes grid = latlon(0, 2, 0);
+    set(grid, 31, 0xFFFFFFFF, 4);
+    set(grid, 11, 1);
+    grid.push_back(3);
+    grid.push_back(2);
+    set(grid, 1, 74, 4);
+    const auto records =
+        read(message2(0, {identification(), grid, product(), simple(5, 8), bitmap(255), data({1, 2, 3, 10, 20})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 10, 15, 20}));
+}
+
+TEST_F(Grib, SurfacesAndTimesOfEdition2) {
+    struct Case {
+        int type1, scale, value1, type2, value2, ltype, level;
+    };
+    const Case cases[] = {
+        {100, 0, 50000, 255, 0, 100, 500}, {100, 0, 85000, 100, 50000, 101, 85050},
+        {103, 0, 2, 255, 0, 105, 2},       {104, 4, 9950, 255, 0, 107, 9950},
+        {106, 1, 1, 106, 4, 112, 10040},   {109, 9, 2000, 255, 0, 117, 2},
+        {101, 0, 0, 255, 0, 102, 0},       {1, 255, 0, 255, 0, 1, MISS},
+        {100, 130, 1, 255, 0, 100, 1},     {108, 0, 3000, 108, 0, 116, 30000},
+    };
+    for (const Case& c : cases) {
+        Bytes section = product();
+        set(section, 23, c.type1);
+        set(section, 24, c.scale);
+        set(section, 25, c.value1, 4);
+        set(section, 29, c.type2);
+        set(section, 31, c.value2, 4);
+        const auto records =
+            read(message2(0, {identification(), latlon(3, 2, 0), section, simple(6, 0), bitmap(255), data({})}));
+        ASSERT_EQ(records.size(), 1U) << c.type1;
+        EXPECT_EQ(records[0].ltype, c.ltype) << c.type1;
+        EXPECT_EQ(records[0].level, c.level) << c.type1;
+    }
+    Bytes section = product(8, 58);
+    set(section, 10, 1);
+    set(section, 11, 3);
+    set(section, 18, 11);
+    set(section, 19, 1, 4);
+    set(section, 47, 1);
+    set(section, 50, 1, 4);
+    const auto records =
+        read(message2(2, {identification(), latlon(3, 2, 0), section, simple(6, 0), bitmap(255), data({})}));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records[0].time, 4006012);
+}
+
+TEST_F(Grib, ParameterFileTakesTheFirstLineThatFits) {
+    dir.write("grib2_var.lup", "# comment\n7 0 0 0 nosuch K Local\n0 0 0 0 nosuch C General\n");
+    RES_new(0, "file_path", dir.path().c_str(), CV_string);
+    GribParam param = GRIB_get_ver2_param(7, 0, 0, 0);
+    EXPECT_EQ(param.units, "K");
+    EXPECT_EQ(param.ind, 0);
+    param = GRIB_get_ver2_param(98, 0, 0, 0);
+    EXPECT_EQ(param.units, "C");
+    EXPECT_EQ(GRIB_get_ver2_param(7, 2, 1, 3).ind, 2001003);
+}
+
+TEST_F(Grib, EnsembleEndsWithItsField) {
+    Bytes member = product(1, 37);
+    set(member, 35, 2);
+    set(member, 36, 3);
+    const std::vector<Bytes> rest{simple(6, 0), bitmap(255), data({})};
+    const Bytes first = message2(0, {identification(), latlon(3, 2, 0), member, rest[0], rest[1], rest[2]});
+    const Bytes second = message2(0, {identification(), latlon(3, 2, 0), product(), rest[0], rest[1], rest[2]});
+    const auto records = read(join({first, second}));
+    ASSERT_EQ(records.size(), 2U);
+    EXPECT_EQ(records[0].var - records[1].var, 19323000);
+    EXPECT_TRUE(records[0].info.find("Ens[-3]") != std::string::npos);
+}
+
+/// An edition 1 message: product block changed by `change`, then the data block.
+Bytes message1(const std::function<void(Bytes&)>& change, const Bytes& grid, const Bytes& packed, int bits) {
+    Bytes block(28, 0);
+    set(block, 1, 28, 3);
+    set(block, 4, 2);
+    set(block, 5, 7);
+    set(block, 7, 255);
+    set(block, 8, grid.empty() ? 0 : 0x80);
+    set(block, 9, 7);
+    set(block, 10, 100);
+    set(block, 11, 1000, 2);
+    for (const auto& [octet, value] : {std::pair{13, 98}, {14, 3}, {15, 15}, {16, 12}, {18, 1}})
+        set(block, octet, value);
+    change(block);
+    Bytes values(11, 0);
+    set(values, 1, 11 + static_cast<int>(packed.size()), 3);
+    set(values, 11, bits);
+    const Bytes body = join({block, grid, values, packed, {'7', '7', '7', '7'}});
+    Bytes head{'G', 'R', 'I', 'B'};
+    put(head, static_cast<std::int64_t>(body.size()) + 8, 3);
+    head.push_back(1);
+    return join({head, body});
+}
+
+Bytes latlon1(int nx, int ny, int vertical) {
+    Bytes block(static_cast<std::size_t>(32 + 4 * vertical), 0);
+    set(block, 1, static_cast<int>(block.size()), 3);
+    set(block, 4, vertical);
+    set(block, 5, vertical ? 33 : 255);
+    set(block, 7, nx, 2);
+    set(block, 9, ny, 2);
+    set(block, 17, 0x80);
+    set(block, 24, 1000, 2);
+    set(block, 26, 1000, 2);
+    return block;
+}
+
+TEST_F(Grib, ProductBlock) {
+    struct Case {
+        const char* what;
+        std::vector<std::pair<int, int>> octets;
+        int GRD_report::*field;
+        int expected;
+    };
+    const Case cases[] = {
+        {"accumulation in days", {{18, 2}, {19, 1}, {20, 3}, {21, 4}}, &GRD_report::time, 4801803},
+        {"12 hours", {{18, 12}, {19, 2}}, &GRD_report::time, 24},
+        {"two octets", {{19, 1}, {20, 44}, {21, 10}}, &GRD_report::time, 300},
+        {"layer", {{10, 101}, {11, 85}, {12, 50}}, &GRD_report::level, 85050},
+        {"level", {}, &GRD_report::level, 1000},
+        {"longitude", {{9, 177}}, &GRD_report::var, 571},
+        {"table 129", {{4, 129}, {9, 212}}, &GRD_report::var, 491},
+        {"ECMWF", {{5, 98}, {9, 167}}, &GRD_report::ltype, 105},
+    };
+    for (const Case& c : cases) {
+        const auto records = read(message1(
+            [&](Bytes& block) {
+                for (const auto& [octet, value] : c.octets) set(block, octet, value);
+            },
+            latlon1(2, 2, 0), {1, 2, 3, 4}, 8));
+        ASSERT_EQ(records.size(), 1U) << c.what;
+        EXPECT_EQ(records[0].*c.field, c.expected) << c.what;
+        EXPECT_EQ(records[0].date.year, 1998);
+        EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
+    }
+}
+
+TEST_F(Grib, EnsembleMemberOfTheUsCentre) {
+    const auto records = read(message1(
+        [](Bytes& block) {
+            block.resize(45, 0);
+            set(block, 1, 45, 3);
+            for (const auto& [octet, value] : {std::pair{26, 2}, {42, 2}, {43, 3}, {44, 1}}) set(block, octet, value);
+        },
+        latlon1(2, 2, 0), {1, 2, 3, 4}, 8));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records[0].var, 19323007);
+}
+
+TEST_F(Grib, VerticalCoordinatesArePassedOver) {
+    const auto records = read(message1([](Bytes&) {}, latlon1(2, 2, 3), {1, 2, 3, 4}, 8));
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
+}
+
+TEST_F(Grib, PoleAndClosingColumnOfGrid26) {
+    Bytes packed(1 + 72 * 18, 5);
+    packed[0] = 9;
+    packed[1] = 7;
+    const auto records = read(message1([](Bytes& block) { set(block, 7, 26); }, {}, packed, 8));
+    ASSERT_EQ(records.size(), 1U);
+    const GRD_report& grd = records[0];
+    ASSERT_EQ(grd.domain.nx, 73);
+    EXPECT_EQ(grd.grid[18 * 73], 9.0F);
+    EXPECT_EQ(grd.grid[18 * 73 + 72], 9.0F);
+    EXPECT_EQ(grd.grid[17 * 73], 7.0F);
+    EXPECT_EQ(grd.grid[17 * 73 + 1], 5.0F);
+    EXPECT_EQ(grd.grid[17 * 73 + 72], 7.0F);
+    EXPECT_EQ(grd.grid[0], 5.0F);
+}
+
+TEST_F(Grib, GarbledRowsAreCutOff) {
+    Bytes packed(40, 10);
+    for (std::size_t i = 21; i < 34; i += 2) packed[i] = 250;
+    const Bytes bytes = message1([](Bytes& block) { set(block, 10, 1); }, latlon1(20, 2, 0), packed, 8);
+    GRIB_set_max_bad(5);
+    const auto records = read(bytes);
+    GRIB_set_max_bad(-1);
+    ASSERT_EQ(records.size(), 1U);
+    const Values grid = values(records[0]);
+    EXPECT_EQ(grid[25], 250.0F);  // the fifth jump
+    EXPECT_EQ(grid[26], FMISS);   // the sixth, and all that follows
+    EXPECT_EQ(grid[39], FMISS);
+}
+
+TEST_F(Grib, BulletinsOfAFeed) {
+    const Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);
+    const std::string start = "\x01\r\r\n123\r\r\nHTXA98 KWBC 151200\r\r\n";
+    const std::string end = "\r\r\n\x03";
+    const Bytes head(start.begin(), start.end());
+    const Bytes tail(end.begin(), end.end());
+    const auto records = read(join({head, message, tail, head, message, tail}));
+    EXPECT_EQ(records.size(), 2U);
+    EXPECT_EQ(header, "HTXA98 KWBC 151200");
+    EXPECT_EQ(read(message).size(), 1U);
+    EXPECT_EQ(header, "GRIB01 KXXX 010000");
+    // Fillers of any kind between messages, and an edition 2 message among them
+    const Bytes other =
+        message2(0, {identification(), latlon(3, 2, 0), product(), simple(6, 0), bitmap(255), data({})});
+    EXPECT_EQ(read(join({message, {'\r', '\n', '\r', '\n'}, other, {0, 0, 0}, message})).size(), 3U);
+}
+
+TEST_F(Grib, AnImpossibleLengthEndsTheWalk) {
+    Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);
+    int last = 0;
+    set(message, 5, 0, 3);
+    EXPECT_EQ(read(join({message, message}), &last).size(), 1U);
+    EXPECT_EQ(last, -1);
+    set(message, 5, 0xFFFFFF, 3);
+    EXPECT_EQ(read(join({message, message}), &last).size(), 1U);
+    EXPECT_EQ(last, -1);
+}
+
+TEST_F(Grib, RecordsInAnyOrder) {
+    Bytes file;
+    for (int i = 1; i <= 3; ++i) {
+        const Bytes one = data({static_cast<unsigned char>(2 * i - 1)});
+        const Bytes two = data({static_cast<unsigned char>(2 * i)});
+        file = join({file, message2(0, {identification(), latlon(1, 1, 0), product(), simple(1, 8), bitmap(255), one,
+                                        product(), simple(1, 8), bitmap(255), two})});
+    }
+    const std::string path = dir.write("order.grib", std::string(file.begin(), file.end()));
+    int type = 0;
+    const int fd = GRD_open(path, 0, &type);
+    GRD_info info;
+    ASSERT_EQ(GRD_getinfo(fd, &info), 0);
+    for (const int wanted : {4, 1, 1, 5, 0, 3, 2}) {
+        GRD_report grd;
+        int number = wanted;
+        ASSERT_EQ(GRD_read(fd, &grd, GRD_READ_ALL, &number), 0) << wanted;
+        EXPECT_EQ(number, wanted);
+        EXPECT_EQ(grd.grid[0], static_cast<float>(wanted + 1));
+    }
+    GRD_close(fd);
+}
+
+}  // namespace
+}  // namespace zav

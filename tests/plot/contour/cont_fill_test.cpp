@@ -1,0 +1,169 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "frame/resrc.h"
+#include "plot/contour/cont_support.h"
+
+namespace zav {
+namespace {
+
+using test::area_of;
+using test::draw;
+using test::make_grid;
+using test::sent;
+using test::set_interval;
+using test::set_levels;
+using test::start_contours;
+
+double total_area() {
+    double sum = 0;
+    for (const auto& area : sent.areas) sum += area_of(area.pts);
+    return sum;
+}
+
+double bilinear(const std::array<float, 4>& z, const Gpt& pt) {
+    return z[0] * (1.0 - pt.x) * (1.0 - pt.y) + z[1] * pt.x * (1.0 - pt.y) + z[2] * (1.0 - pt.x) * pt.y +
+           z[3] * static_cast<double>(pt.x) * pt.y;
+}
+
+/// Bands of a cell cover it once: their areas add up to the cell's, and no vertex leaves its band.
+void expect_covered(const std::array<float, 4>& z, float interval, int last_band) {
+    for (const auto& area : sent.areas) {
+        const float top = area.band == last_band ? 100.0F : interval * static_cast<float>(area.band + 1);
+        for (const Gpt& pt : area.pts) {
+            EXPECT_GE(bilinear(z, pt), interval * static_cast<float>(area.band) - 1e-3);
+            EXPECT_LE(bilinear(z, pt), top + 1e-3);
+        }
+    }
+    EXPECT_NEAR(total_area(), 1.0, 1e-4) << z[0] << ' ' << z[1] << ' ' << z[2] << ' ' << z[3];
+}
+
+TEST(ContFill, BandsCoverEveryCellOnce) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> any(0, 10);
+    std::uniform_int_distribution<int> whole(0, 5);  // often exactly on a level
+    for (int n = 0; n < 20000; ++n) {
+        std::array<float, 4> z{};
+        for (float& value : z) value = n % 2 == 0 ? any(random) : 2.0F * static_cast<float>(whole(random));
+        GRD_report grid = make_grid(2, 2, {z[2], z[3], z[0], z[1]});
+        start_contours(CONT_FILL);
+        const float interval = n % 3 == 0 ? 1.0F : 2.0F;
+        set_interval(0, interval, 11);
+        if (n % 5 == 0) set_levels({0, interval, 2 * interval, 3 * interval, 4 * interval, 5 * interval});
+        cont.color_num = 11;
+        draw(grid);
+        expect_covered(z, interval, n % 5 == 0 ? 5 : 11);
+        if (::testing::Test::HasFailure()) return;
+    }
+}
+
+TEST(ContFill, SaddleOfThreeBands) {
+    GRD_report grid = make_grid(2, 2, {0, 10, 10, 0});  // corners 0 and 3 are high
+    start_contours(CONT_FILL);
+    set_levels({0, 3, 7});
+    draw(grid);
+    ASSERT_EQ(sent.areas.size(), 5U);
+    const std::array<int, 5> bands{0, 0, 1, 2, 2};
+    const std::array<std::size_t, 5> points{4, 4, 9, 4, 4};
+    const std::array<double, 5> areas{0.045, 0.045, 0.82, 0.045, 0.045};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(sent.areas[i].band, bands[i]);
+        EXPECT_EQ(sent.areas[i].pts.size(), points[i]);
+        EXPECT_NEAR(area_of(sent.areas[i].pts), areas[i], 1e-5);
+    }
+}
+
+struct Cover_case {
+    const char* what;
+    std::vector<float> levels;
+    float min_cut, max_cut;
+    double area;
+};
+
+/// A cell whose values rise from 0 on the left to 10 on the right.
+TEST(ContFill, ListsAndCuts) {
+    const std::vector<Cover_case> cases{
+        {"below the first level stays open", {4, 6, 8}, FMISS, FMISS, 0.6},
+        {"above the last level belongs to it", {-5, -3, -1}, FMISS, FMISS, 1.0},
+        {"wholly below", {20, 30}, FMISS, FMISS, 0.0},
+        {"cut below", {0, 5, 10}, 3, FMISS, 0.7},
+        {"cut above", {0, 5, 10}, FMISS, 6, 0.6},
+        {"cut both ways within one band", {0, 20}, 3, 6, 0.3},
+        {"cut away", {0, 20}, 11, FMISS, 0.0},
+    };
+    for (const Cover_case& c : cases) {
+        GRD_report grid = make_grid(2, 2, {0, 10, 0, 10});
+        start_contours(CONT_FILL);
+        set_levels(c.levels);
+        cont.min_cut = c.min_cut;
+        cont.max_cut = c.max_cut;
+        draw(grid);
+        EXPECT_NEAR(total_area(), c.area, 1e-5) << c.what;
+    }
+}
+
+TEST(ContFill, OffBandsAndEqualValues) {
+    GRD_report ramp = make_grid(2, 2, {0, 10, 0, 10});
+    start_contours(CONT_FILL_LINE);
+    set_interval(0, 2, 6);
+    cont.fill_attrib[1].color = -1;
+    draw(ramp);
+    EXPECT_NEAR(total_area(), 0.8, 1e-5);
+    EXPECT_EQ(sent.lines.size(), 3U);  // at 2, 6 and 8; the line at 4 ends the band that is off
+
+    GRD_report flat = make_grid(2, 2, {4, 4, 4, 4});
+    start_contours(CONT_FILL);
+    set_interval(0, 2, 6);
+    draw(flat);
+    ASSERT_EQ(sent.areas.size(), 1U);
+    EXPECT_EQ(sent.areas[0].band, 1);
+    EXPECT_NEAR(total_area(), 1.0, 1e-6);
+}
+
+TEST(ContFill, LinesOfACombinedPlotAreThoseOfALinePlot) {
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> whole(0, 30);
+    std::vector<float> values(400);
+    for (float& value : values) value = static_cast<float>(whole(random)) + 0.25F;
+    GRD_report grid = make_grid(20, 20, values);
+    start_contours(CONT_LINE);
+    set_interval(0, 2, 17);
+    draw(grid);
+    const std::size_t lines = sent.lines.size();
+    start_contours(CONT_FILL_LINE);
+    set_interval(0, 2, 17);
+    draw(grid);
+    EXPECT_EQ(sent.lines.size(), lines);
+    EXPECT_NEAR(total_area(), 19.0 * 19.0, 1e-2);
+}
+
+TEST(ContValue, NumbersAtGridPoints) {
+    RES_put("color_label", "1");
+    GRD_report grid = make_grid(4, 3, {1, 2, 3, 4, 5, FMISS, 7, 8, 9, 10, 11, 12.5F});
+    start_contours(CONT_VALUE);
+    cont.grid_max = 12;
+    cont.grid_min = 1;
+    draw(grid);
+    ASSERT_EQ(sent.texts.size(), 11U);
+    EXPECT_EQ(sent.texts[0].str, "1");
+    EXPECT_EQ(sent.texts[0].pt.y, 2.0F);
+    start_contours(CONT_VALUE);
+    cont.grid_max = 12;
+    cont.x_skip = 3;
+    cont.y_skip = 2;
+    cont.num_form = "%.1f";
+    draw(grid);
+    ASSERT_EQ(sent.texts.size(), 4U);
+    EXPECT_EQ(sent.texts[3].str, "12.5");
+    EXPECT_EQ(sent.texts[3].pt.x, 3.0F);
+    start_contours(CONT_VALUE);
+    cont.grid_max = 12;
+    cont.num_form = "%s%n";
+    draw(grid);
+    EXPECT_EQ(sent.texts[0].str, "1");
+}
+
+}  // namespace
+}  // namespace zav
