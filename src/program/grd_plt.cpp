@@ -15,8 +15,8 @@
 #include "grid/grd_tool.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
-#include "plot/page/plt_tool.h"
 #include "plot/sequence/data_plt.h"
+#include "plot/sequence/plt_plot.h"
 #include "program/install.h"
 #include "var/var_tool.h"
 

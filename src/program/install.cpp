@@ -7,8 +7,10 @@
 #include "frame/hooks.h"
 #include "grid/grd_tool.h"
 #include "map/region.h"
+#include "plot/background/map.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_labl.h"
+#include "plot/station/raw_plt.h"
 #include "var/var_tool.h"
 
 namespace zav {
@@ -73,6 +75,7 @@ void ZAV_install_hooks() {
     install_grid_hooks();
     DATE_set_model_lookup(VAR_model);
     CLR_install();
+    MAP_set_raw_func(RAW_plot_file);
 }
 
 }  // namespace zav

@@ -151,6 +151,8 @@ int MAP_get_latlon(float* lat, float* lon) {
     return 0;
 }
 
+void MAP_set_raw_func(MAP_raw_func func) { map_background.raw_plot = func; }
+
 int MAP_file(const std::string& file) {
     map_background.map_name = fit_text(file, NAME_SIZE);
     return 0;
@@ -178,13 +180,6 @@ float MAP_get_hor() {
     Glim window;
     MAP_get_window(&window);
     return window.x_max - window.x_min;
-}
-
-void MAP_callback(int /*type*/, const char* str, float x, float y) {
-    const std::string event = str == nullptr ? "" : str;
-    PLT_print_values(event, x, y);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event, x, y);
 }
 
 }  // namespace zav

@@ -41,6 +41,11 @@ int MAP_get_latlon(float* lat, float* lon);
 /// Map list to use when the resource "map_file" is not set.
 int MAP_file(const std::string& file);
 
+/// Draws a raw data file over the map; `label` 1 also sets the plot's labels from it. Result 0.
+using MAP_raw_func = int (*)(const std::string& file, int label);
+/// What draws the "rf:" items. Without one they are passed over.
+void MAP_set_raw_func(MAP_raw_func func);
+
 /// Attribute string for map lines.
 int MAP_set_format(const std::string& str);
 
@@ -53,8 +58,5 @@ int MAP_get_window(Glim* wind);
 float MAP_get_vert();
 /// Horizontal extent of that window in map units.
 float MAP_get_hor();
-
-/// Mouse callback of a map plot: value read-out, zoom, resize.
-void MAP_callback(int type, const char* str, float x, float y);
 
 }  // namespace zav

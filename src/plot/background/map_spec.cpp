@@ -17,7 +17,6 @@
 #include "plot/background/map_state.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_tool.h"
-#include "plot/station/raw_plt.h"
 
 namespace zav {
 namespace {
@@ -133,7 +132,7 @@ int draw_metafile(const std::string& text) {
 
 int draw_raw_file(const std::string& text) {
     PLT_mess("Map-rawfile: %s", text.c_str());
-    RAW_plot_file(FILE_add_path(RES_get("file_path"), text), 0);
+    if (map_background.raw_plot != nullptr) map_background.raw_plot(FILE_add_path(RES_get("file_path"), text), 0);
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "map/maptran.h"
+#include "plot/background/map.h"
 
 namespace zav {
 
@@ -19,6 +20,7 @@ struct Map_background {
         1;  ///< region blocks: 1 none met, 2 inside one that holds, 0 inside one that doesn't, -1 behind one
     int fill_cont = 0;  ///< filled contours are on
     bool fill = false;  ///< map lines become filled areas
+    MAP_raw_func raw_plot = nullptr;
 };
 extern Map_background map_background;
 

@@ -59,11 +59,6 @@ int CONT_flash_value(const char* str, float x, float y);
 /// Settles type, interval, levels, colours and labels for `grid`, the variable of index `ind`; `plot` is the number
 /// of the plot in a sequence. Result 0.
 int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain* domain, CONT_event call);
-/// Whole plot of one grid.
-int CONT_plot_grid(GRD_report* grid, const Domain* domain, CONT_event call);
-/// Whole plot of the first grid in the table; also the redraw after a zoom or a resize.
-int CONT_plot(Domain* domain);
-
 /// Puts the settings of a single plot back to their start values.
 int CONT_init();
 /// Range, interval and levels from the settings and `grid`, which may be null. -1 when no range is known.
@@ -89,8 +84,6 @@ int CONT_fill_attrib_init(Gattribs* attrib);
 /// Attributes of the band that `value` lies in; colour -1 for none.
 int CONT_get_fill_attrib(float value, Gattribs* attrib);
 int CONT_get_fill_attrib_ind(int ind, Gattribs* attrib);
-/// Event callback of a contour plot.
-void CONT_callback(int type, const char* str, float x, float y);
 
 // Settings.
 

@@ -5,6 +5,7 @@
 
 #include "frame/string.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 
@@ -24,11 +25,11 @@ constexpr std::array<Line_kind, 2> LINE_KINDS = {{{13, CONT_LINE, 1}, {14, CONT_
 }  // namespace
 
 int CONT_set_bar(int bar) {
-    cont.plt_bar = bar;
+    PLT_layer_requests().bar = bar;
     return 0;
 }
 
-int CONT_get_bar() { return cont.plt_bar; }
+int CONT_get_bar() { return PLT_layer_requests().bar; }
 
 int CONT_set_scale(float scale) {
     cont.scale = scale;

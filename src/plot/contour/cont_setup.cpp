@@ -1,5 +1,4 @@
-// What comes before a grid is contoured: the order in which formats, resources and prompts settle type and levels, and
-// the whole plot of a single grid.
+// What comes before a grid is contoured: the order in which formats, resources and prompts settle type and levels.
 
 #include <array>
 
@@ -9,14 +8,11 @@
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
-#include "gks/gks.h"
 #include "gks/zavgks.h"
-#include "grid/grd_out.h"
 #include "grid/grd_tool.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
 #include "plot/page/plt_labl.h"
-#include "plot/page/plt_tool.h"
 #include "var/var_tool.h"
 
 namespace zav {
@@ -141,7 +137,7 @@ void settle_levels(GRD_report* grid) {
     GRD_maxmin(grid, &max, &min);
     CONT_set_range(max, min);
     ask_interval(max, min);
-    if (cont_has_values()) cont.plt_bar = cont.plt_bar == -2 ? 0 : 1;
+    if (cont_has_values()) CONT_set_bar(CONT_get_bar() == -2 ? 0 : 1);
     read_base();
     if (RES_getval("plot_scale", &cont.scale, CV_float) != 0 && !(cont.scale > 0.0F)) cont.scale = 1.0F;
     CONT_format_decode_type(RES_get("plot_format"));
@@ -222,54 +218,6 @@ int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain*, CONT_eve
     settle_levels(grid);
     if (plot == 0) remember_choices(ind);
     return 0;
-}
-
-int CONT_plot(Domain* domain) {
-    if (plot_is_off()) return 0;
-    const bool redraw = gchk_graphics() != 0;
-    if (redraw) {
-        PLT_reset(DOM_aspect(domain));
-    } else {
-        PLT_open(DOM_aspect(domain));
-        PLT_set_callback(CONT_callback);
-        PLT_set_zoom_func(CONT_plot);
-        PLT_set_resize_func(CONT_plot);
-    }
-    GRD_report* grid = GRD_get_grids();
-    MAP_setup(domain);
-    CONT_plot_setup(0, 0, grid, domain, CONT_callback);
-    if (cont.mapcon != 0) {
-        MAP_draw(MAP_PASS_UNDER | MAP_PASS_PLAIN);
-        CONT_draw(grid);
-    } else {
-        CONT_draw(grid);
-        MAP_draw(MAP_PASS_OVER | MAP_PASS_PLAIN);
-    }
-    PLT_labels();
-    if (CONT_get_bar() >= 1) CONT_draw_bar(1, "");
-    PLT_dump(0);
-    if (!redraw) PLT_close();
-    return 0;
-}
-
-int CONT_plot_grid(GRD_report* grid, const Domain* domain, CONT_event call) {
-    if (plot_is_off()) return 0;
-    CONT_plot_setup(0, 0, grid, domain, call);
-    const bool has_domain = domain != nullptr && domain->clat != FMISS;
-    if (!has_domain && grid == nullptr) return 0;
-    Domain area = has_domain ? *domain : grid->domain;
-    CONT_plot(&area);
-    cont.cont_type = MISS;
-    return 0;
-}
-
-void CONT_callback(int, const char* str, float x, float y) {
-    if (str == nullptr) return;
-    PLT_print_values(str, x, y);
-    PLT_plot_zoom(str, x, y);
-    PLT_plot_resize(str, x, y);
-    CONT_flash_value(str, x, y);
-    if (std::string(str) == "s-Alt") GRD_save_file("output.grd", GRD_get_grids(), GRD_get_info(), 2);
 }
 
 }  // namespace zav

@@ -77,7 +77,6 @@ struct Cont_settings {
     int rot_label = 0;       ///< 1: labels run along the line
     int mapcon = 0;          ///< 1: map under the contours
     int max_line_fact = -2;  ///< limit on lines in a cell
-    int plt_bar = 0;         ///< bar request: 1 levels, 2 parameter, 3 format, -2 none
     int draw_grid = 0;
     int over = 0;                                  ///< overlay index
     std::array<int, CONT_VARIABLES> cont_types{};  ///< memory by variable

@@ -10,10 +10,8 @@
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "gks/gks_colr.h"
-#include "plot/contour/cont.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_state.h"
-#include "plot/wind/vect_plt.h"
 
 namespace zav {
 namespace {
@@ -157,8 +155,8 @@ void print_position(int lab, const Glim& view, const Label_layout& layout) {
 
 /// False where the colour bar or the vector key takes a label's place.
 bool has_room(int lab) {
-    if (lab == 3 || lab == 4) return CONT_get_bar() < 1;
-    if (lab == 5) return VECT_get_vect() <= 0;
+    if (lab == 3 || lab == 4) return PLT_layer_requests().bar < 1;
+    if (lab == 5) return PLT_layer_requests().vector_key <= 0;
     return true;
 }
 

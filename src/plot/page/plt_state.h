@@ -18,7 +18,8 @@ struct PLT_state {
     int dump = PLT_DUMP_NONE;
     std::string dump_file;  ///< name pattern of image output
     int bar = 0;            ///< 1 once the colour bar of this frame is done
-    int full_lab = 0;       ///< 1 puts the labels inside the viewport
+    PLT_requests requests;
+    int full_lab = 0;  ///< 1 puts the labels inside the viewport
     PLT_event_func callback = nullptr;
     PLT_redraw_func zoom_func = nullptr;
     PLT_redraw_func resize_func = nullptr;

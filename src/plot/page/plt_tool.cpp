@@ -11,7 +11,6 @@
 #include "gks/gks_evnt.h"
 #include "gks/gks_ws.h"
 #include "gks/x11/gks_x11.h"
-#include "plot/contour/cont.h"
 #include "plot/page/plt_state.h"
 
 namespace zav {
@@ -30,8 +29,9 @@ bool plotting_off() { return !FLAG_getplot(PLOT_ALL) || FLAG_get(FLAG_PLOT_TYPE)
 
 PLT_state& PLT_state_get() { return state; }
 
-int PLT_open(float aspect) {
-    PLT_param_decode();
+PLT_requests& PLT_layer_requests() { return state.requests; }
+
+int PLT_open_page(float aspect) {
     state.dis_view = state.view_off;
     if (plotting_off()) return -1;
     GPH_setup(&state.work_id, &state.wk_type, aspect, &state.dis_view);
@@ -122,7 +122,7 @@ int PLT_set_bar(int val) {
 }
 
 int PLT_bar() {
-    if (state.bar || CONT_get_bar() < 1) return 0;
+    if (state.bar || state.requests.bar < 1) return 0;
     state.bar = 1;
     return 1;
 }
@@ -158,12 +158,6 @@ int PLT_set_zoom_func(PLT_redraw_func func) {
 
 int PLT_set_resize_func(PLT_redraw_func func) {
     state.resize_func = func;
-    return 0;
-}
-
-int PLT_set_refresh_func(int sec, PLT_redraw_func func) {
-    state.refresh_func = func;
-    gset_refresh_callback(sec, PLT_plot_refresh);
     return 0;
 }
 

@@ -17,8 +17,15 @@ using PLT_redraw_func = int (*)(Domain* domain);
 /// Kinds of image output.
 enum : int { PLT_DUMP_NONE = 0, PLT_DUMP_XWD = 1, PLT_DUMP_GIF = 2, PLT_DUMP_IMG = 3, PLT_DUMP_PNG = 4 };
 
+/// What the layers want beside the plot; labels give way to it.
+struct PLT_requests {
+    int bar = 0;         ///< colour bar: 1 for levels, 2 by parameter, 3 by format, -2 none
+    int vector_key = 0;  ///< 1: the key of the longest arrow
+};
+PLT_requests& PLT_layer_requests();
+
 /// Opens the workstation for a plot of the given width over height. 0, or -1 when plotting is off.
-int PLT_open(float aspect);
+int PLT_open_page(float aspect);
 /// Starts a further plot on the open workstation. 0, or -1 when plotting is off.
 int PLT_reset(float aspect);
 /// Moves to the panel set by PLT_panel_decode. An aspect of 0 keeps that of the present plot.
@@ -48,30 +55,11 @@ int PLT_set_bar(int val);
 /// 1 the first time in a frame that a colour bar is wanted, then 0.
 int PLT_bar();
 
-/// Image output of the following plots; an empty name takes the default of the type.
-int PLT_set_dump(int type, const std::string& filename);
-/// Writes the image file of a frame. 0, or -1 when none is wanted or it fails.
-int PLT_dump(int frame);
-
 /// Panel from "SXxSY+OX+OY": fractions of the page, or with SX above 1 columns, rows, column, row.
 int PLT_panel_decode(const std::string& str);
-/// Decodes the resources "plot_param" and "out_file".
-int PLT_param_decode();
 
 int PLT_set_callback(PLT_event_func func);
 int PLT_set_zoom_func(PLT_redraw_func func);
 int PLT_set_resize_func(PLT_redraw_func func);
-/// Redraws by `func` each `sec` seconds while the plot is held.
-int PLT_set_refresh_func(int sec, PLT_redraw_func func);
-
-// Reactions to an event; each looks for its own events and ignores the others.
-
-int PLT_plot_zoom(const std::string& event, float x, float y);
-int PLT_plot_resize(const std::string& event, float x, float y);
-void PLT_plot_refresh();
-/// Prints the position in earth, plot and pixel coordinates.
-int PLT_print_location(const std::string& event, float x, float y);
-/// Prints the values of the plotted variables at a point.
-int PLT_print_values(const std::string& event, float x, float y);
 
 }  // namespace zav

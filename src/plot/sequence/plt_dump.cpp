@@ -9,6 +9,7 @@
 #include "gks/gks_ws.h"
 #include "image/zavimg.h"
 #include "plot/page/plt_state.h"
+#include "plot/sequence/plt_plot.h"
 
 namespace zav {
 namespace {

@@ -7,6 +7,7 @@
 #include "gks/x11/gks_x11.h"
 #include "map/maptran.h"
 #include "plot/page/plt_state.h"
+#include "plot/sequence/plt_plot.h"
 
 namespace zav {
 namespace {
@@ -129,6 +130,12 @@ int PLT_plot_resize(const std::string& event, float, float) {
     Domain domain;
     MAP_get_domain(&domain);
     redraw(PLT_state_get().resize_func, domain);
+    return 0;
+}
+
+int PLT_set_refresh_func(int sec, PLT_redraw_func func) {
+    PLT_state_get().refresh_func = func;
+    gset_refresh_callback(sec, PLT_plot_refresh);
     return 0;
 }
 

@@ -24,6 +24,7 @@
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
 #include "plot/page/plt_state.h"
+#include "plot/sequence/plt_plot.h"
 #include "station/cty_tool.h"
 
 namespace zav {
@@ -167,6 +168,11 @@ void take_out_file(const std::string& item) {
 }
 
 }  // namespace
+
+int PLT_open(float aspect) {
+    PLT_param_decode();
+    return PLT_open_page(aspect);
+}
 
 int PLT_param_decode() {
     std::vector<std::string> items;

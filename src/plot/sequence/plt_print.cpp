@@ -9,7 +9,7 @@
 #include "frame/zav.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
-#include "plot/page/plt_tool.h"
+#include "plot/sequence/plt_plot.h"
 #include "station/cty_tool.h"
 #include "var/var_tool.h"
 

@@ -210,7 +210,7 @@ int VECT_draw_vect() {
     GPH_text_attr(nullptr, 1.0F);
     GPH_text_attr(&text, 0.015F * ysize);
     GPH_text_align(GRIGHT_HOR, GHALF_VERT);
-    if ((!FLAG_getplot(PLOT_TEXT) && vect.plt_vect == 0) || text.color == CLR_NONE) return 0;
+    if ((!FLAG_getplot(PLOT_TEXT) && VECT_get_vect() == 0) || text.color == CLR_NONE) return 0;
     if (!(vect.vert_size > 0.0F)) return 0;
     const float length = vect.vect_size * ysize / vect.vert_size;
     const float y = view.y_min - 0.025F * ysize;

@@ -22,10 +22,6 @@ int VECT_draw(GRD_report* ugrid, GRD_report* vgrid);
 int VECT_draw_vect();
 /// One streamline from column `i`, row `j` counted from the bottom, of at most `length` steps.
 int VECT_stream(GRD_report* ugrid, GRD_report* vgrid, int i, int j, float length);
-/// The whole plot of one wind field.
-int VECT_plot_grid(GRD_report* ugrid, GRD_report* vgrid, Domain* domain, PLT_event_func call);
-int VECT_plot(Domain* domain);
-
 int VECT_init();
 /// The plot type, after a question if none is known.
 int VECT_prompt_type();

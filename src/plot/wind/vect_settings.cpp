@@ -235,11 +235,11 @@ int VECT_set_type(int type) {
 int VECT_get_type() { return vect.vect_type; }
 
 int VECT_set_vect(int val) {
-    vect.plt_vect = val;
+    PLT_layer_requests().vector_key = val;
     return 0;
 }
 
-int VECT_get_vect() { return vect.plt_vect; }
+int VECT_get_vect() { return PLT_layer_requests().vector_key; }
 
 float VECT_get_vector_size() { return vect.vect_size; }
 

@@ -44,7 +44,6 @@ struct Vect_state {
     int xskip = 1;                ///< thinning steps, at least 1
     int yskip = 1;                ///<
     int uvgrid = 1;               ///< 1: components are relative to the grid
-    int plt_vect = 0;             ///< 1: the key of the longest arrow is wanted
     Gattribs attrib;              ///< lines and areas of the point at work
     std::vector<int> num;         ///< crossing counters of a streamline plot, the last one for places off the mesh
     PLT_event_func callback = nullptr;

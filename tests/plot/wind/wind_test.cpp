@@ -13,7 +13,7 @@
 #include "map/maptran.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
-#include "plot/page/plt_tool.h"
+#include "plot/sequence/plt_plot.h"
 #include "plot/wind/vect_plt.h"
 #include "plot/wind/vect_state.h"
 #include "plot/wind/vecttool.h"

@@ -1,6 +1,6 @@
 // Labels, panels, parameters and events of a plot.
 
-#include "plot/page/plt_tool.h"
+#include "plot/sequence/plt_plot.h"
 
 #include <sstream>
 
