@@ -9,6 +9,7 @@
 #include "frame/menu.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/system.h"
 
@@ -16,7 +17,6 @@ namespace zav {
 namespace {
 
 constexpr int PROMPTS = 4;
-constexpr int NO_FILE_STATUS = 10;
 
 void report_current() { MESS_print(MESS_PROGRESS, "Current filename: %s\n", naming().filename.c_str()); }
 
@@ -28,7 +28,7 @@ int take_rule(const char* rule) {
     FILE_set_current(rule, name);
     if (!FILE_exist(naming().filename)) {
         report_missing();
-        ZAV_exit(NO_FILE_STATUS);
+        ZAV_exit(STATUS_NO_GRID);
     }
     report_current();
     return 1;
@@ -79,7 +79,7 @@ int ask_file(const std::string& prompt) {
         if (FILE_exist(naming().filename)) return 1;
         report_missing();
     }
-    ZAV_exit(NO_FILE_STATUS);
+    ZAV_exit(STATUS_NO_GRID);
 }
 
 /// 1 to overwrite, 2 to append, 3 to use, by the first letter of an answer.

@@ -19,6 +19,7 @@
 
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/system.h"
 #include "frame/tools.h"
@@ -27,7 +28,6 @@ namespace zav {
 namespace {
 
 constexpr std::size_t MESSAGE_SIZE = 120;  // one flag byte and the text
-constexpr int TIMEOUT_STATUS = 7;
 constexpr long TO_WINDOW = 1;
 /// Connection on which a window answers a program that has none yet.
 constexpr int FIRST_CONNECTION = 2;
@@ -59,7 +59,7 @@ void note_alarm(int) { timed_out = 1; }
 
 void MQ_intrp() {
     MESS_print(MESS_WARN, "Queue not responding!!\n");
-    ZAV_exit(TIMEOUT_STATUS);
+    ZAV_exit(STATUS_NO_ANSWER);
 }
 
 int open_queue(int num) {

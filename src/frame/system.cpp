@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <thread>
 
+#include "frame/status.h"
+
 namespace zav {
 namespace {
 
@@ -39,7 +41,7 @@ int ZAV_back_proc() {
     const pid_t child = fork();
     if (child < 0) return 0;
     // Without the clean-up of an exit, which would move the positions of files and wait for pipes that the child uses.
-    if (child > 0) _exit(0);
+    if (child > 0) _exit(ZAV_noted());
 
     std::signal(SIGINT, SIG_DFL);
     // What was read ahead of the questions so far answers none of the later ones.
@@ -52,7 +54,7 @@ int ZAV_back_proc() {
     return 1;
 }
 
-void ZAV_exit(int status) { std::exit(status); }
+void ZAV_exit(int status) { std::exit(status != 0 ? status : ZAV_noted()); }
 
 int ZAV_get_pid() { return static_cast<int>(getpid()); }
 

@@ -2,11 +2,12 @@
 
 namespace zav {
 
-/// Goes to the background: the parent process exits with 0, the child goes on, detached, with its standard streams on
-/// the null device. 1, or 0 if that can't be.
+/// Goes to the background: the parent process exits with the noted status, the child goes on, detached, with its
+/// standard streams on the null device. 1, or 0 if that can't be.
 int ZAV_back_proc();
 
-/// Ends the program. All its ends go through here but the return of main and the parent of a background process.
+/// Ends the program with `status`, or with the noted one (frame/status.h) where it is 0. All its ends go through here
+/// but the return of main and the parent of a background process.
 [[noreturn]] void ZAV_exit(int status);
 
 /// Number of this process.

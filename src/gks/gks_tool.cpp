@@ -6,6 +6,7 @@
 #include "frame/menu.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/system.h"
 #include "gks/gks_colr.h"
@@ -17,7 +18,6 @@ namespace zav {
 namespace {
 
 /// Status of a program that has no workstation to draw on.
-constexpr int EXIT_NO_WORKSTATION = 4;
 constexpr int WORKSTATION = 1;
 constexpr const char* DEVICE_PROMPT = "Display (D) or Postscript (P): ";
 
@@ -44,11 +44,11 @@ void open_workstation(Gint ws_id, const std::string& conn_id, Gws_type ws_type) 
     if (gopen_gks(nullptr, 10000) != 0) {
         MESS_print(MESS_ERROR, "GPH_begin: Error opening Kernel System\n");
         gemergency_close_gks();
-        ZAV_exit(EXIT_NO_WORKSTATION);
+        ZAV_exit(STATUS_NO_GRAPHICS);
     }
     if (gopen_ws(ws_id, conn_id, ws_type) != 0) {
         MESS_print(MESS_ERROR, "GPH_begin: Error opening workstation\n");
-        ZAV_exit(EXIT_NO_WORKSTATION);
+        ZAV_exit(STATUS_NO_GRAPHICS);
     }
 }
 

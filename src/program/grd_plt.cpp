@@ -8,6 +8,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/system.h"
 #include "gks/gks.h"
 #include "gks/gks_loop.h"
@@ -24,7 +25,6 @@ namespace zav {
 
 namespace {
 
-constexpr int STATUS_NO_GRID = 10;
 /// Plot type of variables that name none: a contour of a kind chosen later.
 constexpr int DEFAULT_TYPE = 11;
 
@@ -178,7 +178,7 @@ int GRD_main(int argc, const char* const* argv) {
             }
         }
     }
-    return 0;
+    return ZAV_noted();
 }
 
 }  // namespace zav

@@ -218,7 +218,7 @@ std::vector<PagePath> lines_in_rectangle(const Page& page) {
 void play_back(const std::string& metafile, const std::string& page) {
     ZAV_install_hooks();
     MESS_set(0, MESS_WARN);
-    RES_put("file_path", ZAV_SOURCE_DIR "/share/zav");
+    RES_put("file_path", test::source_dir() + "/share/zav");
     RES_put("device", "p," + page);
     Gint workstation = 0;
     Gws_type type = 0;

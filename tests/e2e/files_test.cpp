@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Centres, RealFile,
                          });
 
 TEST(SampleFile, EditionsAgreeAndGridsAreWrittenAndReadBack) {
-    const std::string source = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
+    const std::string source = test::source_dir() + "/samples/26011512_wave.grb2";
     const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";
     for (const std::string kind : {"zav", "zavb"}) {
         const TempDir dir;

@@ -80,7 +80,7 @@ int apart(const Colour& a, const Colour& b) {
 
 TEST(Fill, EveryPixelIsPaintedInItsBandsColour) {
     if (!have_program("grib_get_data")) GTEST_SKIP() << "ecCodes isn't installed";
-    const std::string source = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
+    const std::string source = test::source_dir() + "/samples/26011512_wave.grb2";
     const TempDir dir;
     const Outcome outcome = run_program(dir.path(),
                                         "-me warn -ft h24 -le 850 -va temp:C:cf:cof=temp.lev -cocl off "
@@ -104,7 +104,7 @@ TEST(Fill, EveryPixelIsPaintedInItsBandsColour) {
     }
     EXPECT_EQ(unpainted, 0);
 
-    const std::vector<Band> bands = read_bands(ZAV_SOURCE_DIR "/share/zav/temp.lev");
+    const std::vector<Band> bands = read_bands(test::source_dir() + "/share/zav/temp.lev");
     ASSERT_GT(bands.size(), 10U);
     std::istringstream values(run_command("grib_get_data -w shortName=t,level=850,step=24 " + source));
     std::string line;

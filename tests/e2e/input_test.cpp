@@ -10,7 +10,7 @@
 namespace zav::test {
 namespace {
 
-const std::string SAMPLE = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
+const std::string SAMPLE = test::source_dir() + "/samples/26011512_wave.grb2";
 const std::string CHART = "-ft h24 -le 500 -va hght -pl ln -in 60 -de p,x.ps ";
 
 TEST(Program, HelpPrintsTheSyntaxAndOpensNothing) {

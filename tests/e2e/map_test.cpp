@@ -11,8 +11,8 @@
 namespace zav::test {
 namespace {
 
-const std::string SAMPLE = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
-const std::string SHARE = ZAV_SOURCE_DIR "/share/zav/";
+const std::string SAMPLE = test::source_dir() + "/samples/26011512_wave.grb2";
+const std::string SHARE = test::source_dir() + "/share/zav/";
 /// The map alone, with one contour line at the most.
 const std::string MAP_ALONE =
     "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=50000 -cocl off -dr map,bord,data -de p,x.ps ";

@@ -11,7 +11,7 @@
 namespace zav::test {
 namespace {
 
-const std::string SAMPLE = ZAV_SOURCE_DIR "/samples/26011512_wave.grb2";
+const std::string SAMPLE = test::source_dir() + "/samples/26011512_wave.grb2";
 
 struct Box {
     double x0 = 0.0, y0 = 0.0, x1 = 0.0, y1 = 0.0;

@@ -222,7 +222,7 @@ TEST_F(Files, RulesFindTheLatestFile) {
 }
 
 TEST_F(Files, ShippedConventionFindsModelRuns) {
-    RES_put("file_path", std::string(ZAV_SOURCE_DIR) + "/share/zav");
+    RES_put("file_path", test::source_dir() + "/share/zav");
     RES_put("current", "la");
     setenv("zavcurtime", "201101110000", 1);
     for (const char* model :

@@ -13,7 +13,7 @@
 namespace zav {
 namespace {
 
-void use_shipped_table() { RES_put("file_path", std::string(ZAV_SOURCE_DIR) + "/share/zav"); }
+void use_shipped_table() { RES_put("file_path", test::source_dir() + "/share/zav"); }
 
 /// A table of the test's own, in force as long as the object.
 class OwnTable {

@@ -32,7 +32,7 @@ std::vector<Bytes> seeds() {
     constexpr std::size_t MOST = 40000;
     std::vector<std::string> paths;
     for (const char* name : {"26011512_wave.grb2", "26011512_wavelc.grb"})
-        paths.push_back(std::string(ZAV_SOURCE_DIR) + "/samples/" + name);
+        paths.push_back(test::source_dir() + "/samples/" + name);
     if (const char* folder = std::getenv("ZAV_TEST_DATA")) {
         for (const char* name :
              {"bulletin_40bytes.grib2", "bulletin_41bytes.grib1", "cmc_wind300_polar.grib1", "eta_lambert_f24.grib2",

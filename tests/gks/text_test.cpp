@@ -204,8 +204,8 @@ TEST_F(Text, FontsAreFoundByNameAndNumber) {
 }
 
 TEST_F(Text, ShippedFontsHoldTheAlphabet) {
-    RES_put("file_path", ZAV_SOURCE_DIR "/share/zav/");
-    std::istringstream list(test::read_file(ZAV_SOURCE_DIR "/share/zav/zav.fnl"));
+    RES_put("file_path", test::source_dir() + "/share/zav/");
+    std::istringstream list(test::read_file(test::source_dir() + "/share/zav/zav.fnl"));
     open();
     int fonts = 0;
     for (std::string name, file; list >> name >> file; ++fonts) {

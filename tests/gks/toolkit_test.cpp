@@ -36,7 +36,7 @@ TEST(GphAspect, FitsAndPlaces) {
 
 class Toolkit : public test::TempDirTest {
   protected:
-    void SetUp() override { RES_put("file_path", ZAV_SOURCE_DIR "/share/zav/"); }
+    void SetUp() override { RES_put("file_path", test::source_dir() + "/share/zav/"); }
     void open(Gws_type type) {
         gws_ = type;
         test::capture([this] { GPH_begin(&id_, dir.file("out"), &gws_); });

@@ -256,7 +256,7 @@ TEST_F(SearchFile, ExistingFilesAreLeftAlone) {
 TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
     const std::string source = test::data_file("gfs_2p5deg_f120.grib2");
     if (source.empty()) GTEST_SKIP() << "ZAV_TEST_DATA doesn't hold gfs_2p5deg_f120.grib2";
-    RES_new(0, "file_path", ZAV_SOURCE_DIR "/share/zav", CV_string);
+    RES_new(0, "file_path", (test::source_dir() + "/share/zav").c_str(), CV_string);
     for (const char* word : {"zav:@out_%v.grd", "zavb:@out_%v.grd"}) {
         for (const char* name : {"out_temp.grd", "out_hght.grd"}) std::filesystem::remove(name);
         RES_new(0, "out_file", word, CV_string);

@@ -188,9 +188,9 @@ TEST_F(Region, HeightSetsTheStationPriority) {
 }
 
 TEST(RegionShipped, EveryRegionDecodes) {
-    RES_put("file_path", ZAV_SOURCE_DIR "/share/zav");
+    RES_put("file_path", test::source_dir() + "/share/zav");
     ASSERT_EQ(DOM_read_menu("zav.reg"), 1);
-    const std::string file = test::read_file(ZAV_SOURCE_DIR "/share/zav/zav.reg");
+    const std::string file = test::read_file(test::source_dir() + "/share/zav/zav.reg");
     std::istringstream lines(file);
     std::string abbr, name, show, text, line;
     int count = 0;

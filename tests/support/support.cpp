@@ -122,6 +122,10 @@ bool have_program(const std::string& name) {
     return status == 0;
 }
 
+std::string source_dir() { return ZAV_SOURCE_DIR; }
+
+std::string program_path() { return ZAV_PROGRAM; }
+
 std::string data_file(const std::string& name) {
     const char* folder = std::getenv("ZAV_TEST_DATA");
     if (folder == nullptr) return {};

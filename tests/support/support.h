@@ -58,6 +58,11 @@ std::string run_command(const std::string& command, int* status = nullptr);
 /// True if a program of that name can be run.
 bool have_program(const std::string& name);
 
+/// The folder of the project, absolute.
+std::string source_dir();
+/// The program under test.
+std::string program_path();
+
 /// Path of a file of the real data folder, empty if the folder isn't given by ZAV_TEST_DATA or lacks it.
 std::string data_file(const std::string& name);
 

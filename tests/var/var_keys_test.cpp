@@ -244,7 +244,7 @@ TEST_F(VarKeys, ModelAndSourceNamesComeFromTheirFiles) {
 }
 
 TEST(VarShipped, TableServesReadersFunctionsAndExamples) {
-    RES_put("file_path", ZAV_SOURCE_DIR "/share/zav");
+    RES_put("file_path", test::source_dir() + "/share/zav");
     ASSERT_EQ(VAR_read_varfile(), 1);
     struct {
         const char* abbr;

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "frame/flag.h"
+#include "frame/status.h"
 #include "frame/system.h"
 #include "gks/gks_evnt.h"
 #include "gks/gks_ws.h"
@@ -53,7 +54,7 @@ int PLT_panel(float aspect) {
 }
 
 int PLT_close() {
-    if (FLAG_batch() && !ZAV_back_proc()) ZAV_exit(1);
+    if (FLAG_batch() && !ZAV_back_proc()) ZAV_exit(STATUS_NO_PROCESS);
     if (FLAG_get(FLAG_PLOT_TYPE) == PLOT_TYPE_NONE) return -1;
     gsel_norm_tran(2);
     if (state.dump == PLT_DUMP_NONE) GPH_hold(state.work_id);

@@ -83,7 +83,7 @@ TEST_F(Colors, NamesNumbersAndComponents) {
 
 TEST_F(Colors, ShippedTablesHoldTheDefaultNames) {
     for (const char* table : {"zav.clr", "rainbow.clr", "temp.clr", "precip.clr", "gray.clr"}) {
-        CLR_read_table((std::string(ZAV_SOURCE_DIR "/share/zav/") + table).c_str());
+        CLR_read_table((test::source_dir() + "/share/zav/" + table).c_str());
         for (const char* name : {"black", "white", "green", "red", "brown", "yellow", "magenta", "Blue", "Cyan",
                                  "LBlue", "LMagenta", "LCyan", "LGreen", "LRed", "DGray", "LGray"}) {
             EXPECT_GE(CLR_get_ind(name), 0) << table << " " << name;

@@ -94,7 +94,7 @@ class PltPlot : public test::TempDirTest {
   protected:
     void SetUp() override {
         CLR_install();
-        RES_put("file_path", ZAV_SOURCE_DIR "/share/zav/");
+        RES_put("file_path", test::source_dir() + "/share/zav/");
         FLAG_reset(MISS);
         FLAG_resetplot(1);
         test::capture([this] {

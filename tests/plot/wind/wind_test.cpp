@@ -325,7 +325,7 @@ TEST_F(Wind, HostileSymbolFilesAreRead) {
 }
 
 TEST_F(Wind, TheShippedSymbolsAreComplete) {
-    RES_put("file_path", ZAV_SOURCE_DIR "/share/zav/");
+    RES_put("file_path", test::source_dir() + "/share/zav/");
     EXPECT_EQ(WX_symb_file("ww.smb"), 0);
     for (int ww = 0; ww < 100; ++ww) {
         const std::string code = std::string(ww < 10 ? "0" : "") + std::to_string(ww);
