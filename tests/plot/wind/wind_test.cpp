@@ -105,7 +105,12 @@ TEST_P(Feathers, ReadTheSpeed) {
 INSTANTIATE_TEST_SUITE_P(Table, Feathers,
                          testing::Values(Speed_case{2.9F, 0, 0, 0}, Speed_case{3, 0, 0, 1}, Speed_case{7, 0, 0, 1},
                                          Speed_case{8, 0, 1, 0}, Speed_case{15, 0, 1, 1}, Speed_case{48, 1, 0, 0},
-                                         Speed_case{50, 1, 0, 0}, Speed_case{65, 1, 1, 1}, Speed_case{305, 6, 0, 0}));
+                                         Speed_case{50, 1, 0, 0}, Speed_case{65, 1, 1, 1}, Speed_case{305, 6, 0, 0}),
+                         [](const auto& given) {
+                             std::ostringstream speed;
+                             speed << given.param.speed << " kt";
+                             return test::case_name(speed.str());
+                         });
 
 TEST_F(Wind, NothingIsDrawnWithoutAWind) {
     EXPECT_TRUE(drawn([] {
@@ -175,7 +180,13 @@ TEST_P(Arrows, PointWhereTheAirGoes) {
 
 INSTANTIATE_TEST_SUITE_P(Maps, Arrows,
                          testing::Values(static_cast<int>(PROJ_POLAR), static_cast<int>(PROJ_LATLON),
-                                         static_cast<int>(PROJ_MERCATOR), static_cast<int>(PROJ_LAMBERT)));
+                                         static_cast<int>(PROJ_MERCATOR), static_cast<int>(PROJ_LAMBERT)),
+                         [](const auto& given) {
+                             return std::string(given.param == PROJ_POLAR      ? "polar"
+                                                : given.param == PROJ_LATLON   ? "latlon"
+                                                : given.param == PROJ_MERCATOR ? "mercator"
+                                                                               : "lambert");
+                         });
 
 /// A pair of grids on a plane without rotation of directions, drawn in grid space.
 struct Field {
@@ -362,7 +373,11 @@ INSTANTIATE_TEST_SUITE_P(Codes, Clouds,
                          testing::Values(Cover_case{'0', 1, {}}, Cover_case{'F', 2, {}}, Cover_case{'2', 1, {6}},
                                          Cover_case{'3', 2, {6}}, Cover_case{'4', 1, {8}}, Cover_case{'5', 2, {8}},
                                          Cover_case{'6', 1, {12}}, Cover_case{'7', 1, {8, 8}}, Cover_case{'O', 0, {13}},
-                                         Cover_case{'9', 3, {}}, Cover_case{'?', 2, {}}));
+                                         Cover_case{'9', 3, {}}, Cover_case{'?', 2, {}}),
+                         [](const auto& given) {
+                             const char cover = given.param.cover;
+                             return cover == '?' ? std::string("unknown") : std::string("code_") + cover;
+                         });
 
 }  // namespace
 }  // namespace zav
