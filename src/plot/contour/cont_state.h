@@ -68,10 +68,12 @@ struct Cont_settings {
     int y_label_space = MISS;
     int x_skip = 1;  ///< step of value plots
     int y_skip = 1;
+    int usual_x_skip = 1;  ///< step where no plot format gives one
+    int usual_y_skip = 1;
     float x_off = 0.0F;  ///< offset of value plots, in heights of the map
     float y_off = 0.0F;
     int rot_label = 0;       ///< 1: labels run along the line
-    int mapcon = 0;          ///< 1: map under the contours
+    int mapcon = MISS;       ///< order of map and contours, CONT_*_MAP; MISS: as the layers need it
     int max_line_fact = -2;  ///< limit on lines in a cell
     int draw_grid = 0;
     int over = 0;                                  ///< overlay index
