@@ -9,7 +9,6 @@
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
-#include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
@@ -49,13 +48,6 @@ struct State {
     int panel = 0;  ///< panels begun in this frame
     int drawn = 0;  ///< layers drawn on the page outside of panels
     Page_settings page;
-    Gattribs data_attr;
-    Gattribs wind_attr;
-    Gattribs cld_attr;
-    Gattribs wx_attr;
-    float scale = 1.0F;
-    int plt_site = 0;
-    float plt_dist = 0.0F;
 };
 State state;
 
@@ -75,18 +67,6 @@ void find_map_layers() {
         if (VAR_is_type_MAP(i) != 0) state.map = 1;
     }
     if (state.map != 1 && VAR_get_num() > 0 && VAR_is_PANEL(0) != 0) state.map = -1;
-}
-
-void read_attributes() {
-    const bool inverse = gget_inverse() != 0;
-    ATTRIB_init(&state.data_attr);
-    ATTRIB_init(&state.wind_attr);
-    ATTRIB_init(&state.cld_attr);
-    ATTRIB_init(&state.wx_attr);
-    ATTRIB_get("color_data", "green", &state.data_attr);
-    ATTRIB_get("color_wind", inverse ? "black" : "white", &state.wind_attr);
-    ATTRIB_get("color_cloud", inverse ? "black" : "white", &state.cld_attr);
-    ATTRIB_get("color_wx", inverse ? "brown" : "yellow", &state.wx_attr);
 }
 
 /// The grids of a vector layer are converted to the layer's units, or lend it theirs.
@@ -204,23 +184,10 @@ void label_layer(int ind) {
 
 }  // namespace
 
-int DATA_set_site(int site) {
-    state.plt_site = site;
-    return 0;
-}
-
-int DATA_set_dist(float dist) {
-    state.plt_dist = dist;
-    return 0;
-}
-
 int DATA_plot_init() {
     state.fill = fills_areas(FLAG_get(FLAG_PLOT_TYPE)) ? 1 : 0;
     find_map_layers();
-    read_attributes();
     CONT_param_decode();  // tells the order of map and contours
-    state.scale = 1.0F;
-    RES_getval("plot_scale", &state.scale, CV_float);
     return 0;
 }
 

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 #include <random>
 #include <set>
+#include <tuple>
 
 #include "plot/contour/cont_support.h"
 #include "support/support.h"
@@ -60,6 +62,104 @@ TEST(ContTrace, SegmentsLieOnTheLevel) {
             }
         }
         EXPECT_FALSE(sent.lines.size() == 2 && cross_each_other(sent.lines[0], sent.lines[1]));
+    }
+}
+
+using Segment = std::array<float, 4>;  ///< x1, y1, x2, y2, the lower point first
+
+/// What a grid's lines at the levels set before are, in order of place, each turned about x and y as told.
+std::vector<Segment> segments(GRD_report grid, bool flip_x = false, bool flip_y = false) {
+    sent = {};
+    draw(grid);
+    std::vector<Segment> found;
+    for (auto line : sent.lines) {
+        for (Gpt& pt : line) {
+            if (flip_x) pt.x = static_cast<float>(grid.domain.nx - 1) - pt.x;
+            if (flip_y) pt.y = static_cast<float>(grid.domain.ny - 1) - pt.y;
+        }
+        if (std::tie(line[1].x, line[1].y) < std::tie(line[0].x, line[0].y)) std::swap(line[0], line[1]);
+        found.push_back({line[0].x, line[0].y, line[1].x, line[1].y});
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void expect_same(const std::vector<Segment>& got, const std::vector<Segment>& want, const char* what) {
+    ASSERT_EQ(got.size(), want.size()) << what;
+    for (std::size_t i = 0; i < got.size(); ++i) {
+        for (int k = 0; k < 4; ++k) EXPECT_NEAR(got[i][k], want[i][k], 1e-5) << what;
+    }
+}
+
+/// Corners with values of their own, which a level may meet exactly.
+TEST(ContTrace, MirroredAndNegatedCellsHaveTheSameLines) {
+    std::mt19937 random(5);
+    std::vector<float> values(9);
+    std::iota(values.begin(), values.end(), -4.0F);
+    for (int n = 0; n < 2000; ++n) {
+        std::shuffle(values.begin(), values.end(), random);
+        const float z0 = values[0], z1 = values[1], z2 = values[2], z3 = values[3];
+        const float level = n % 2 == 0 ? values[4] + 0.37F : values[n % 4];
+        start_contours(CONT_LINE);
+        set_levels({level});
+        const auto lines = segments(cell(z0, z1, z2, z3));
+        expect_same(segments(cell(z1, z0, z3, z2), true, false), lines, "left and right");
+        expect_same(segments(cell(z2, z3, z0, z1), false, true), lines, "up and down");
+        set_levels({-level});
+        expect_same(segments(cell(-z0, -z1, -z2, -z3)), lines, "negated");
+    }
+}
+
+/// A field with all slopes, and its lines at whole numbers drawn from an interval or a list.
+GRD_report bumps(int n) {
+    std::vector<float> values;
+    for (int j = 0; j < n; ++j) {
+        for (int i = 0; i < n; ++i) values.push_back(8.0F * std::sin(0.37F * i) * std::cos(0.29F * j) + 0.11F * i);
+    }
+    return make_grid(n, n, values);
+}
+
+TEST(ContTrace, ListsInAnyOrderDrawWhatTheIntervalDoes) {
+    for (const int type : {CONT_LINE, CONT_FILL_LINE}) {
+        start_contours(type);
+        set_interval(-9, 1, 22);
+        const auto by_interval = segments(bumps(20));
+        EXPECT_GT(by_interval.size(), 500U);
+        std::vector<float> levels(23);
+        std::iota(levels.begin(), levels.end(), -9.0F);
+        start_contours(type);
+        set_levels(levels);
+        EXPECT_EQ(segments(bumps(20)), by_interval);
+    }
+    start_contours(CONT_LINE);
+    set_levels({3, -5, 0, 9, -9});
+    const auto mixed = segments(bumps(20));
+    start_contours(CONT_LINE);
+    set_levels({-9, -5, 0, 3, 9});
+    EXPECT_EQ(segments(bumps(20)), mixed);
+}
+
+/// However far off a value is, the rest of the chart is drawn as if it were missing, in the same colours.
+TEST(ContTrace, OneStrayValueLeavesTheChart) {
+    const auto draw_with = [](float stray, int type) {
+        GRD_report grid = bumps(20);
+        grid.grid[47] = stray;
+        start_contours(type);
+        cont.intrvl = 0.5F;
+        cont.base = 0.0F;
+        CONT_set_cont_ext(&grid);
+        return segments(grid);
+    };
+    for (const int type : {CONT_LINE, CONT_FILL_LINE}) {
+        const auto clean = draw_with(FMISS, type);
+        EXPECT_GT(clean.size(), 1000U);
+        std::vector<int> bands;
+        for (const auto& area : sent.areas) bands.push_back(area.band);
+        for (const float stray : {-99999.0F, 1e9F, 9.999e20F, -1e20F}) {
+            EXPECT_EQ(draw_with(stray, type), clean) << stray;
+            ASSERT_EQ(sent.areas.size(), bands.size()) << stray;
+            for (std::size_t i = 0; i < bands.size(); ++i) EXPECT_EQ(sent.areas[i].band, bands[i]) << stray;
+        }
     }
 }
 
