@@ -21,6 +21,7 @@ class ContSetup : public ::testing::Test {
   protected:
     void SetUp() override {
         FLAG_reset(MISS);
+        CLR_clear_table();
         for (const char* name : {"magenta", "lmagenta", "blue", "lblue", "cyan", "lcyan", "green", "lgreen", "brown",
                                  "yellow", "red", "lred", "dgray", "lgray", "white"}) {
             CLR_add(name, 0.5F, 0.5F, 0.5F);
