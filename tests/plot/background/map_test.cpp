@@ -151,17 +151,6 @@ TEST_F(MapBackground, ItemsAreChosen) {
     }
 }
 
-/// The list of a whole map starts anew at each pass.
-TEST_F(MapBackground, PassesShareTheirBlocks) {
-    dir.write("a.map", record({{44, -98}, {46, -96}}));
-    const std::string a = dir.file("a.map");
-    dir.write("blocks.lst", "[0,10,0,10 +" + a + " " + a + "\n[ +" + a + " -" + a + " " + a + "\n");
-    const std::string list = "fi:" + dir.file("blocks.lst");
-    for (const int passes : {MAP_PASS_UNDER, MAP_PASS_OVER, MAP_PASS_PLAIN}) {
-        EXPECT_EQ(draw_map("lc:45:-97:45,45,-97,61,41,1", list, passes).paths.size(), 1U) << passes;
-    }
-}
-
 struct Lines_case {
     const char* item;
     float dlat, dlon;
@@ -208,23 +197,6 @@ TEST_F(MapBackground, LinesOfTheWorldAreSpacedAndLabelled) {
         }
     }
     EXPECT_TRUE(draw_map("ll,0,0,73,37,5,5", "lalo:30:60:off").paths.empty());
-}
-
-TEST_F(MapBackground, CirclesAreRoundOnTheEarth) {
-    const test::Drawn drawn = plot("ps:90:-100,45,-100,61,45,1", [] {
-        float x = 0;
-        float y = 0;
-        MAP_tran(45, -97, &x, &y);
-        MAP_draw_circle(x, y, 200);
-    });
-    ASSERT_EQ(drawn.paths.size(), 1U);
-    EXPECT_EQ(drawn.paths[0].pts.size(), 49U);
-    for (const Gpt& pt : drawn.paths[0].pts) {
-        float lat = 0;
-        float lon = 0;
-        MAP_untran(pt.x, pt.y, &lat, &lon);
-        EXPECT_NEAR(std::hypot(lat - 45, (lon + 97) * std::cos(45 * 0.0174533)) * 111.195, 200, 8);
-    }
 }
 
 }  // namespace

@@ -122,30 +122,6 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
               expected_labels(waves, {-3, 5}));
 }
 
-TEST_F(ContLabel, StepThatIsLostBesideTheBaseEnds) {
-    GRD_report ramp = field(21, 3, [](int column, int) { return 100000000.0F + 8.0F * static_cast<float>(column); });
-    set_interval(100000008.0F, 1, 20);
-    cont.base = 100000000.0F;
-    label(ramp);
-    EXPECT_EQ(sent.texts.size(), 0U);
-}
-
-TEST_F(ContLabel, BaseKeepsLabelledLevelsInPlace) {
-    GRD_report ramp = field(21, 3, [](int column, int) { return static_cast<float>(column); });
-    set_interval(0.5F, 1, 20);
-    cont.base = -5.5F;
-    cont.y_label_space = 2;
-    label(ramp);
-    ASSERT_FALSE(sent.texts.empty());
-    EXPECT_NEAR(sent.texts[0].pt.x, 0.5, 1e-4);
-    start_contours(CONT_LINE);
-    set_interval(0.5F, 1, 20);
-    cont.base = 5.5F;
-    cont.y_label_space = 2;
-    label(ramp);
-    EXPECT_NEAR(sent.texts[0].pt.x, 1.5, 1e-4);
-}
-
 TEST_F(ContLabel, NothingIsLabelledWhen) {
     GRD_report ramp = field(40, 30, [](int column, int) { return static_cast<float>(column); });
     const auto count = [&](auto settings) {
@@ -229,43 +205,11 @@ TEST(ContBar, BoxesStandSideBySide) {
             EXPECT_NEAR(sent.texts[n].pt.y, bar.y_min, 1e-6);
         }
         EXPECT_EQ(CONT_get_bar_value(bar.x_min + 2.5F * box, bar.y_max), c.levels.empty() ? 0.0F : 5.0F);
+        EXPECT_EQ(CONT_get_bar_value(bar.x_max + box, bar.y_max), FMISS);
     }
     start_contours(CONT_FILL);
     set_interval(-20, 10, 201);
     EXPECT_EQ(CONT_draw_bar(1, ""), -1);
-}
-
-TEST(ContBar, ValueUnderThePointer) {
-    start_contours(CONT_FILL);
-    set_interval(10, 5, 4);
-    EXPECT_EQ(CONT_get_bar_value(0.1F, 0.01F), FMISS);
-    cont.bar_lim = {0.1F, 0.5F, 0.0F, 0.03F};
-    cont.bar_inc = 0.1F;
-    EXPECT_EQ(CONT_get_bar_value(0.15F, 0.01F), 10);
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.01F), 20);
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.04F), FMISS);
-    test::set_levels({1, 10, 100, 1000});
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.01F), 100);
-}
-
-TEST(ContBar, LevelsOfARange) {
-    struct Row {
-        float base, interval, max, min, low, high;
-        int count;
-    };
-    const std::vector<Row> rows{{2, 5, 20, 0, -3, 22, 5},
-                                {FMISS, 10, 47, 3, 0, 50, 5},
-                                {FMISS, 10, 50, 3, 0, 60, 6},
-                                {FMISS, 1, 7.5F, 7.5F, 7, 8, 1}};
-    for (const Row& row : rows) {
-        start_contours(CONT_FILL);
-        cont.base = row.base;
-        cont.intrvl = row.interval;
-        cont_set_levels(row.max, row.min);
-        EXPECT_EQ(cont.conlo, row.low);
-        EXPECT_EQ(cont.conhi, row.high);
-        EXPECT_EQ(cont.num_cont, row.count);
-    }
 }
 
 }  // namespace
