@@ -57,7 +57,7 @@ constexpr Row ROWS[] = {
     {RES_time, "time", "zavtime", "ft", 0, CV_string, "-ft time", "Forecast time to be plotted or contoured"},
     {RES_level, "level", "zavlevel", "le", 0, CV_string, "-le level", "Vertical level to be plotted or contoured"},
     {RES_variable, "variable", "zavvar", "va", 0, CV_string, "-va var", "Variable to be plotted or contoured"},
-    {RES_plot_type, "plot_type", "zavplot", "pl", 0, CV_plot_type, "-pl type", "Plot type: cf,lcf,ln,dln,ndln,value,none"},
+    {RES_plot_type, "plot_type", "zavplot", "pl", 0, CV_plot_type, "-pl type", "Plot type: cf,lcf,ln,dln,ndln,value,vect,barb,strm,none"},
     {RES_plot_scale, "plot_scale", "zavscale", "sc", 0, CV_float, "-sc scale", "Text and wind vector scale factor"},
     {RES_plot_format, "plot_format", "zavformat", "fm", 0, CV_string, "-fm format", "Numeric format"},
     {RES_plot_param, "plot_param", "zavpltparam", "pp", 0, CV_string, "-pp param", "Plot parameters"},

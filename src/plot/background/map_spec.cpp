@@ -144,12 +144,10 @@ int draw_lines(const std::string& text) {
     for (int i = 0; i < 2; ++i) {
         const std::size_t cut = rest.find(':');
         float value = 0.0F;
-        if (!is_number(rest.substr(0, cut), value)) {
-            // An empty first place keeps the usual step.
-            if (i == 0 && cut == 0) rest.erase(0, 1);
-            break;
-        }
-        for (int k = i; k < 2; ++k) steps[k] = value;
+        const bool empty = cut == 0;
+        if (!empty && !is_number(rest.substr(0, cut), value)) break;
+        // An empty place keeps the step that it has.
+        for (int k = i; k < 2 && !empty; ++k) steps[k] = value;
         rest.erase(0, cut == std::string::npos ? cut : cut + 1);
     }
     Gattribs attrib;
@@ -215,7 +213,8 @@ constexpr Item ITEMS[] = {
 int MAP_process(const std::string& str) {
     if (str.empty()) return -1;
     std::string spec = str;
-    if (!in_pass(spec)) return -1;
+    // A block without a prefix holds for the items of every pass.
+    if (!begins(spec, "[") && !in_pass(spec)) return -1;
     if (begins(spec, "[")) {
         open_region(spec);
         return -1;

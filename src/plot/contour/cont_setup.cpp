@@ -169,8 +169,8 @@ int CONT_init() {
     cont.ext_radius = 2;
     cont.x_label_space = MISS;
     cont.y_label_space = MISS;
-    cont.x_skip = 1;
-    cont.y_skip = 1;
+    cont.x_skip = cont.usual_x_skip;
+    cont.y_skip = cont.usual_y_skip;
     cont.over = 0;
     return 0;
 }

@@ -69,7 +69,7 @@ void skip(const std::string& value) {
     int x = 0;
     int y = 0;
     const int read = std::sscanf(value.c_str(), "%d:%d", &x, &y);
-    if (read >= 1) CONT_set_skip(x, read >= 2 ? y : x);
+    if (read >= 1) CONT_set_usual_skip(x, read >= 2 ? y : x);
 }
 
 void plot_offset(const std::string& value) {
