@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -60,6 +62,8 @@ const std::vector<Case> CASES{
      179},
     {"PolarTrueAt45", with_params(make_domain(PROJ_POLAR, 60, 10), 45, FMISS),
      "+proj=stere +lat_0=90 +lat_ts=45 +lon_0=10", KM100, 0, 90, 179},
+    {"PolarSouthTruePositive", with_params(make_domain(PROJ_POLAR, -90, 20), 45, FMISS),
+     "+proj=stere +lat_0=-90 +lat_ts=-45 +lon_0=20", KM100, -90, 20, 179},
     {"PolarSouth", make_domain(PROJ_POLAR, -90, 20), "+proj=stere +lat_0=-90 +lat_ts=-60 +lon_0=20", KM100, -90, 20,
      179},
     {"LatLon", make_domain(PROJ_LATLON, 0, -30), "+proj=eqc +lon_0=-30", DEGREE, -90, 90, 179},
@@ -68,15 +72,25 @@ const std::vector<Case> CASES{
      89, 150},
     {"LambertTangent", with_params(make_domain(PROJ_LAMBERT, 25, -95), 25, 25),
      "+proj=lcc +lat_1=25 +lat_2=25 +lat_0=90 +lon_0=-95", KM100, -20, 89, 150},
+    {"LambertOneTrueLatitude", with_params(make_domain(PROJ_LAMBERT, 25, -95), 50, FMISS),
+     "+proj=lcc +lat_1=50 +lat_2=50 +lat_0=90 +lon_0=-95", KM100, -20, 89, 150},
     {"LambertSouth", with_params(make_domain(PROJ_LAMBERT, -30, 135), 18, 36),
      "+proj=lcc +lat_1=-18 +lat_2=-36 +lat_0=-90 +lon_0=135", KM100, -89, 20, 150},
+    {"LambertSouthNegative", with_params(make_domain(PROJ_LAMBERT, -90, 134), -15, -40),
+     "+proj=lcc +lat_1=-15 +lat_2=-40 +lat_0=-90 +lon_0=134", KM100, -89, 20, 150},
+    {"LambertSouthTangent", with_params(make_domain(PROJ_LAMBERT, -40, 25), 30, 30),
+     "+proj=lcc +lat_1=-30 +lat_2=-30 +lat_0=-90 +lon_0=25", KM100, -89, 20, 150},
+    {"LambertSouthTangentNegative", with_params(make_domain(PROJ_LAMBERT, -40, 25), -60, -60),
+     "+proj=lcc +lat_1=-60 +lat_2=-60 +lat_0=-90 +lon_0=25", KM100, -89, 0, 150},
+    {"LambertNorthNegative", with_params(make_domain(PROJ_LAMBERT, 40, -95), -30, -60),
+     "+proj=lcc +lat_1=30 +lat_2=60 +lat_0=90 +lon_0=-95", KM100, -20, 89, 150},
     {"Orthographic", make_domain(PROJ_ORTHO, 35, -20), "+proj=ortho +lat_0=35 +lon_0=-20", KM100, -10, 88, 60, 1e-3},
     {"Mollweide", make_domain(PROJ_MOLLWEIDE, 0, 60), "+proj=moll +lon_0=60", KM100* std::sqrt(2.0), -89, 89, 179},
     {"Azimuthal", make_domain(PROJ_AZIMUTHAL, 50, 5), "+proj=laea +lat_0=50 +lon_0=5", KM100, -60, 88, 170},
     {"AzimuthalNorthPole", make_domain(PROJ_AZIMUTHAL, 90, 5), "+proj=laea +lat_0=90 +lon_0=5", KM100, -60, 89, 179},
     {"AzimuthalSouthPole", make_domain(PROJ_AZIMUTHAL, -90, 5), "+proj=laea +lat_0=-90 +lon_0=5", KM100, -89, 60, 179},
     {"SatelliteSphere", with_params(make_domain(PROJ_SATELLITE, 0, 9), 421.64F, 1), "+proj=geos +lon_0=9 +h=35792780",
-     SCAN, -60, 60, 40, 0.4},  // the sphere's way back uses the radius of the ellipsoid
+     SCAN, -60, 60, 40, 1e-3},
     {"SatelliteEllipsoid", with_params(make_domain(PROJ_SATELLITE, 0, 9), 421.64F, 1, 1),
      "+proj=geos +lon_0=9 +h=35785863 +a=6378137 +b=6356752", SCAN_ELLIPSE, -70, 70, 40, 1e-3},
 };
@@ -311,40 +325,114 @@ TEST(Maptran, DomainTransformKeepsTheCurrentDomain) {
     EXPECT_EQ(MAP_get_proj(), PROJ_MERCATOR);
 }
 
-/// The direction of north on the map, found by a small step, is what a direction of 0 turns into.
-TEST(Maptran, DirectionsFollowTheMap) {
-    const std::vector<Domain> domains{make_domain(PROJ_POLAR, 90, -105), make_domain(PROJ_POLAR, -90, 20),
-                                      with_params(make_domain(PROJ_LAMBERT, 25, -95), 25, 25)};
-    for (const Domain& d : domains) {
-        MAP_domain(&d);
-        for (const float lon : {-160.0F, -95.0F, 0.0F, 77.0F}) {
-            const float lat = d.plat < 0 ? -50.0F : 50.0F;
-            float x = 0, y = 0, x2 = 0, y2 = 0;
-            MAP_tran(lat, lon, &x, &y);
-            MAP_tran(lat + 1, lon, &x2, &y2);
-            const double north = std::atan2(x2 - x, y2 - y) / RADIANS;
-            EXPECT_NEAR(std::remainder(MAP_dir_adj(30, x, y) - 30 - north, 360), 0, 0.01) << d.proj << ' ' << lon;
-            EXPECT_NEAR(std::remainder(MAP_undir_adj(MAP_dir_adj(30, x, y), x, y) - 30, 360), 0, 1e-3);
-            if (d.proj != PROJ_POLAR) continue;
-            EXPECT_NEAR(std::remainder(MAP_dir(x, y, x2, y2), 360), 0, 0.01);
-            EXPECT_NEAR(std::remainder(MAP_uvdir_adj(3, 4, x, y) - north, 360), 0, 0.01);
+/// Map direction of a short way along `dir` about a place on the earth, in degrees.
+double direction_of_step(double lat, double lon, double dir) {
+    constexpr double HALF = 0.02;
+    const double north = HALF * std::cos(dir * RADIANS);
+    const double east = HALF * std::sin(dir * RADIANS) / std::cos(lat * RADIANS);
+    float x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    MAP_tran(static_cast<float>(lat - north), static_cast<float>(lon - east), &x1, &y1);
+    MAP_tran(static_cast<float>(lat + north), static_cast<float>(lon + east), &x2, &y2);
+    return std::atan2(x2 - x1, y2 - y1) / RADIANS;
+}
+
+double angle(double a, double b) { return std::remainder(a - b, 360.0); }
+
+/// There and back, and directions against short ways, at random places of the map's middle and at its centre.
+void check_directions(const Domain& d, std::mt19937& random) {
+    ASSERT_EQ(MAP_domain(&d), 0);
+    std::uniform_real_distribution<float> part(-0.45F, 0.45F);
+    std::uniform_real_distribution<float> any(0.0F, 360.0F);
+    float xc = 0, yc = 0;
+    MAP_tran_center(&xc, &yc);
+    for (int i = 0; i < 50; ++i) {
+        const float x = xc + (i == 0 ? 0 : part(random) * d.dx * static_cast<float>(d.nx - 1));
+        const float y = yc + (i == 0 ? 0 : part(random) * d.dy * static_cast<float>(d.ny - 1));
+        float lat = FMISS, lon = FMISS, x2 = 0, y2 = 0;
+        MAP_untran(x, y, &lat, &lon);
+        ASSERT_NE(lat, FMISS) << x << ' ' << y;
+        if (i == 0) {
+            EXPECT_NEAR(lat, d.clat, 1e-4);
+            EXPECT_NEAR(angle(lon, d.clon) * std::cos(lat * RADIANS), 0, 1e-4);
+        }
+        MAP_tran(lat, lon, &x2, &y2);
+        EXPECT_NEAR(std::hypot(x2 - x, y2 - y), 0, 1e-4);
+        if (std::fabs(lat) > 89) continue;
+        const float dir = any(random);
+        const double expected = direction_of_step(lat, lon, dir);
+        const float on_map = MAP_dir_adj(dir, x, y);
+        EXPECT_NEAR(angle(on_map, expected), 0, 0.1) << lat << ' ' << lon << " along " << dir;
+        const auto ahead = static_cast<float>(expected * RADIANS);
+        EXPECT_NEAR(angle(MAP_dir(x, y, x + std::sin(ahead), y + std::cos(ahead)), dir), 0, 0.1);
+    }
+}
+
+TEST(Maptran, DirectionsFollowEveryProjection) {
+    std::mt19937 random(7);
+    for (const Case& c : CASES) {
+        SCOPED_TRACE(c.name);
+        Domain d = c.domain;
+        d.dx = d.dy = 1.5F;
+        d.nx = d.ny = 41;
+        if (d.proj == PROJ_LAMBERT) d.clat = d.plat < 0 ? -40.0F : 40.0F;  // clear of the gap behind the pole
+        check_directions(d, random);
+    }
+}
+
+TEST(Maptran, EveryShippedRegionGoesThereAndBackWithItsWinds) {
+    std::mt19937 random(11);
+    std::ifstream file(test::source_dir() + "/share/zav/zav.reg");
+    std::string abbreviation, name, shown, text;
+    int regions = 0;
+    for (; file >> abbreviation >> name >> shown >> text; ++regions) {
+        SCOPED_TRACE(abbreviation);
+        Domain d;
+        ASSERT_EQ(DOM_decode(text, &d), 1);
+        if (d.plat == FMISS) d.plat = d.clat;
+        if (d.plon == FMISS) d.plon = d.clon;
+        check_directions(d, random);
+    }
+    EXPECT_GT(regions, 90);
+}
+
+/// A wind that a grid states along its rows or columns leads to the next column or row.
+TEST(Maptran, GridWindsRunAlongRowsAndColumns) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> part(-14, 14);
+    for (const Case& c : CASES) {
+        SCOPED_TRACE(c.name);
+        MAP_domain(&c.domain);
+        float xc = 0, yc = 0;
+        MAP_tran_center(&xc, &yc);
+        for (int i = 0; i < 40; ++i) {
+            const float x = xc + part(random);
+            const float y = yc + part(random);
+            for (const float side : {0.0F, 90.0F, 180.0F}) {
+                const float dir = MAP_undir_adj(side, x, y);
+                EXPECT_NEAR(angle(MAP_dir_adj(dir, x, y), side), 0, 1e-3) << x << ' ' << y;
+                const auto wind = static_cast<float>(dir * RADIANS);
+                EXPECT_NEAR(angle(dir + MAP_uvdir_adj(std::sin(wind), std::cos(wind), x, y), side), 0, 1e-3);
+            }
+            if (c.domain.proj != PROJ_LATLON) continue;  // components to east and north, whatever the map makes of them
+            EXPECT_EQ(MAP_undir_adj(50, x, y), 50);
         }
     }
-    MAP_domain(&domains[0]);
+}
+
+TEST(Maptran, DirectionsAtPolesAndOffTheMap) {
+    const Domain north = make_domain(PROJ_POLAR, 90, -105);
+    MAP_domain(&north);
     EXPECT_EQ(MAP_dir_adj(10, 0, 0), 115.0F);
     EXPECT_EQ(MAP_undir_adj(10, 0, 0), -95.0F);
-    MAP_domain(&domains[1]);
+    const Domain south = make_domain(PROJ_POLAR, -90, 20);
+    MAP_domain(&south);
     EXPECT_EQ(MAP_dir_adj(10, 0, 0), 30.0F);
-
-    Domain satellite = make_domain(PROJ_SATELLITE, 0, 0);
-    satellite.ellipse = 1;
-    MAP_domain(&satellite);
-    float x = 0;
-    float y = 0;
-    MAP_tran(40, 0, &x, &y);
-    EXPECT_NEAR(MAP_dir_adj(0, x, y), 0, 0.1);
-    EXPECT_NEAR(MAP_dir_adj(90, x, y), 90, 0.5);
-    EXPECT_EQ(MAP_dir_adj(0, 300, 300), FMISS);
+    for (const int proj : {PROJ_ORTHO, PROJ_MOLLWEIDE, PROJ_AZIMUTHAL, PROJ_SATELLITE}) {
+        const Domain d = make_domain(proj, 0, 0);
+        MAP_domain(&d);
+        EXPECT_EQ(MAP_dir_adj(10, 300, 300), FMISS) << proj;
+        EXPECT_EQ(MAP_undir_adj(10, 300, 300), FMISS) << proj;
+    }
 }
 
 TEST(Maptran, OffsetAndFactor) {

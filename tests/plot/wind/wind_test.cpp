@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <sstream>
 
 #include "frame/flag.h"
@@ -13,6 +14,7 @@
 #include "map/maptran.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
+#include "plot/page/colors.h"
 #include "plot/sequence/plt_plot.h"
 #include "plot/wind/vect_plt.h"
 #include "plot/wind/vect_state.h"
@@ -137,57 +139,32 @@ TEST(WindConversion, GoesBothWays) {
     EXPECT_EQ(dir, FMISS);
 }
 
-// Arrows on each map point where the map carries a step along the wind.
-class Arrows : public Wind, public testing::WithParamInterface<int> {};
-
-TEST_P(Arrows, PointWhereTheAirGoes) {
-    Domain domain;
-    domain.proj = GetParam();
-    domain.plat = domain.proj == PROJ_POLAR ? 90.0F : 40.0F;
-    domain.plon = -100;
-    domain.param[0] = 75;  // satellite longitude and cone: what each projection makes of it
-    if (domain.proj == PROJ_LAMBERT) {
-        domain.param[0] = 30;
-        domain.param[1] = 60;
-        domain.param[2] = 1;
-    }
-    domain.clat = 40;
-    domain.clon = -90;
-    domain.dx = domain.dy = 1;
-    domain.nx = domain.ny = 41;
-    MAP_setup(&domain);
-    GPH_trans(2);
-    const float lat = 38;
-    const float lon = -83;
-    const float wind_dir = 235;
-    float x, y, x2, y2;
-    ASSERT_EQ(MAP_tran(lat, lon, &x, &y), 1);
-    const double to = (wind_dir - 180) * M_PI / 180;
-    // On a map in degrees directions are those of the compass, whatever the length of a degree.
-    const double shrink = domain.proj == PROJ_LATLON ? 1.0 : std::cos(lat * M_PI / 180);
-    ASSERT_EQ(MAP_tran(static_cast<float>(lat + 0.2 * std::cos(to)),
-                       static_cast<float>(lon + 0.2 * std::sin(to) / shrink), &x2, &y2),
-              1);
-    const auto all = drawn([&] { EXPECT_EQ(WIND_vect_map(x, y, wind_dir, 1, 1, 0), 0); });
-    ASSERT_EQ(all.size(), 1U);
-    EXPECT_NEAR(bearing(all[0]), std::atan2(x2 - x, y2 - y) * 180 / M_PI, 1.0);
+/// A square of a projection about a place.
+Domain square(int proj, float clat, float clon, float plat, int points) {
+    Domain d;
+    d.proj = proj;
+    d.plat = plat;
+    d.plon = clon + 7;
+    d.clat = clat;
+    d.clon = clon;
+    if (proj == PROJ_LAMBERT) d.param = {plat / 2, plat, 1, FMISS, FMISS};
+    d.dx = d.dy = 1;
+    d.nx = d.ny = points;
+    return d;
 }
 
-INSTANTIATE_TEST_SUITE_P(Maps, Arrows,
-                         testing::Values(static_cast<int>(PROJ_POLAR), static_cast<int>(PROJ_LATLON),
-                                         static_cast<int>(PROJ_MERCATOR), static_cast<int>(PROJ_LAMBERT)));
+constexpr int MAPS[] = {PROJ_POLAR, PROJ_LATLON,    PROJ_MERCATOR,  PROJ_LAMBERT,
+                        PROJ_ORTHO, PROJ_MOLLWEIDE, PROJ_AZIMUTHAL, PROJ_SATELLITE};
 
-/// A pair of grids on a plane without rotation of directions, drawn in grid space.
+/// A pair of grids, on a plane without rotation of directions unless a domain is given.
 struct Field {
     GRD_report u, v;
-    Field(int nx, int ny, const std::function<Gpt(int, int)>& wind) {
+    Field(int nx, int ny, const std::function<Gpt(int, int)>& wind) : Field(plain(nx, ny), wind) {}
+    Field(const Domain& domain, const std::function<Gpt(int, int)>& wind) {
+        const int nx = domain.nx;
+        const int ny = domain.ny;
         for (GRD_report* grid : {&u, &v}) {
-            grid->domain.proj = PROJ_LATLON;
-            grid->domain.plat = grid->domain.clat = 40;
-            grid->domain.plon = grid->domain.clon = -90;
-            grid->domain.dx = grid->domain.dy = 1;
-            grid->domain.nx = nx;
-            grid->domain.ny = ny;
+            grid->domain = domain;
             grid->grid = std::shared_ptr<float[]>(new float[static_cast<std::size_t>(nx) * ny]);
         }
         for (int j = 0; j < ny; ++j) {
@@ -198,6 +175,11 @@ struct Field {
             }
         }
         MAP_domain(&u.domain);
+    }
+    static Domain plain(int nx, int ny) {
+        Domain d = square(PROJ_MERCATOR, 40, -90, 40, nx);
+        d.ny = ny;
+        return d;
     }
     int draw(int type) {
         CONT_init();
@@ -211,6 +193,162 @@ struct Field {
         return VECT_draw(&u, &v);
     }
 };
+
+/// Place of grid coordinates of `grid` on `map`.
+Point on_map(const Domain& grid, const Domain& map, float gx, float gy) {
+    Point from;
+    Point to;
+    MAP_domain(&grid);
+    MAP_grid_tran(gx, gy, &from.x, &from.y);
+    MAP_domain_tran(&grid, &map, from.x, from.y, &to.x, &to.y);
+    return to;
+}
+
+/// A wind along a grid's rows or columns is drawn toward the next column or row, on every map of either hemisphere.
+class GridWinds : public Wind, public testing::WithParamInterface<int> {};
+
+TEST_P(GridWinds, LeadToTheNextPoint) {
+    struct Expected {
+        std::string what;
+        Point place;
+        double direction;
+    };
+    std::vector<Expected> expected;
+    const auto all = drawn([&] {
+        for (const float hemisphere : {1.0F, -1.0F}) {
+            const Domain map = square(GetParam(), 35 * hemisphere, -60, 50 * hemisphere, 41);
+            for (const int proj : {PROJ_POLAR, PROJ_LATLON, PROJ_MERCATOR, PROJ_LAMBERT}) {
+                const Domain grid = square(proj, 30 * hemisphere, -68, 60 * hemisphere, 3);
+                for (const Gpt wind : {Gpt{5, 0}, Gpt{0, 5}}) {
+                    Field field(grid, [&](int i, int j) { return i == 1 && j == 1 ? wind : Gpt{FMISS, FMISS}; });
+                    MAP_setup(&map);
+                    GPH_trans(2);
+                    EXPECT_EQ(field.draw(VECT_VECTORS), 0);
+                    const float a = wind.x / 100;
+                    const float b = wind.y / 100;
+                    const Point before = on_map(grid, map, 1 - a, 1 + b);
+                    const Point behind = on_map(grid, map, 1 + a, 1 - b);
+                    expected.push_back(
+                        {std::to_string(proj) + (wind.x > 0 ? " row " : " column ") + std::to_string(hemisphere),
+                         on_map(grid, map, 1, 1), std::atan2(behind.x - before.x, behind.y - before.y) * 180 / M_PI});
+                }
+            }
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * expected.size());  // a shaft and two lines of the head each
+    for (std::size_t k = 0; k < expected.size(); ++k) {
+        const Stroke& shaft = all[3 * k];
+        EXPECT_NEAR(shaft.pts[0].x, expected[k].place.x, 1e-3) << expected[k].what;
+        EXPECT_NEAR(shaft.pts[0].y, expected[k].place.y, 1e-3) << expected[k].what;
+        EXPECT_NEAR(std::remainder(bearing(shaft) - expected[k].direction, 360), 0, 0.1) << expected[k].what;
+    }
+}
+
+std::string map_name(const testing::TestParamInfo<int>& row) {
+    const std::map<int, std::string> names{{PROJ_POLAR, "polar"},         {PROJ_LATLON, "latlon"},
+                                           {PROJ_MERCATOR, "mercator"},   {PROJ_LAMBERT, "lambert"},
+                                           {PROJ_ORTHO, "orthographic"},  {PROJ_MOLLWEIDE, "mollweide"},
+                                           {PROJ_AZIMUTHAL, "azimuthal"}, {PROJ_SATELLITE, "satellite"}};
+    return names.at(row.param);
+}
+INSTANTIATE_TEST_SUITE_P(Maps, GridWinds, testing::ValuesIn(MAPS), map_name);
+
+/// Looking along the staff from the station, feathers stand to the right in the north, to the left in the south.
+TEST_F(Wind, FeathersChangeSidesAtTheEquator) {
+    std::vector<float> sides;
+    const auto all = drawn([&] {
+        for (const int proj : MAPS) {
+            for (const float lat : {10.0F, 0.0F, -5.0F}) {
+                const Domain grid = square(PROJ_LATLON, lat, -85, 0, 1);
+                Field field(grid, [](int, int) { return Gpt{30, -40}; });
+                const Domain map = square(proj, 5, -90, 45, 81);
+                MAP_setup(&map);
+                GPH_trans(2);
+                EXPECT_EQ(field.draw(VECT_BARBS), 0);
+                sides.push_back(lat < 0 ? 1.0F : -1.0F);
+            }
+        }
+        const Domain graph = square(PROJ_XY, -20, 0, 0, 41);
+        MAP_domain(&graph);
+        EXPECT_FALSE(WIND_is_southern(0, -20));
+    });
+    ASSERT_EQ(all.size(), 3 * sides.size());  // staff, flag as an area and as a line
+    for (std::size_t k = 0; k < sides.size(); ++k) {
+        const Stroke& staff = all[3 * k];
+        const Stroke& flag = all[3 * k + 1];
+        ASSERT_TRUE(flag.filled);
+        const Gpt along{staff.pts[1].x - staff.pts[0].x, staff.pts[1].y - staff.pts[0].y};
+        const Gpt across{flag.pts[1].x - flag.pts[0].x, flag.pts[1].y - flag.pts[0].y};
+        EXPECT_NEAR((along.x * across.y - along.y * across.x) * sides[k], 0.5, 1e-3) << k;
+    }
+}
+
+/// In grid space cells are square: a grid whose cells aren't has its directions stretched with them.
+TEST_F(Wind, OblongCellsStretchTheirWinds) {
+    Domain domain = Field::plain(3, 3);
+    domain.dx = 2;
+    Field field(domain, [](int, int) { return Gpt{4, 3}; });
+    for (const Stroke& s : drawn([&] { EXPECT_EQ(field.draw(VECT_VECTORS), 0); })) {
+        if (std::hypot(s.pts[1].x - s.pts[0].x, s.pts[1].y - s.pts[0].y) < 0.9F) continue;
+        EXPECT_NEAR(bearing(s), std::atan2(4.0 / 2, 3.0) * 180 / M_PI, 0.01);
+    }
+}
+
+/// The pole's row of a global grid states one wind from as many meridians as it has columns.
+TEST_F(Wind, APolesRowIsOneWind) {
+    std::vector<float> expected;
+    const auto all = drawn([&] {
+        for (const float pole : {90.0F, -90.0F}) {
+            for (const int proj : {PROJ_POLAR, PROJ_ORTHO, PROJ_AZIMUTHAL}) {
+                Domain grid = square(PROJ_LATLON, pole, 0, 0, 8);
+                grid.plon = 0;
+                grid.dx = 45;
+                grid.ny = 1;
+                Field field(grid, [&](int i, int) {  // toward the meridian of Greenwich
+                    const double lon = (i - 3.5) * 45 * M_PI / 180;
+                    return Gpt{static_cast<float>(-20 * std::sin(lon)),
+                               static_cast<float>((pole > 0 ? -20 : 20) * std::cos(lon))};
+                });
+                Domain map = square(proj, pole, 30, pole, 201);
+                map.plon = 30;
+                MAP_setup(&map);
+                GPH_trans(2);
+                EXPECT_EQ(field.draw(VECT_VECTORS), 0);
+                expected.insert(expected.end(), 8, pole > 0 ? -150.0F : -30.0F);
+            }
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * expected.size());
+    for (std::size_t k = 0; k < expected.size(); ++k) {
+        EXPECT_NEAR(std::remainder(bearing(all[3 * k]) - expected[k], 360), 0, 0.1) << k / 8;
+    }
+}
+
+/// Every period-th stroke of a streamline has a head; the period is ten times the scale.
+TEST_F(Wind, HeadsFollowTheScale) {
+    Field field(41, 41, [](int, int) { return Gpt{1, 1}; });
+    MAP_setup(&field.u.domain);
+    const Glim window{0, 40, 0, 40};
+    gset_win(2, &window);
+    GPH_trans(2);
+    ATTRIB_init(&vect.attrib);
+    vect.attrib.color = 1;
+    vect.base = 9;
+    for (const float scale : {0.7F, 0.9F, 1.3F}) {
+        vect.arrow_scale = scale;
+        EXPECT_EQ(VECT_stream(&field.u, &field.v, 0, 0, 64), 0);
+    }
+    std::vector<int> periods;
+    int shafts = 0;
+    for (const Stroke& s : strokes()) {
+        const bool shaft = std::fabs(s.pts[1].x - s.pts[0].x - s.pts[1].y + s.pts[0].y) < 1e-4F;
+        shafts += shaft ? 1 : 0;
+        if (!shaft && shafts > 0) periods.push_back(shafts);
+        if (!shaft) shafts = 0;
+    }
+    const std::vector<int> expected{7, 7, 7, 7, 7, 7, 7, 7, 7, 10, 9, 9, 9, 9, 9, 9, 14, 13, 13, 13};
+    EXPECT_EQ(periods, expected);
+}
 
 TEST_F(Wind, MissingAndCalmPointsHaveNoArrow) {
     Field field(5, 5, [](int i, int j) { return i == 2 ? Gpt{FMISS, 1} : j == 2 ? Gpt{0, 0} : Gpt{3, 4}; });
