@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::array<Projection, 19> PROJECTIONS{{
     {PROJ_POLAR, polar_prepare, polar_forward, polar_inverse},
-    {PROJ_LATLON, nullptr, latlon_forward, latlon_inverse},
+    {PROJ_LATLON, nullptr, latlon_forward, latlon_inverse, true},
     {PROJ_MERCATOR, nullptr, mercator_forward, mercator_inverse},
     {PROJ_LAMBERT, lambert_prepare, lambert_forward, lambert_inverse},
-    {PROJ_ORTHO, ortho_prepare, ortho_forward, ortho_inverse},
-    {PROJ_MOLLWEIDE, nullptr, mollweide_forward, mollweide_inverse},
-    {PROJ_AZIMUTHAL, nullptr, azimuthal_forward, azimuthal_inverse},
-    {PROJ_SATELLITE, satellite_prepare, satellite_forward, satellite_inverse},
+    {PROJ_ORTHO, ortho_prepare, ortho_forward, ortho_inverse, true},
+    {PROJ_MOLLWEIDE, nullptr, mollweide_forward, mollweide_inverse, true},
+    {PROJ_AZIMUTHAL, nullptr, azimuthal_forward, azimuthal_inverse, true},
+    {PROJ_SATELLITE, satellite_prepare, satellite_forward, satellite_inverse, true},
     {PROJ_XY, nullptr, graph_forward, graph_inverse},
     {PROJ_XLOGY, nullptr, log_forward, log_inverse},
     {PROJ_HODOGRAPH, nullptr, hodograph_forward, hodograph_inverse},

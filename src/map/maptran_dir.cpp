@@ -34,19 +34,7 @@ double conformal_turn(float x, float y) {
     return southern ? d.plon : -d.plon;
 }
 
-/// True for the maps on which directions depend on more than one turn.
-bool bends_angles() {
-    switch (map_state.domain.proj) {
-        case PROJ_LATLON:
-        case PROJ_ORTHO:
-        case PROJ_MOLLWEIDE:
-        case PROJ_AZIMUTHAL:
-        case PROJ_SATELLITE:
-            return true;
-        default:
-            return false;
-    }
-}
+bool bends_angles() { return map_state.projection != nullptr && map_state.projection->bends_angles; }
 
 struct Vector {
     double x;

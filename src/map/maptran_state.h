@@ -21,6 +21,8 @@ struct Projection {
     void (*prepare)();
     int (*forward)(double lat, double lon, double* x, double* y);
     int (*inverse)(float x, float y, float* lat, float* lon);
+    /// Directions on the map depend on more than one turn a place.
+    bool bends_angles = false;
 };
 
 struct Map_state {

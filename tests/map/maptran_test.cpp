@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -323,116 +321,6 @@ TEST(Maptran, DomainTransformKeepsTheCurrentDomain) {
     EXPECT_EQ(MAP_get_proj(), PROJ_MERCATOR);
     MAP_domain_tran(MAP_get_domain(nullptr), &one, 0, 0, &x, &y);
     EXPECT_EQ(MAP_get_proj(), PROJ_MERCATOR);
-}
-
-/// Map direction of a short way along `dir` about a place on the earth, in degrees.
-double direction_of_step(double lat, double lon, double dir) {
-    constexpr double HALF = 0.02;
-    const double north = HALF * std::cos(dir * RADIANS);
-    const double east = HALF * std::sin(dir * RADIANS) / std::cos(lat * RADIANS);
-    float x1 = 0, y1 = 0, x2 = 0, y2 = 0;
-    MAP_tran(static_cast<float>(lat - north), static_cast<float>(lon - east), &x1, &y1);
-    MAP_tran(static_cast<float>(lat + north), static_cast<float>(lon + east), &x2, &y2);
-    return std::atan2(x2 - x1, y2 - y1) / RADIANS;
-}
-
-double angle(double a, double b) { return std::remainder(a - b, 360.0); }
-
-/// There and back, and directions against short ways, at random places of the map's middle and at its centre.
-void check_directions(const Domain& d, std::mt19937& random) {
-    ASSERT_EQ(MAP_domain(&d), 0);
-    std::uniform_real_distribution<float> part(-0.45F, 0.45F);
-    std::uniform_real_distribution<float> any(0.0F, 360.0F);
-    float xc = 0, yc = 0;
-    MAP_tran_center(&xc, &yc);
-    for (int i = 0; i < 50; ++i) {
-        const float x = xc + (i == 0 ? 0 : part(random) * d.dx * static_cast<float>(d.nx - 1));
-        const float y = yc + (i == 0 ? 0 : part(random) * d.dy * static_cast<float>(d.ny - 1));
-        float lat = FMISS, lon = FMISS, x2 = 0, y2 = 0;
-        MAP_untran(x, y, &lat, &lon);
-        ASSERT_NE(lat, FMISS) << x << ' ' << y;
-        if (i == 0) {
-            EXPECT_NEAR(lat, d.clat, 1e-4);
-            EXPECT_NEAR(angle(lon, d.clon) * std::cos(lat * RADIANS), 0, 1e-4);
-        }
-        MAP_tran(lat, lon, &x2, &y2);
-        EXPECT_NEAR(std::hypot(x2 - x, y2 - y), 0, 1e-4);
-        if (std::fabs(lat) > 89) continue;
-        const float dir = any(random);
-        const double expected = direction_of_step(lat, lon, dir);
-        const float on_map = MAP_dir_adj(dir, x, y);
-        EXPECT_NEAR(angle(on_map, expected), 0, 0.1) << lat << ' ' << lon << " along " << dir;
-        const auto ahead = static_cast<float>(expected * RADIANS);
-        EXPECT_NEAR(angle(MAP_dir(x, y, x + std::sin(ahead), y + std::cos(ahead)), dir), 0, 0.1);
-    }
-}
-
-TEST(Maptran, DirectionsFollowEveryProjection) {
-    std::mt19937 random(7);
-    for (const Case& c : CASES) {
-        SCOPED_TRACE(c.name);
-        Domain d = c.domain;
-        d.dx = d.dy = 1.5F;
-        d.nx = d.ny = 41;
-        if (d.proj == PROJ_LAMBERT) d.clat = d.plat < 0 ? -40.0F : 40.0F;  // clear of the gap behind the pole
-        check_directions(d, random);
-    }
-}
-
-TEST(Maptran, EveryShippedRegionGoesThereAndBackWithItsWinds) {
-    std::mt19937 random(11);
-    std::ifstream file(test::source_dir() + "/share/zav/zav.reg");
-    std::string abbreviation, name, shown, text;
-    int regions = 0;
-    for (; file >> abbreviation >> name >> shown >> text; ++regions) {
-        SCOPED_TRACE(abbreviation);
-        Domain d;
-        ASSERT_EQ(DOM_decode(text, &d), 1);
-        if (d.plat == FMISS) d.plat = d.clat;
-        if (d.plon == FMISS) d.plon = d.clon;
-        check_directions(d, random);
-    }
-    EXPECT_GT(regions, 90);
-}
-
-/// A wind that a grid states along its rows or columns leads to the next column or row.
-TEST(Maptran, GridWindsRunAlongRowsAndColumns) {
-    std::mt19937 random(5);
-    std::uniform_real_distribution<float> part(-14, 14);
-    for (const Case& c : CASES) {
-        SCOPED_TRACE(c.name);
-        MAP_domain(&c.domain);
-        float xc = 0, yc = 0;
-        MAP_tran_center(&xc, &yc);
-        for (int i = 0; i < 40; ++i) {
-            const float x = xc + part(random);
-            const float y = yc + part(random);
-            for (const float side : {0.0F, 90.0F, 180.0F}) {
-                const float dir = MAP_undir_adj(side, x, y);
-                EXPECT_NEAR(angle(MAP_dir_adj(dir, x, y), side), 0, 1e-3) << x << ' ' << y;
-                const auto wind = static_cast<float>(dir * RADIANS);
-                EXPECT_NEAR(angle(dir + MAP_uvdir_adj(std::sin(wind), std::cos(wind), x, y), side), 0, 1e-3);
-            }
-            if (c.domain.proj != PROJ_LATLON) continue;  // components to east and north, whatever the map makes of them
-            EXPECT_EQ(MAP_undir_adj(50, x, y), 50);
-        }
-    }
-}
-
-TEST(Maptran, DirectionsAtPolesAndOffTheMap) {
-    const Domain north = make_domain(PROJ_POLAR, 90, -105);
-    MAP_domain(&north);
-    EXPECT_EQ(MAP_dir_adj(10, 0, 0), 115.0F);
-    EXPECT_EQ(MAP_undir_adj(10, 0, 0), -95.0F);
-    const Domain south = make_domain(PROJ_POLAR, -90, 20);
-    MAP_domain(&south);
-    EXPECT_EQ(MAP_dir_adj(10, 0, 0), 30.0F);
-    for (const int proj : {PROJ_ORTHO, PROJ_MOLLWEIDE, PROJ_AZIMUTHAL, PROJ_SATELLITE}) {
-        const Domain d = make_domain(proj, 0, 0);
-        MAP_domain(&d);
-        EXPECT_EQ(MAP_dir_adj(10, 300, 300), FMISS) << proj;
-        EXPECT_EQ(MAP_undir_adj(10, 300, 300), FMISS) << proj;
-    }
 }
 
 TEST(Maptran, OffsetAndFactor) {
