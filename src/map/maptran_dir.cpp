@@ -123,6 +123,7 @@ int MAP_offset(float xi, float yi, float dir, float rad, float* xf, float* yf) {
     float lat = FMISS;
     float lon = FMISS;
     MAP_untran(xi, yi, &lat, &lon);
+    if (lat == FMISS) return map_hidden(xf, yf);
     step_on_earth(dir, rad, &lat, &lon);
     MAP_tran(lat, lon, xf, yf);
     return 0;

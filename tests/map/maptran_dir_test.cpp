@@ -105,6 +105,9 @@ TEST(MaptranDir, PolesAndPlacesOffTheMap) {
     EXPECT_EQ(turned("lc:90:20,50,0", 0), std::pair(10.0F, 10.0F));
     for (const char* text : {"or,0,0", "mo,0,0", "la,0,0", "sat,0,0"}) {
         EXPECT_EQ(turned(text, 300), std::pair(FMISS, FMISS)) << text;
+        float x = 0, y = 0;
+        MAP_offset(300, 300, 90, 100, &x, &y);
+        EXPECT_EQ(x, FMISS) << text;
     }
 }
 

@@ -199,11 +199,13 @@ Point on_map(const Domain& grid, const Domain& map, float gx, float gy) {
     return to;
 }
 
-/// The winds of the current metafile on one projection's maps.
+/// One projection, as far as its maps are drawn on.
 struct Map_case {
     const char* name;
     int proj;
 };
+std::ostream& operator<<(std::ostream& out, const Map_case& c) { return out << c.name; }
+
 class Maps : public Wind, public testing::WithParamInterface<Map_case> {
   protected:
     /// Draws both grids on a map about a place.
