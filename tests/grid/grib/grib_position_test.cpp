@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "frame/mess.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -306,6 +308,79 @@ TEST(GribPosition, GridsByChanceLieWhereProjPutsThem) {
                 << what << " point " << k;
         }
         MAP_domain(nullptr);
+    }
+}
+
+/// Changes to a message, or another of ecCodes' samples.
+struct Change {
+    const char* name;
+    const char* sample;
+    std::string keys;
+};
+
+std::string changed(const test::TempDir& dir, const std::string& sample, const std::string& keys) {
+    const std::string path = dir.file("changed");
+    int status = 0;
+    test::run_command("grib_set -s 'shortName=t,typeOfLevel=isobaricInhPa,level=500" + keys + "' \"$(codes_info -s)/" +
+                          sample + ".tmpl\" '" + path + "'",
+                      &status);
+    EXPECT_EQ(status, 0) << keys;
+    return path;
+}
+
+class GribOtherGrid : public testing::TestWithParam<Change> {};
+
+TEST_P(GribOtherGrid, IsRefusedAndTheSearchGoesOn) {
+    if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
+    const test::TempDir dir;
+    const std::string path = changed(dir, GetParam().sample, GetParam().keys);
+    GRD_report grd;
+    MESS_set(0, MESS_WARN);
+    const test::Output output = test::capture([&] { grd = first_field(path); });
+    EXPECT_NE(output.err.find("grid of this field is not decoded"), std::string::npos) << output.err;
+    EXPECT_EQ(grd.domain.proj, MISS);
+    EXPECT_FALSE(GRD_has_values(&grd));
+    auto plot = [&](const std::string& file) {
+        int status = 0;
+        test::run_command("cd " + dir.path().string() + " && env zavdefault=none zavfile=" + test::source_dir() +
+                              "/share/zav " + test::program_path() + " -ba -de p,a.ps -ft 0 -le 500 -va temp " + file +
+                              " </dev/null >/dev/null 2>&1",
+                          &status);
+        return status;
+    };
+    EXPECT_EQ(plot(path), STATUS_LAYER);
+    const std::string edition(1, std::string(GetParam().sample).back());
+    const std::string refused = test::read_file(path);
+    dir.write("both", refused + test::read_file(changed(dir, "regular_ll_pl_grib" + edition, "")));
+    EXPECT_EQ(plot(dir.file("both")), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Messages, GribOtherGrid,
+                         testing::Values(Change{"rotated1", "rotated_ll_pl_grib1", ""},
+                                         Change{"rotated2", "rotated_ll_pl_grib2", ""},
+                                         Change{"gaussian1", "regular_gg_pl_grib1", ""},
+                                         Change{"gaussian2", "regular_gg_pl_grib2", ""},
+                                         Change{"westward1", "regular_ll_pl_grib1", ",iScansNegatively=1"},
+                                         Change{"westward2", "regular_ll_pl_grib2", ",iScansNegatively=1"},
+                                         Change{"columns1", "regular_ll_pl_grib1", ",jPointsAreConsecutive=1"},
+                                         Change{"columns2", "regular_ll_pl_grib2", ",jPointsAreConsecutive=1"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(GribPosition, IncrementsThatArentGivenFollowFromTheEnds) {
+    if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
+    const test::TempDir dir;
+    for (const char* sample : {"regular_ll_pl_grib1", "regular_ll_pl_grib2"}) {
+        const std::string unit = std::string(sample).back() == '1' ? "" : "000";
+        const std::string ends = ",latitudeOfFirstGridPoint=90000" + unit + ",latitudeOfLastGridPoint=-90000" + unit +
+                                 ",longitudeOfFirstGridPoint=0,longitudeOfLastGridPoint=345000" + unit;
+        for (const char* keys : {",iDirectionIncrement=missing,jDirectionIncrement=missing",
+                                 ",iDirectionIncrementGiven=0,jDirectionIncrementGiven=0"}) {
+            const Domain domain = first_field(changed(dir, sample, ends + keys), GRD_READ_HEADER).domain;
+            EXPECT_FLOAT_EQ(domain.dx, 345.0F / static_cast<float>(domain.nx - 1)) << sample << keys;
+            EXPECT_FLOAT_EQ(domain.dy, 180.0F / static_cast<float>(domain.ny - 1)) << sample << keys;
+            EXPECT_FLOAT_EQ(domain.clon, 172.5F) << sample << keys;
+            EXPECT_FLOAT_EQ(domain.clat, 0.0F) << sample << keys;
+        }
     }
 }
 
