@@ -69,7 +69,7 @@ void fill_thin(GRD_report* grd, Values& values) {
             line[static_cast<std::size_t>(i)] = values.next();
         }
         if (values.ended()) return;
-        grib_stretch_rows({n}, line, grd->domain.nx, grid_row(grd, row));
+        grib_stretch_rows({n}, line, grd->domain.nx, grib_goes_round(grd->domain), grid_row(grd, row));
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "grid/grib/grib_state.h"
 #include "map/maptran.h"
 
 namespace zav {
@@ -204,6 +205,11 @@ double step_of(double span, int points, double given, double unit) {
 }
 
 }  // namespace
+
+bool grib_goes_round(const Domain& domain) {
+    constexpr double ROUNDING = 0.001;
+    return domain.proj == PROJ_LATLON && std::fabs(static_cast<double>(domain.dx) * domain.nx - 360.0) < ROUNDING;
+}
 
 void grib_place_latlon(const GribLatlon& grid, int ydir, Domain* domain) {
     const double east = span_east(grid, domain->nx);
