@@ -4,6 +4,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -55,6 +56,7 @@ void warn_missing(const Words& words) {
         if (GRD_get_grid(i)->source != 0 || VAR_is_fit_GRID(i) == 0) continue;
         MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
         VAR_print_info(MESS_WARN, VAR_get_var(i));
+        ZAV_note(STATUS_LAYER);
     }
 }
 

@@ -69,7 +69,7 @@ void fill_thin(GRD_report* grd, Values& values) {
             line[static_cast<std::size_t>(i)] = values.next();
         }
         if (values.ended()) return;
-        grib_stretch_rows({n}, line, grd->domain.nx, grid_row(grd, row));
+        grib_stretch_rows({n}, line, grd->domain.nx, grib_goes_round(grd->domain), grid_row(grd, row));
     }
 }
 
@@ -165,7 +165,10 @@ int GRIB_BDB(int grd_fd, GRD_report* grd) {
     if (!stream || !grd) return -1;
     GribState& state = grib_state();
     state.bitmap.offset = 0;
-    if (grd->domain.nx < 1 || grd->domain.ny < 1) return 0;
+    if (grd->domain.proj == MISS || grd->domain.nx < 1 || grd->domain.ny < 1) {
+        MESS_print(MESS_WARN, "GRIB_BDB: grid of this field is not decoded\n");
+        return 0;
+    }
     if (!read_scale(stream, grd)) return -1;
     const std::uint64_t bits = values_needed(grd) * state.bpval;
     // The layouts that leave points out are small, and their end shows while they are filled.

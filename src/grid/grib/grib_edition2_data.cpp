@@ -85,7 +85,7 @@ void place_points(GRD_report* grd, const std::vector<float>& points) {
     const std::size_t width = static_cast<std::size_t>(nx);
     float* grid = grd->grid.get();
     if (state.thin) {
-        grib_stretch_rows(state.rows, points, nx, grid);
+        grib_stretch_rows(state.rows, points, nx, grib_goes_round(grd->domain), grid);
     } else {
         std::copy_n(points.begin(), std::min(points.size(), width * static_cast<std::size_t>(ny)), grid);
     }

@@ -74,7 +74,7 @@ Level instant_level(const Surfaces& s) {
         case 102:
             return single ? Level{103, whole(a)} : Level{104, hundreds};
         case 103:
-            return single ? Level{105, whole(a + 0.5)} : Level{106, hundreds};
+            return single ? Level{105, a == FMISS ? MISS : whole(a + 0.5)} : Level{106, hundreds};
         case 104:
             return single ? Level{107, whole(10000 * a + 0.01)} : Level{108, hundredths};
         case 105:

@@ -159,8 +159,11 @@ struct GribScale {
 /// The same for a single number.
 inline float grib_value(const GribState& state, float n) { return GribScale(state).value(n); }
 /// Stretches rows of a quasi-regular grid, given in message order, into `out` of `nx` by rows, first row of the message
-/// first. `values` ends where the message did; what is missing becomes FMISS.
-void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, float* out);
+/// first. `values` ends where the message did; what is missing becomes FMISS. Rows that go `round` the earth end one
+/// step of their own before their first point.
+void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, bool round, float* out);
+/// True if the columns of a latitude-longitude grid divide the whole earth.
+bool grib_goes_round(const Domain& domain);
 /// Unpacks complex packing, with or without spatial differencing, into `values` (FMISS for missing ones). False for a
 /// group description that can't be.
 bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values);

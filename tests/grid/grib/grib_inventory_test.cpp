@@ -13,7 +13,6 @@
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 #include "grid/grib/grib.h"
-#include "map/maptran.h"
 #include "support/support.h"
 
 namespace zav {
@@ -207,61 +206,6 @@ TEST(GribInventory, EveryFieldOfTheLargeFilesAgrees) {
     if (test::data_folders().size() < 2) GTEST_SKIP() << test::NO_DATA_FILE;
     EXPECT_EQ(compare_all(test::data_folders().back()), 706);
 }
-/// First and last point of the message's scanning order, from ecCodes. Its earth differs from ours by up to 4 km in
-/// radius, which far corners show.
-struct Corners {
-    const char* file;
-    bool south_first;
-    double lat1, lon1, lat2, lon2;
-    double tolerance;
-};
-
-class GribGeometry : public testing::TestWithParam<Corners> {};
-
-TEST_P(GribGeometry, CornersLieWhereTheMessageSays) {
-    const Corners& c = GetParam();
-    const std::string path = test::data_file(c.file);
-    if (path.empty()) GTEST_SKIP() << test::NO_DATA_FILE;
-    int type = GRD_TYPE_GRIB;
-    const int fd = GRD_open(path, 0, &type);
-    ASSERT_GE(fd, 0);
-    GRD_info info;
-    ASSERT_EQ(GRD_getinfo(fd, &info), 0);
-    GRD_report grd;
-    int number = 0;
-    ASSERT_EQ(GRD_read(fd, &grd, GRD_READ_HEADER, &number), 0);
-    GRD_close(fd);
-    MAP_domain(&grd.domain);
-    auto expect_corner = [&](float gx, float gy, double lat, double lon) {
-        float x = 0.0F;
-        float y = 0.0F;
-        EarthPoint point;
-        MAP_grid_tran(gx, gy, &x, &y);
-        MAP_untran(x, y, &point.lat, &point.lon);
-        EXPECT_NEAR(point.lat, lat, c.tolerance);
-        EXPECT_NEAR(std::remainder(point.lon - lon, 360.0), 0.0, c.tolerance);
-    };
-    const float right = static_cast<float>(grd.domain.nx - 1);
-    const float bottom = static_cast<float>(grd.domain.ny - 1);
-    expect_corner(0.0F, c.south_first ? bottom : 0.0F, c.lat1, c.lon1);
-    expect_corner(right, c.south_first ? 0.0F : bottom, c.lat2, c.lon2);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, GribGeometry,
-    testing::Values(Corners{"lambert_1199x799.grib1", true, 21.641, 239.550, 48.897, 297.027, 0.06},
-                    Corners{"cmc_wind300_polar.grib1", true, 27.203, 224.787, 43.064, 328.113, 0.06},
-                    Corners{"reduced_latlon.grib1", true, -90.0, -30.0, 0.0, 60.0, 1e-3},
-                    Corners{"scanning_mode_64.grib1", true, -90.0, 0.0, 90.0, 355.0, 1e-3},
-                    Corners{"bulletin_41bytes.grib1", false, 45.0, -30.0, -45.0, 60.0, 1e-3},
-                    Corners{"era5_levels_members.grib1", false, 90.0, 0.0, -90.0, 357.0, 1e-3},
-                    Corners{"cmc_tmp1_jpeg2000.grib2", true, -90.0, -180.0, 90.0, 179.76, 1e-3},
-                    Corners{"bulletin_40bytes.grib2", false, 90.0, 0.0, -90.0, 358.75, 1e-3},
-                    Corners{"eta_lambert_f24_cut.grib2", true, 12.190, 226.541, 57.289, 310.615, 0.02},
-                    Corners{"ngm_polar_f48.grib2", true, 7.647, 226.557, 44.288, 336.253, 0.02},
-                    Corners{"ndfd_temp_mercator.grib2", true, 16.977, 291.972, 19.544, 296.016, 0.03},
-                    Corners{"gfs_2p5deg_f120_cut.grib2", false, 90.0, 0.0, -90.0, 357.5, 1e-3}),
-    [](const auto& given) { return test::case_name(std::filesystem::path(given.param.file).stem()); });
 
 }  // namespace
 }  // namespace zav

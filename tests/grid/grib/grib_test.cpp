@@ -239,16 +239,37 @@ TEST_F(Grib, RunsOfLevels) {
 }
 
 TEST_F(Grib, QuasiRegularRowsAreStretched) {
-    Bytes grid = latlon(0, 2, 0);
-    set(grid, 31, 0xFFFFFFFF, 4);
-    set(grid, 11, 1);
-    grid.push_back(3);
-    grid.push_back(2);
-    set(grid, 1, 74, 4);
-    const auto records =
-        read(message2(0, {identification(), grid, product(), simple(5, 8), bitmap(255), data({1, 2, 3, 10, 20})}));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 10, 15, 20}));
+    struct Case {
+        int last;  ///< longitude of the last point, in degrees
+        Bytes rows;
+        Bytes packed;
+        Values expected;
+    };
+    const Case cases[] = {{20, {3, 2}, {1, 2, 3, 10, 20}, {1, 2, 3, 10, 15, 20}},
+                          {280, {4, 2}, {1, 2, 3, 4, 10, 20}, {1, 2, 3, 4, 10, 15, 20, 15}}};  // round the earth
+    for (const Case& c : cases) {
+        Bytes grid = latlon(0, 2, 0);
+        set(grid, 31, 0xFFFFFFFF, 4);
+        set(grid, 11, 1);
+        set(grid, 60, c.last * 1000000, 4);
+        grid.insert(grid.end(), c.rows.begin(), c.rows.end());
+        set(grid, 1, 74, 4);
+        const auto records =
+            read(message2(0, {identification(), grid, product(), simple(static_cast<int>(c.packed.size()), 8),
+                              bitmap(255), data(c.packed)}));
+        ASSERT_EQ(records.size(), 1U);
+        EXPECT_EQ(values(records[0]), c.expected) << c.last;
+    }
+}
+
+TEST_F(Grib, CountsThatCantBe) {
+    for (const std::int64_t columns : {0x80000000LL, 0xFFFFFFFELL, 0LL}) {
+        Bytes grid = latlon(0, 2, 0);
+        set(grid, 31, columns, 4);
+        const auto records =
+            read(message2(0, {identification(), grid, product(), simple(6, 0), bitmap(255), data({})}));
+        for (const GRD_report& grd : records) EXPECT_EQ(grd.domain.proj, MISS) << columns;
+    }
 }
 
 TEST_F(Grib, SurfacesAndTimesOfEdition2) {
@@ -256,11 +277,12 @@ TEST_F(Grib, SurfacesAndTimesOfEdition2) {
         int type1, scale, value1, type2, value2, ltype, level;
     };
     const Case cases[] = {
-        {100, 0, 50000, 255, 0, 100, 500}, {100, 0, 85000, 100, 50000, 101, 85050},
-        {103, 0, 2, 255, 0, 105, 2},       {104, 4, 9950, 255, 0, 107, 9950},
-        {106, 1, 1, 106, 4, 112, 10040},   {109, 9, 2000, 255, 0, 117, 2},
-        {101, 0, 0, 255, 0, 102, 0},       {1, 255, 0, 255, 0, 1, MISS},
-        {100, 130, 1, 255, 0, 100, 1},     {108, 0, 3000, 108, 0, 116, 30000},
+        {100, 0, 50000, 255, 0, 100, 500},  {100, 0, 85000, 100, 50000, 101, 85050},
+        {103, 0, 2, 255, 0, 105, 2},        {104, 4, 9950, 255, 0, 107, 9950},
+        {106, 1, 1, 106, 4, 112, 10040},    {109, 9, 2000, 255, 0, 117, 2},
+        {101, 0, 0, 255, 0, 102, 0},        {1, 255, 0, 255, 0, 1, MISS},
+        {103, 255, 0, 255, 0, 105, MISS},   {100, 130, 1, 255, 0, 100, 1},
+        {108, 0, 3000, 108, 0, 116, 30000},
     };
     for (const Case& c : cases) {
         Bytes section = product();
