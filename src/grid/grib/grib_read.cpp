@@ -12,13 +12,22 @@
 namespace zav {
 namespace {
 
-constexpr int INDEX_LINE = 160;
-constexpr int INDEX_TEXT = 129;  ///< size of a description in the index file
+constexpr std::size_t INDEX_LINE = 160;  ///< longest line of the index file
+constexpr int INDEX_TEXT = 129;          ///< size of a description in the index file
 constexpr int EDITION1_SOURCE = 7;
 constexpr int ECMWF = 98;
 
 /// How far into the sections of an edition 2 field a read goes.
 enum class Depth { walk, header, values };
+
+/// Size of a file that stays where it stands.
+long file_size(std::FILE* file) {
+    const long here = std::ftell(file);
+    std::fseek(file, 0, SEEK_END);
+    const long size = std::ftell(file);
+    std::fseek(file, here, SEEK_SET);
+    return size;
+}
 
 /// Moves behind the keyword of the next GRIB message; other bulletins are passed over. False at the end of the file.
 bool next_message(int grd_fd) {
@@ -28,12 +37,10 @@ bool next_message(int grd_fd) {
         const char kind = GRIB_get_type(grd_fd);
         if (kind == 'B') break;
         // BUFR has the length where edition 1 has it. A GRID text has none, and what follows it is searched.
-        if (kind == 'R') {
-            const long behind = std::ftell(grib_stream(grd_fd));
-            if (GRIB_next(grd_fd, 1) < behind) std::fseek(grib_stream(grd_fd), behind, SEEK_SET);
-        }
+        if (kind == 'R') GRIB_next(grd_fd, 1);
     }
     state.message_end = GRIB_next(grd_fd, 0);
+    if (state.message_end < 0) state.message_end = file_size(grib_stream(grd_fd));
     state.bitmap = GribBitmap{};
     state.packing = GribPacking{};
     DOM_init(&state.dv);
@@ -97,7 +104,7 @@ int read_field(int grd_fd, GRD_report* grd, Depth depth) {
     grd->type = place.record.inside ? state.grid_id : 0;
     for (;;) {
         const long start = std::ftell(grib_stream(grd_fd));
-        const bool found = GRIB_read_section(grd_fd) > 0;
+        const bool found = start < state.message_end && GRIB_read_section(grd_fd) > 0;
         MESS_print(MESS_DEBUG, "SECT: %d %d\n", state.sect, static_cast<int>(state.slen));
         if (done) {
             if (found && state.sect >= 1 && state.sect <= 7) place.next = GribStart{start, true};
@@ -117,39 +124,58 @@ int read_field(int grd_fd, GRD_report* grd, Depth depth) {
     return 1;
 }
 
+/// Passes over a message in which there is no field: it is no record.
+void pass_empty_message() {
+    GribPlace& place = grib_state().place;
+    place.record = *place.next;
+    place.next.reset();
+}
+
 /// Learns where the record behind the one at the file's place starts. False at the end of the file.
 bool find_next(int grd_fd) {
     GribState& state = grib_state();
-    if (state.place.next) return true;
-    if (!enter_record(grd_fd)) return false;
-    GRD_report unused;
-    return state.version != 2 || read_field(grd_fd, &unused, Depth::walk) == 0;
+    while (!state.place.next) {
+        if (!enter_record(grd_fd)) return false;
+        GRD_report unused;
+        if (state.version == 2 && read_field(grd_fd, &unused, Depth::walk) != 0) pass_empty_message();
+    }
+    return true;
 }
 
 /// Moves on by one record. False at the end of the file.
 bool step_record(int grd_fd, GRD_file* file) {
     GribPlace& place = grib_state().place;
     if (!find_next(grd_fd)) return false;
-    if (place.next->pos <= place.record.pos) return false;  // a length that would lead back
     place.record = *place.next;
     place.next.reset();
     place.num = ++file->num;
     return std::fseek(grib_stream(grd_fd), place.record.pos, SEEK_SET) == 0;
 }
 
-/// Reads the next line of the index file. False at its end.
+/// Reads the next line of the index file that holds an offset. Lines that don't, and ones that are too long to be read
+/// whole, are told. False at the file's end.
 bool read_index(GRD_file* file) {
+    std::FILE* index = file->hfile.get();
     std::string line;
-    if (fgetnline(file->hfile.get(), line, INDEX_LINE) < 0) return false;
-    GribPlace& place = grib_state().place;
-    char* end = nullptr;
-    const long offset = std::strtol(line.c_str(), &end, 10);
-    if (end == line.c_str() || offset < 0) return false;
-    while (*end == ' ' || *end == '\t') ++end;
-    place.record = GribStart{offset, false};
-    place.next.reset();
-    place.index_line = fit_text(end, INDEX_TEXT);
-    return true;
+    while (fgetnline(index, line, INDEX_LINE + 1) >= 0) {
+        if (line.size() > INDEX_LINE) {
+            MESS_print(MESS_WARN, "GRIB index line is too long: %.40s...\n", line.c_str());
+            fskiprest(index);
+        }
+        char* end = nullptr;
+        const long offset = std::strtol(line.c_str(), &end, 10);
+        if (end == line.c_str() || offset < 0) {
+            if (!string_is_blank(line)) MESS_print(MESS_WARN, "GRIB index line has no offset: %.40s\n", line.c_str());
+            continue;
+        }
+        while (*end == ' ' || *end == '\t') ++end;
+        GribPlace& place = grib_state().place;
+        place.record = GribStart{offset, false};
+        place.next.reset();
+        place.index_line = fit_text(end, INDEX_TEXT);
+        return true;
+    }
+    return false;
 }
 
 /// Goes to record `wanted` by the index file. False if it doesn't hold it.
@@ -259,6 +285,7 @@ int GRIB_getinfo(int grd_fd, GRD_info* info) {
     GRD_file* file = GRD_get_gfile(grd_fd);
     if (!file || !file->file || !info) return -1;
     GRIB_reset();
+    grib_state().complained = -1;
     info->grid_type = 0;
     if (!next_message(grd_fd) || GRIB_get_info(grd_fd, info) < 0) return -1;
     file->date = info->date;
@@ -277,6 +304,10 @@ int GRIB_read(int grd_fd, GRD_report* grd, int rep_type, int* grdnum, long* cur_
         record_from_index(file, grd, rep_type);
     } else {
         result = read_record(grd_fd, grd, rep_type);
+        while (result == 1 && !file->hfile) {
+            pass_empty_message();
+            result = read_record(grd_fd, grd, rep_type);
+        }
     }
     const GribPlace& place = grib_state().place;
     if (cur_pos) *cur_pos = place.record.pos;

@@ -102,7 +102,8 @@ struct GribState {
     std::array<unsigned char, 600> head{};  ///< first bytes of the message, from its keyword on
     std::size_t head_len = 0;
     long message_pos = 0;  ///< position of the keyword
-    long message_end = 0;  ///< where the next message is looked for; not behind `message_pos` if that can't be told
+    long message_end = 0;  ///< where the next message is looked for
+    long complained = -1;  ///< the last message of the file whose length was told to be wrong
     int pdb_start = 8;     ///< where the product block starts in `head`
     std::size_t pdb_len = 0;
     std::vector<unsigned char> section;  ///< edition 2 section, from octet 6 on
