@@ -336,7 +336,10 @@ int GRIB_DS(int grd_fd, GRD_report* grd) {
             MESS_print(MESS_WARN, "GRIB_DS: grid of this field is not decoded\n");
             return 1;
         }
-        const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(state.slen - 5), state.packed);
+        // A message that was cut short doesn't reach into the next one.
+        const long told = state.slen - 5;
+        const long held = std::clamp(state.message_end - std::ftell(stream), 0L, told);
+        const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(held), state.packed) && held == told;
         state.bits = BitReader(state.packed.data(), state.packed.size());
         const bool good = unpacker.unpack(grd);
         return good && (whole || data_too_short()) ? 1 : 0;
