@@ -40,9 +40,10 @@ NamingState& naming();
 struct Piece {
     enum class Kind { plain, percent, date, ext, path, key, resource, group_start, group_end, rest };
     Kind kind = Kind::plain;
-    char code = 0;     ///< the character, or the letter behind the percent sign
-    int number = 0;    ///< the number between the two, 0 for none
-    std::string name;  ///< resource of a path or of %{name}
+    char code = 0;          ///< the character, or the letter behind the percent sign
+    int number = 0;         ///< the number between the two, 0 for none
+    std::string name;       ///< resource of a path or of %{name}
+    bool optional = false;  ///< inside of a group
 };
 
 std::vector<Piece> parse_template(const std::string& text);
