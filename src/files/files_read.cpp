@@ -290,6 +290,7 @@ void walk_template(const std::string& text, const std::string& conv) {
 void take_text(const std::string& text) {
     const std::string conv = current_template();
     if (text.starts_with('@')) return set_given(text.substr(1));
+    if (text.starts_with('|')) return set_given(text);
     if (FILE_is_stdio(text) || (!conv.empty() && FILE_is_stdio(conv))) return set_plain("-");
     if (conv.empty()) return set_given(text);
     if (strnicmp(text, "cu", 2) == 0) return set_by_rule(text.substr(2));

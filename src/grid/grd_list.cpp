@@ -52,7 +52,7 @@ int open_file(const std::string& name, const Words& words, const Date* date) {
 
 void warn_missing(const Words& words) {
     for (int i = 0; i < VAR_get_num(); i++) {
-        if (GRD_get_grid(i)->source != 0 || VAR_is_fit_GRID(i) == 0) continue;
+        if (!GRD_is_empty(GRD_get_grid(i)) || VAR_is_fit_GRID(i) == 0) continue;
         MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
         VAR_print_info(MESS_WARN, VAR_get_var(i));
     }

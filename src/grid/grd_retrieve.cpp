@@ -81,15 +81,18 @@ int read_one(const std::string& name, const Date* date, const std::string& selec
     return read_selected(file.fd(), selector, caller, grid);
 }
 
-/// Header of the first record with grid number `type`, or of the last one seen; its number in `number`. False if the
-/// file has no record.
+/// Header of the first record with grid number `type` on a grid that can be placed, or else of the last one on such a
+/// grid; its number in `number`. False if the file has none.
 bool find_record(int fd, int type, GRD_report* record, int* number) {
-    GRD_init(record);
     bool found = false;
-    for (int next = 0; GRD_read(fd, record, GRD_READ_HEADER, &next) == 0; next++) {
+    GRD_report next;
+    GRD_init(&next);
+    for (int at = 0; GRD_read(fd, &next, GRD_READ_HEADER, &at) == 0; at++) {
+        if (GRD_points(&next) == 0 || next.domain.proj == MISS) continue;
         found = true;
-        *number = next;
-        if (type == MISS || record->type == type) break;
+        *number = at;
+        GRD_copy(record, &next);
+        if (type == MISS || next.type == type) break;
     }
     return found;
 }

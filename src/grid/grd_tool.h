@@ -30,6 +30,8 @@ int GRD_make_datatype(GRD_report* grid, const std::string& oper);
 int GRD_make_devtype(GRD_report* ogrid, const GRD_report* igrid, const std::string& str);
 /// True for a record with values that fit its domain.
 bool GRD_has_values(const GRD_report* grid);
+/// True for a record without a field: neither origin nor values. Origin 0 alone may be a field of no known centre.
+bool GRD_is_empty(const GRD_report* grid);
 /// Points of the record's domain, 0 if it has no size.
 std::size_t GRD_points(const GRD_report* grid);
 

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <random>
 
+#include "files/files.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
 #include "grid/grd_out.h"
@@ -131,13 +132,13 @@ class SearchFile : public TempDirTest {
     }
 
     /// A native file with one 3 by 2 field for each level, the level being its value.
-    std::string levels_file(const std::vector<int>& levels) {
+    std::string levels_file(const std::vector<int>& levels, int source = 7) {
         const std::string name = dir.file("l.grd");
         for (std::size_t at = 0; at < levels.size(); at++) {
             const int level = levels[at];
             GRD_report grid;
             GRD_init(&grid);
-            grid.source = 7;
+            grid.source = source;
             grid.datim = "1200Z 15 JAN 26";
             grid.info = "field";
             grid.ltype = 100;
@@ -186,6 +187,37 @@ TEST_F(SearchFile, TheFirstThatFitsWins) {
     EXPECT_EQ(missing.source, 0);
     GRD_close(fd);
     EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);  // all filled: the closed file isn't read
+}
+
+TEST_F(SearchFile, FieldsOfNoKnownCentreCountOnce) {
+    const int fd = open_read(levels_file({500, 500, 700, 500, 850}, 0));
+    GRD_report grids[3];
+    const VAR_data keys[3] = {key(MISS, 100, 500, 7), key(MISS, 100, 850, 7), key(MISS, 100, 700, 7)};
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);
+    EXPECT_EQ(grids[0].time, 0);
+    ASSERT_TRUE(GRD_has_values(&grids[1]) && GRD_has_values(&grids[2]));
+    EXPECT_EQ(grids[1].grid[0], 850.0F);
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);
+    EXPECT_EQ(grids[0].time, 0);
+    GRD_close(fd);
+}
+
+TEST_F(SearchFile, TheDomainIsThatOfTheFirstGridThatCanBePlaced) {
+    std::string messages = test::read_file(test::source_dir() + "/samples/26011512_wave.grb2");
+    std::size_t section = 16;
+    while (messages[section + 4] != 3) section += static_cast<unsigned char>(messages[section + 3]);
+    messages[section + 12] = 0x7F;  // a grid template of its own
+    dir.write("mixed.grb2", messages);
+    FILE_set_name("@mixed.grb2");
+    GRD_get_specs().nspec = 0;
+    Date date;
+    Domain domain;
+    Domain whole;
+    ASSERT_EQ(GRD_get_file_date_domain(&date, &domain), 1);
+    ASSERT_EQ(GRD_get_file_domain(test::source_dir() + "/samples/26011512_wave.grb2", &whole), 1);
+    EXPECT_EQ(DOM_comp(&domain, &whole), 1);
+    dir.write("none.grb2", messages.substr(0, messages.find("7777") + 4));
+    EXPECT_EQ(GRD_get_file_domain("none.grb2", &domain), -1);
 }
 
 TEST_F(SearchFile, PiecesMakeOneGridAndTheLastThatFitsWins) {
