@@ -42,6 +42,9 @@ const std::string& FILE_get_ext_info();
 /// The current file name. Setting it marks the name as given by the user and not made from a date.
 void FILE_set_filename(const std::string& str);
 const std::string& FILE_get_filename();
+/// 0: the current name was made from a date or a rule; 1: the user gave it, and the template makes it as well; 2: the
+/// user gave it, and the template makes another.
+int FILE_is_given();
 const std::string& FILE_get_filename(std::string& str);
 
 // Paths and tests. A "~" or "~user" at the start is expanded by the tests and by FILE_open.

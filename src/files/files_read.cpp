@@ -228,14 +228,10 @@ Walked walk_text(const std::string& text, const std::string& conv, bool replaces
     return {walk.out + text.substr(walk.pos), false};
 }
 
-bool is_rule(const std::string& text) {
-    return text.starts_with('#') || strnicmp(text, "la", 2) == 0 || strnicmp(text, "cu", 2) == 0;
-}
-
 /// Cuts "#YYYYMMDDHHNN" off a text and adds it to the forced date. In a rule the mark has a meaning of its own.
 void take_forced_suffix(std::string& text) {
     const std::size_t sharp = text.find('#', 1);
-    if (sharp == std::string::npos || is_rule(text)) return;
+    if (sharp == std::string::npos || is_time_rule(text)) return;
     std::size_t at = sharp + 1;
     read_date_groups(text, at, naming().set);
     text.resize(sharp);
@@ -293,8 +289,7 @@ void take_text(const std::string& text) {
     if (text.starts_with('|')) return set_given(text);
     if (FILE_is_stdio(text) || (!conv.empty() && FILE_is_stdio(conv))) return set_plain("-");
     if (conv.empty()) return set_given(text);
-    if (strnicmp(text, "cu", 2) == 0) return set_by_rule(text.substr(2));
-    if (is_rule(text)) return set_by_rule(text);
+    if (is_time_rule(text)) return set_by_rule(text.substr(rule_start(text)));
     if (stricmp(text, "none") == 0) return set_plain("none");
     if (FILE_fullpath(conv) && FILE_fullpath(text)) return set_odd(text);
     walk_template(text, conv);

@@ -61,9 +61,8 @@ void show_list() {
 /// Establishes the file of an answer.
 void take_answer(const std::string& text) {
     std::string name;
-    const bool current = strnicmp(text, "cu", 2) == 0;
-    if (current || text.starts_with('#') || strnicmp(text, "la", 2) == 0) {
-        FILE_set_current(text.c_str() + (current ? 2 : 0), name);
+    if (is_time_rule(text)) {
+        FILE_set_current(text.c_str() + rule_start(text), name);
         report_current();
         return;
     }

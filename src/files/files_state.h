@@ -70,6 +70,11 @@ Period forced_period(char code, int field);
 /// Reads up to five groups of digits, YYYYMMDDHHNN, from `at` on. Complete groups only. `at` moves behind them.
 int read_date_groups(const std::string& text, std::size_t& at, Date& date);
 
+/// True for a text that chooses a file by time: "#date", or one that begins with "la" or "cu" and is no file's name.
+bool is_time_rule(const std::string& text);
+/// Where the rule begins in such a text: behind "cu".
+std::size_t rule_start(const std::string& text);
+
 /// The five fields that file names hold: year to minute.
 void clear_file_fields(Date& date);
 bool same_file_fields(const Date& a, const Date& b);

@@ -72,10 +72,7 @@ bool search_single(const std::string& name, const Words& words, const Date* date
 void search_pieces(const Date* date) {
     const GRD_specs& specs = GRD_get_specs();
     for (int n = 0; n < specs.nspec; n++) {
-        FILE_set_name(specs.spec[static_cast<std::size_t>(n)].name);
-        std::string name;
-        FILE_set_date(date, name);
-        const int fd = open_file(name, DATE_WORDS, date);
+        const int fd = open_file(GRD_piece_file(n, date), DATE_WORDS, date);
         if (fd < 0) continue;
         GRD_search_piece(fd, n, GRD_get_grids(), VAR_get_vars().data(), VAR_get_num());
         GRD_close(fd);
@@ -106,6 +103,22 @@ void finish() {
 }
 
 }  // namespace
+
+void GRD_take_named_file() {
+    GRD_specs& specs = GRD_get_specs();
+    const int given = FILE_is_given();
+    specs.named = given != 0 ? FILE_get_filename() : std::string();
+    if (given == 2) specs.nspec = 0;
+}
+
+std::string GRD_piece_file(int ind, const Date* date) {
+    const GRD_specs& specs = GRD_get_specs();
+    FILE_set_name(specs.spec[static_cast<std::size_t>(ind)].name);
+    if (!specs.named.empty() && date->year != MISS) FILE_set_filename(specs.named);
+    std::string name;
+    FILE_set_date(date, name);
+    return name;
+}
 
 int GRD_search_file_date(const Date* date) {
     prepare_table(true);

@@ -140,10 +140,7 @@ int GRD_get_file_domain(const std::string& filename, Domain* domain) {
 int GRD_get_file_date_domain(const Date* date, Domain* domain) {
     const GRD_specs& specs = GRD_get_specs();
     int type = MISS;
-    if (specs.nspec != 0) {
-        FILE_set_name(specs.spec[0].name);
-        type = specs.spec[0].type;
-    }
+    if (specs.nspec != 0) type = specs.spec[0].type;
     RES_getval("grid_type", &type, CV_int);
     Date when;
     if (date != nullptr) {
@@ -152,7 +149,11 @@ int GRD_get_file_date_domain(const Date* date, Domain* domain) {
         GRD_get_date(&when);
     }
     std::string name;
-    FILE_set_date(&when, name);
+    if (specs.nspec != 0) {
+        name = GRD_piece_file(0, &when);
+    } else {
+        FILE_set_date(&when, name);
+    }
     const Open_grid file(domain_file(name, "GRD_get_file_date_domain"));
     if (file.fd() < 0) return -1;
     std::string index;

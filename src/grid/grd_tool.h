@@ -92,6 +92,11 @@ int GRD_find_param_grids(int start, int num, int level, GRD_report** grds, float
 GRD_info* GRD_get_info();
 /// The pieces of the model.
 GRD_specs& GRD_get_specs();
+/// Makes a file that the user named go over the model: one that the convention makes tells the directory of all pieces,
+/// any other is the only file.
+void GRD_take_named_file();
+/// Name of piece `ind` for a date.
+std::string GRD_piece_file(int ind, const Date* date);
 
 // One grid
 

@@ -109,6 +109,7 @@ struct GRD_specs {
     int nx = 1;     ///< pieces side by side
     int ny = 1;     ///< pieces above each other
     std::array<GRD_spec, GRD_SPEC_MAX> spec;
+    std::string named;  ///< file that the user named, whose directory holds the pieces; empty without one
 };
 
 }  // namespace zav

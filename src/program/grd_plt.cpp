@@ -67,7 +67,7 @@ void keep_input() {
 /// The file to plot from. Ends the program if the one that the user named isn't there.
 void choose_file() {
     std::string name;
-    if (FILE_get_file("Enter the grid filename: ", name) == 1) return;
+    if (FILE_get_file("Enter the grid filename: ", name) == 1) return GRD_take_named_file();
     MESS_print(MESS_WARN, "File not found: %s\n", name.c_str());
     ZAV_exit(STATUS_NO_GRID);
 }

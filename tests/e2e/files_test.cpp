@@ -56,6 +56,24 @@ INSTANTIATE_TEST_SUITE_P(Centres, RealFile,
                              return name;
                          });
 
+TEST(SampleFile, ANamedFileIsDrawnWhateverItsNameAndModel) {
+    const TempDir dir;
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";
+    const std::string data = read_file(source_dir() + "/samples/26011512_wave.grb2");
+    for (const char* name : {"other.grb", "latest.grb", "latest", "cutoff.grb", "la", "sub/lambert.grb"})
+        dir.write(name, data);
+    ASSERT_EQ(run_program(dir.path(), chart + "-de p,other.ps other.grb").status, 0);
+    for (const char* options : {"latest.grb", "latest", "cutoff.grb", "./la", "sub/lambert.grb", "-mo gfs other.grb",
+                                "-mo gfs latest.grb", "-mo gfs @other.grb", "-gp sub lambert.grb"}) {
+        const Outcome run = run_program(dir.path(), chart + "-de p,x.ps " + options);
+        EXPECT_EQ(run.status, 0) << options << run.err;
+        EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file("other.ps"))) << options;
+        std::filesystem::remove(dir.file("x.ps"));
+    }
+    const Outcome rule = run_program(dir.path(), chart + "-de p,x.ps la");
+    EXPECT_EQ(rule.status, 10) << "the rule, though a file has its name";
+}
+
 TEST(SampleFile, EditionsAgreeAndGridsAreWrittenAndReadBack) {
     const std::string source = test::source_dir() + "/samples/26011512_wave.grb2";
     const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";

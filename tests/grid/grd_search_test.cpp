@@ -244,6 +244,32 @@ TEST_F(SearchFile, PiecesMakeOneGridAndTheLastThatFitsWins) {
     specs = GRD_specs{};
 }
 
+TEST_F(SearchFile, ANamedFileGoesOverTheFilesOfTheModel) {
+    GRD_specs& specs = GRD_get_specs();
+    specs.spec[0].name = "@%G/%y%m%d%h_a";
+    specs.spec[1].name = "@%G/%y%m%d%h_b";
+    struct Case {
+        const char* typed;
+        int pieces;
+        const char* second;
+    };
+    for (const Case& c : {Case{"26011512", 2, "./26011512_b"}, Case{"/data/x/26011512_a", 2, "/data/x/26011512_b"},
+                          Case{"/data/x/other.grb", 0, ""}, Case{"@26011512_a", 0, ""}, Case{"|zcat x", 0, ""},
+                          Case{"cu#2026011512", 2, "./26011512_b"}, Case{"latest.grb", 0, ""}}) {
+        specs.nspec = 2;
+        FILE_set_name(specs.spec[0].name);
+        FILE_set_filename("");
+        std::string name;
+        FILE_set_file(c.typed, name);
+        GRD_take_named_file();
+        EXPECT_EQ(specs.nspec, c.pieces) << c.typed;
+        Date date;
+        FILE_get_date(&date);
+        if (c.pieces < 2) continue;
+        EXPECT_EQ(GRD_piece_file(1, &date), c.second) << c.typed;
+    }
+}
+
 TEST_F(SearchFile, NamedFilesTakeSelectors) {
     const std::string name = levels_file({500, 700, 850});
     GRD_info info;
