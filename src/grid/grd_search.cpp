@@ -57,6 +57,10 @@ float constant_value(const std::string& name) {
 }  // namespace
 
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num) {
+    return GRD_search_from(grd_fd, 0, grids, params, type, num);
+}
+
+int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num) {
     const bool all = num < 0;
     const int count = std::abs(num);
     std::vector<bool> open(static_cast<std::size_t>(count));
@@ -64,7 +68,7 @@ int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, 
     auto missing = std::count(open.begin(), open.end(), true);
     GRD_report record;
     GRD_init(&record);
-    for (int number = 0; missing > 0; number++) {
+    for (int number = first; missing > 0; number++) {
         if (GRD_read(grd_fd, &record, GRD_READ_HEADER, &number) != 0) break;
         for (int i = 0; i < count; i++) {
             if (!open[i] || GRD_test(&record, &params[i], type) == 0) continue;

@@ -8,10 +8,12 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 
 #include "files/files.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "grid/grd_hints.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -268,6 +270,51 @@ TEST_F(SearchFile, ANamedFileGoesOverTheFilesOfTheModel) {
         if (c.pieces < 2) continue;
         EXPECT_EQ(GRD_piece_file(1, &date), c.second) << c.typed;
     }
+}
+
+/// The options in a line of hints.
+std::string option_of(const std::string& line, const std::string& option) {
+    const std::size_t at = line.find(" " + option + " ");
+    if (at == std::string::npos) return "";
+    const std::size_t start = at + option.size() + 2;
+    return line.substr(start, line.find_first_of(" \n", start) - start);
+}
+
+TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
+    const std::string folder = std::filesystem::path(test::data_file("inventory.tsv")).parent_path();
+    if (folder.empty()) GTEST_SKIP() << "ZAV_TEST_DATA isn't set";
+    const test::EnvSetting lookups("zavfile", (test::source_dir() + "/share/zav").c_str());
+    const char* const argv[] = {"test"};
+    const res_type none[] = {RES_file_path, RES_null};
+    RES_init(1, argv, none, none + 1);
+    std::size_t count = 0;
+    std::set<int> unnamed;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".md" || entry.path().extension() == ".tsv") continue;
+        const int fd = open_read(entry.path());
+        const std::vector<Record_codes> records = GRD_list_records(fd);
+        for (const Record_codes& record : records) {
+            const VAR_data away = key(777, 999, MISS, record.var);
+            const std::string line = test::capture([&] { GRD_tell_nearest({record}, away, MISS); }).err;
+            VAR_data found = key(MISS, MISS, MISS, 0);
+            VAR_dec_time(option_of(line, "-ft"), &found.time);
+            const std::string level = option_of(line, "-le");
+            VAR_dec_level(level, &found.ltype, &found.level);
+            VAR_dec_var(option_of(line, "-va"), &found);
+            GRD_report header;
+            GRD_init(&header);
+            header.time = record.time;
+            header.ltype = record.ltype;
+            header.level = record.level;
+            header.var = record.var;
+            EXPECT_EQ(GRD_test(&header, &found, MISS), 1) << entry.path() << record.number << line;
+            count++;
+            if (level == "miss") unnamed.insert(record.ltype);
+        }
+        GRD_close(fd);
+    }
+    EXPECT_GT(count, 500U);
+    EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
 }
 
 TEST_F(SearchFile, NamedFilesTakeSelectors) {
