@@ -58,6 +58,20 @@ void settle_domain(Domain* domain) {
     RES_getval("plot_domain", domain, CV_domain);
 }
 
+/// Data on standard input are read before any question could take them for an answer.
+void keep_input() {
+    std::vector<std::string> words;
+    if (RES_getvals("filename", words) > 0 && FILE_is_stdio(words[0])) FILE_keep_stream(words[0]);
+}
+
+/// The file to plot from. Ends the program if the one that the user named isn't there.
+void choose_file() {
+    std::string name;
+    if (FILE_get_file("Enter the grid filename: ", name) == 1) return GRD_take_named_file();
+    MESS_print(MESS_WARN, "File not found: %s\n", name.c_str());
+    ZAV_exit(STATUS_NO_GRID);
+}
+
 void free_grids() {
     for (int i = 0; i < VAR_get_num(); i++) {
         if (VAR_is_type_GRID(i) != 0) GRD_free(GRD_get_grid(i));
@@ -161,10 +175,11 @@ int GRD_main(int argc, const char* const* argv) {
     GRD_in_file();
     VAR_set_def_type(DEFAULT_TYPE);
     Domain domain;
+    keep_input();
     settle_domain(&domain);
     MESS_print_prog("MODEL GRIDDED DATA CONTOURING");
 
-    FILE_get_file("Enter the grid filename: ");
+    choose_file();
     GRD_set_date(nullptr);
     if (domain.proj == MISS) GRD_get_file_date_domain(nullptr, &domain);
 
