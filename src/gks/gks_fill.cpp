@@ -1,12 +1,12 @@
 // Filled areas, their attributes and patterns.
 
 #include <array>
-#include <vector>
 
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
+#include "gks/gks_pixels.h"
 #include "gks/gks_tran.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
@@ -14,8 +14,6 @@
 
 namespace zav {
 namespace {
-
-constexpr int POINTS_ON_STACK = 10;
 
 using Pattern = std::array<unsigned char, 8>;
 
@@ -43,20 +41,10 @@ State state;
 
 bool in_table(int pattern) { return pattern >= 0 && pattern < static_cast<int>(PATTERNS.size()); }
 
-void fill_pixels(Gint num_pt, const Gpt* array_pt, Gxpoint* points) {
-    for (int i = 0; i < num_pt; ++i) points[i] = {gpixel(xW_p(array_pt[i].x)), gpixel(yW_p(array_pt[i].y))};
-    gx11_polygon(num_pt, points);
-    gx11_lines(Gx_context::fill, num_pt, points);
-}
-
 void fill_on_display(Gint num_pt, const Gpt* array_pt) {
-    if (num_pt <= POINTS_ON_STACK) {
-        std::array<Gxpoint, POINTS_ON_STACK> points;
-        fill_pixels(num_pt, array_pt, points.data());
-        return;
-    }
-    std::vector<Gxpoint> points(static_cast<std::size_t>(num_pt));
-    fill_pixels(num_pt, array_pt, points.data());
+    const Gpixels points(num_pt, array_pt);
+    gx11_polygon(num_pt, points.data());
+    gx11_lines(Gx_context::fill, num_pt, points.data());
 }
 
 void fill_postscript(Gint num_pt, const Gpt* array_pt) {
