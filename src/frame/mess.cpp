@@ -37,7 +37,8 @@ struct State {
     file_ptr ofile;
     file_ptr pfile;
     std::string filename;
-    bool writing = false;  // a message of the file opener itself mustn't open the message file again
+    bool stderr_only = false;  // standard output takes a page
+    bool writing = false;      // a message of the file opener itself mustn't open the message file again
 };
 State state;
 
@@ -68,6 +69,8 @@ std::string time_stamp() {
 }
 
 void write_text(std::FILE* file, const std::string& text) { std::fwrite(text.data(), 1, text.size(), file); }
+
+std::FILE* screen(bool is_error) { return is_error || state.stderr_only ? stderr : stdout; }
 
 /// Writes to the message file in the way of `mess_out`.
 void write_message_file(const std::string& text) {
@@ -185,7 +188,7 @@ int MESS_print(M_type type, const char* mess, ...) {
     if (state.ofile) write_text(state.ofile.get(), text);
     write_message_file(text);
     if (state.mess_out == OUT_FILE) return 0;
-    write_text((type & (MESS_ERROR | MESS_WARN)) != 0 ? stderr : stdout, text);
+    write_text(screen((type & (MESS_ERROR | MESS_WARN)) != 0), text);
 
     if (state.page == PAGE_AUTOMATIC) {
         // The page is counted by the format, so that a text with newlines of its own counts as one line.
@@ -246,6 +249,8 @@ void MESS_file_close() { state.ofile.reset(); }
 
 void MESS_set_out(int val) { state.mess_out = val; }
 
+void MESS_use_stderr() { state.stderr_only = true; }
+
 void MESS_set_page(int val) { state.page = val; }
 
 int MESS_get_max_lines() { return state.max_lines; }
@@ -253,7 +258,7 @@ int MESS_get_max_lines() { return state.max_lines; }
 void MESS_hold(M_type type, const std::string& mess) {
     if (!MESS_check(type) || state.mess_out == OUT_FILE || FLAG_batch() || state.page == PAGE_NONE) return;
     const bool to_error = (type & MESS_ERROR) != 0 && (type & MESS_WARN) != 0;
-    write_text(to_error ? stderr : stdout, mess);
+    write_text(screen(to_error), mess);
     std::fflush(stdout);
     std::getchar();
     state.lines = 0;

@@ -46,6 +46,8 @@ void MESS_file_close();
 
 /// Destination: 1 screen and file, 0 file alone, -1 screen and file with time stamps, 2 file opened for each message.
 void MESS_set_out(int val);
+/// From here on all messages of the screen go to standard error, as standard output takes a page.
+void MESS_use_stderr();
 /// Paging: 0 none, 1 explicit holds only, 2 after each page.
 void MESS_set_page(int val);
 /// Lines of a page.

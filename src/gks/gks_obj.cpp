@@ -180,9 +180,7 @@ int gobj_redraw_plot() {
 int gobj_print_plot() {
     const Kept_display kept;
     gset_win_type(GWS_PS);
-    const char* name = std::getenv("zavps_print");
-    if (name == nullptr) name = std::getenv("PSPRINT");
-    if (!gps_open_file(name != nullptr ? name : "zav.ps")) {
+    if (!gps_open_file(gps_file_name({}))) {
         gerr_printf("gprint_plot", "unable to open postscript file\n");
         kept.restore();
         return -1;
@@ -202,7 +200,7 @@ int gobj_print_meta() {
     const Kept_display kept;
     gset_win_type(GWS_META);
     const char* name = std::getenv("METAOUT");
-    if (!gmeta_open_file(name != nullptr ? name : "zav.meta")) {
+    if (!gmeta_open_file(name != nullptr && *name != '\0' ? name : "zav.meta")) {
         gerr_printf("gprint_meta", "unable to open metafile\n");
         kept.restore();
         return -1;

@@ -11,6 +11,7 @@
 #include <ctime>
 #include <string_view>
 
+#include "files/files.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
@@ -79,12 +80,6 @@ void write_cgm_head() {
     }
 }
 
-std::string file_name(const std::vector<std::string>& words) {
-    if (!words.empty() && !words[0].empty()) return words[0];
-    if (const char* name = std::getenv("zavmeta_out")) return name;
-    return state.meta_type == GMETA_CGM ? "zav.cgm" : "zav.meta";
-}
-
 void read_parameters(const std::vector<std::string>& words) {
     for (std::size_t i = 1; i < words.size(); ++i) {
         if (stricmp(words[i], "cgm") == 0) state.meta_type = GMETA_CGM;
@@ -121,6 +116,12 @@ Gdevice_area drawing_area() {
 
 }  // namespace
 
+std::string gmeta_file_name(const std::vector<std::string>& words) {
+    if (!words.empty() && !words[0].empty()) return words[0];
+    if (const char* name = std::getenv("zavmeta_out"); name != nullptr && *name != '\0') return name;
+    return state.meta_type == GMETA_CGM ? "zav.cgm" : "zav.meta";
+}
+
 int gmeta_open(const std::vector<std::string>& words) {
     gset_cache(0);
     gset_redraw(0);
@@ -128,7 +129,7 @@ int gmeta_open(const std::vector<std::string>& words) {
     gset_area(drawing_area());
     gset_win_type(GWS_META);
     gset_win_depth(META_DEPTH);
-    if (!gmeta_open_file(file_name(words))) {
+    if (!gmeta_open_file(gmeta_file_name(words))) {
         gerr_printf("gopen_ws", "unable to open metafile\n");
         return -1;
     }
@@ -140,6 +141,7 @@ void gmeta_set_type(int type) { state.meta_type = type; }
 int gmeta_get_type() { return state.meta_type; }
 
 bool gmeta_open_file(const std::string& filename) {
+    if (FILE_is_stdio(filename)) MESS_use_stderr();
     MESS_print(MESS_PROGRESS, "Creating metafile: %s\n", filename.c_str());
     return state.out.open(filename);
 }
@@ -149,6 +151,24 @@ void gmeta_init_file() {
         write_cgm_head();
     } else {
         write_text_head();
+    }
+}
+
+void gmeta_new_picture() {
+    gmeta_printf("PICTURE\n");
+    if (state.meta_type != GMETA_CGM) return;
+    gcgm_control(0, 5, 0, 0);  // END PICTURE
+    gcgm_control(0, 3, 0, 0);
+    gcgm_control(0, 4, 0, 0);
+}
+
+void gmeta_keep() { state.out.keep(); }
+
+void gmeta_break_off() {
+    if (state.out.kept()) {
+        gmeta_close_file();
+    } else {
+        state.out.abandon();
     }
 }
 
