@@ -35,7 +35,7 @@ struct State {
     int fill_color = 1;
     int fill_inter_style = GSOLID;
     int fill_inter_index = 1;
-    int print_solid = 0;  ///< fills print black; outlives a reset, as it is set before a workstation opens
+    int print_solid = 0;  ///< fills print black
 };
 State state;
 
@@ -79,6 +79,7 @@ void greset_fill() {
     state.fill_color = 1;
     state.fill_inter_style = GSOLID;
     state.fill_inter_index = 1;
+    state.print_solid = 0;
 }
 
 void ginit_fill(int type) {
@@ -152,11 +153,11 @@ int gset_fill_style_ind(Gint index) {
         gerr_printf("gset_fill_style_ind", "invalid style index: %d\n", index);
         return -1;
     }
+    state.fill_inter_index = index;
     if (gtype_is_META(gget_win_type())) {
         gmeta_printf("FA_ST %d\n", index);
         return 0;
     }
-    state.fill_inter_index = index;
     gnew_obj(GOBJ_FILL_PATTERN, index, 0, nullptr);
     gx11_fill_style(state.fill_inter_style, index);
     return 0;

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 #include <string_view>
 
 #include "files/files.h"
@@ -60,6 +62,12 @@ void put_word(int value) {
     const std::array<unsigned char, 2> bytes = {static_cast<unsigned char>(word >> 8),
                                                 static_cast<unsigned char>(word & 0xFF)};
     state.out.write(bytes.data(), bytes.size());
+}
+
+/// A place beyond all floats lies as far out as one can, so that other readers find a number.
+double held_finite(float value) {
+    constexpr float most = std::numeric_limits<float>::max();
+    return std::isnan(value) ? 0 : static_cast<double>(std::clamp(value, -most, most));
 }
 
 void put_coordinate(float value) { put_word(std::clamp(gtruncate(value), -32767, 32767)); }
@@ -190,7 +198,7 @@ void gmeta_printf(const char* mess, ...) {
 
 void gmeta_points(Gint num_pt, const Gpt* array_pt, bool last_break) {
     for (int i = 0; i < num_pt; ++i) {
-        gmeta_printf("%f,%f ", array_pt[i].x, array_pt[i].y);
+        gmeta_printf("%f,%f ", held_finite(array_pt[i].x), held_finite(array_pt[i].y));
         const bool fourth = i % POINTS_A_LINE == POINTS_A_LINE - 1;
         if (fourth && (last_break || i < num_pt - 1)) gmeta_printf("\n   ");
     }
