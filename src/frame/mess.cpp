@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -176,6 +177,19 @@ void set_level_word(const std::string& word) {
     }
 }
 
+/// Shows a text that takes so many lines of a page. 1 if it reached the screen, else 0.
+int show(M_type type, const std::string& text, std::ptrdiff_t lines) {
+    if (state.ofile) write_text(state.ofile.get(), text);
+    write_message_file(text);
+    if (state.mess_out == OUT_FILE) return 0;
+    write_text(screen((type & (MESS_ERROR | MESS_WARN)) != 0), text);
+    if (state.page == PAGE_AUTOMATIC) {
+        state.lines += static_cast<int>(lines);
+        if (state.lines > state.max_lines) MESS_hold(type, "Press return to continue\n");
+    }
+    return 1;
+}
+
 }  // namespace
 
 int MESS_print(M_type type, const char* mess, ...) {
@@ -185,17 +199,13 @@ int MESS_print(M_type type, const char* mess, ...) {
     const std::string text = make_text(mess, args);
     va_end(args);
 
-    if (state.ofile) write_text(state.ofile.get(), text);
-    write_message_file(text);
-    if (state.mess_out == OUT_FILE) return 0;
-    write_text(screen((type & (MESS_ERROR | MESS_WARN)) != 0), text);
+    // The page is counted by the format, so that a text with newlines of its own counts as one line.
+    return show(type, text, std::count(mess, mess + std::strlen(mess), '\n'));
+}
 
-    if (state.page == PAGE_AUTOMATIC) {
-        // The page is counted by the format, so that a text with newlines of its own counts as one line.
-        state.lines += static_cast<int>(std::count(mess, mess + std::strlen(mess), '\n'));
-        if (state.lines > state.max_lines) MESS_hold(type, "Press return to continue\n");
-    }
-    return 1;
+int MESS_text(M_type type, const std::string& text) {
+    if ((type & state.mess_level) == 0) return 0;
+    return show(type, text, std::count(text.begin(), text.end(), '\n'));
 }
 
 void MESS_print_prog(const std::string& string) {

@@ -160,7 +160,7 @@ TEST_F(MenuFiles, ShowLinesByTheirRules) {
     dir.write("prog.tim",
               "h06 6_hour mo=eta|ngm\nh12 12_hour 0\nshort\nh18 18_hour_ x,mo=e*\nabbreviation y 1\nh24 n mo=ruc\n");
     EXPECT_EQ(GRD_read_time_menu(), 1);
-    EXPECT_EQ(abbreviations(GRD_time_menu()), "back;h06;h18;abbrevia;");
+    EXPECT_EQ(abbreviations(GRD_time_menu()), "back;h06;h18;abbreviation;");
     EXPECT_EQ(GRD_time_menu()[1].name, "6 hour");
     EXPECT_EQ(GRD_time_menu()[1].index, 1);
 
