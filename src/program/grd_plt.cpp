@@ -101,12 +101,16 @@ bool wants_grids() {
     return false;
 }
 
-bool any_values(int first, int last) {
+int grids_with_values(int first, int last) {
+    int count = 0;
     for (int i = first; i <= last && i < VAR_get_num(); i++) {
-        if (GRD_has_values(GRD_get_grid(i))) return true;
+        if (GRD_has_values(GRD_get_grid(i))) count++;
     }
-    return false;
+    return count;
 }
+
+/// Whether the layer of these entries has what it draws: one grid, or the two of a layer of several entries.
+bool has_data(int first, int last) { return grids_with_values(first, last) >= (last > first ? 2 : 1); }
 
 /// Draws the layers one after the other. Output is kept from the first that has values on. False if none has.
 bool draw_layers(DATA_info& data, Domain* domain) {
@@ -115,7 +119,7 @@ bool draw_layers(DATA_info& data, Domain* domain) {
     for (int p = 0; p < VAR_get_num(); p++) {
         const int first = p;
         p = DATA_plot_grid(p, &data);
-        drawn = drawn || any_values(first, p);
+        drawn = drawn || has_data(first, p);
         if (drawn) gkeep_output();
         DATA_plot_map(p);
         DATA_plot_control(p, domain);
@@ -127,7 +131,7 @@ bool draw_layers(DATA_info& data, Domain* domain) {
 /// The grids of a time of a sequence. False, with a warning, if the file has none of them.
 bool find_time(const std::string& time, const Date* date) {
     take_time(time);
-    if (GRD_search_file_date(date) == 1 && (!wants_grids() || any_values(0, VAR_get_num() - 1))) return true;
+    if (GRD_search_file_date(date) == 1 && (!wants_grids() || grids_with_values(0, VAR_get_num() - 1) > 0)) return true;
     MESS_print(MESS_WARN, "GRD_plot: No data at the time: %s\n", time.c_str());
     ZAV_note(STATUS_TIME);
     return false;

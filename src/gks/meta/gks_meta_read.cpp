@@ -312,6 +312,7 @@ int gread_metafile(const std::string& filename) {
     file_ptr file = FILE_open_data(filename);
     if (!file) {
         MESS_print(MESS_WARN, "gread_metafile: Unable to open image file: %s\n", filename.c_str());
+        ZAV_note(STATUS_LAYER);
         return 0;
     }
     try {
