@@ -134,8 +134,8 @@ void print_line(const char* label, const char* text) { MESS_print(MESS_PRINT, " 
 void print_domain_help(const Row& row) {
     MESS_print(MESS_PRINT, " %-10s\n", row.label);
     MESS_print(MESS_PRINT, "             %s\n", row.help);
-    for (const char* line : DOMAIN_HELP) MESS_print(MESS_PRINT, "%s", line);
-    if (row.type == RES_region) MESS_print(MESS_PRINT, "%s", REGION_HELP);
+    for (const char* line : DOMAIN_HELP) MESS_text(MESS_PRINT, line);
+    if (row.type == RES_region) MESS_text(MESS_PRINT, REGION_HELP);
 }
 
 void print_items(const res_type* res) {
@@ -179,7 +179,7 @@ void RES_help_item(res_type res) {
     if (row == nullptr || row->label == nullptr) return;
     if (row->cvt == CV_domain || row->cvt == CV_region) return print_domain_help(*row);
     print_line(row->label, row->help);
-    if (res == RES_message) MESS_print(MESS_PRINT, "%s", MESSAGE_HELP);
+    if (res == RES_message) MESS_text(MESS_PRINT, MESSAGE_HELP);
 }
 
 }  // namespace zav

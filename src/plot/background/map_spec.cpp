@@ -7,6 +7,7 @@
 #include "files/files.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "gks/gks.h"
@@ -191,6 +192,7 @@ int draw_map_file(const std::string& text) {
     const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
     if (file == nullptr) {
         MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
+        ZAV_note(STATUS_LAYER);
         return -1;
     }
     PLT_mess("Map: %s", name.c_str());

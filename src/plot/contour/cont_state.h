@@ -38,6 +38,15 @@ constexpr float CONT_LAST_INTERVAL = 1000000.0F;
 /// A saddle's lines run about corners 1 and 2 from this measure on.
 constexpr float SADDLE_MIDDLE = 2.0F;
 
+/// What the first plot of a time sequence settled for a variable.
+struct Cont_memory {
+    bool settled = false;
+    int cont_type = MISS;
+    int dash = 0;
+    float intrvl = FMISS;
+    float base = FMISS;
+};
+
 /// Settings, levels and bands, as the set-up leaves them for the engine.
 struct Cont_settings {
     int cont_type = MISS;                             ///< 12 line, 15 fill, 16 both, 17 values
@@ -76,11 +85,8 @@ struct Cont_settings {
     int mapcon = MISS;       ///< order of map and contours, CONT_*_MAP; MISS: as the layers need it
     int max_line_fact = -2;  ///< limit on lines in a cell
     int draw_grid = 0;
-    int over = 0;                                  ///< overlay index
-    std::array<int, CONT_VARIABLES> cont_types{};  ///< memory by variable
-    std::array<int, CONT_VARIABLES> dashs{};
-    std::array<float, CONT_VARIABLES> intrvls{};
-    std::array<float, CONT_VARIABLES> bases{};
+    int over = 0;  ///< overlay index
+    std::array<Cont_memory, CONT_VARIABLES> memory{};
     CONT_event callback = nullptr;
     GRD_report* grd_ptr = nullptr;  ///< grid being set up, owned by the grid table
 };
