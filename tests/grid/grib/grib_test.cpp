@@ -140,12 +140,13 @@ TEST_F(Grib, SurfacesAndTimesOfEdition2) {
         int type1, scale, value1, type2, value2, ltype, level;
     };
     const Case cases[] = {
-        {100, 0, 50000, 255, 0, 100, 500},  {100, 0, 85000, 100, 50000, 101, 85050},
-        {103, 0, 2, 255, 0, 105, 2},        {104, 4, 9950, 255, 0, 107, 9950},
-        {106, 1, 1, 106, 4, 112, 10040},    {109, 9, 2000, 255, 0, 117, 2},
-        {101, 0, 0, 255, 0, 102, 0},        {1, 255, 0, 255, 0, 1, MISS},
-        {103, 255, 0, 255, 0, 105, MISS},   {100, 130, 1, 255, 0, 100, 1},
-        {108, 0, 3000, 108, 0, 116, 30000},
+        {100, 0, 50000, 255, 0, 100, 500}, {100, 0, 85000, 100, 50000, 101, 85050},
+        {103, 0, 2, 255, 0, 105, 2},       {104, 4, 9950, 255, 0, 107, 9950},
+        {106, 1, 1, 106, 4, 112, 10040},   {109, 9, 2000, 255, 0, 117, 2},
+        {101, 0, 0, 255, 0, 102, 0},       {1, 255, 0, 255, 0, 1, 0},
+        {7, 0, -1, 255, 0, 7, 0},          {103, 0, -1, 255, 0, 105, MISS},
+        {100, 130, 1, 255, 0, 100, 1},     {108, 0, 3000, 108, 0, 116, 30000},
+        {103, 255, 0, 255, 0, 105, MISS},
     };
     for (const Case& c : cases) {
         Bytes section = product();
@@ -160,17 +161,6 @@ TEST_F(Grib, SurfacesAndTimesOfEdition2) {
         EXPECT_EQ(records[0].ltype, c.ltype) << c.type1;
         EXPECT_EQ(records[0].level, c.level) << c.type1;
     }
-    Bytes section = product(8, 58);
-    set(section, 10, 1);
-    set(section, 11, 3);
-    set(section, 18, 11);
-    set(section, 19, 1, 4);
-    set(section, 47, 1);
-    set(section, 50, 1, 4);
-    const auto records =
-        read(message2(2, {identification(), latlon(3, 2, 0), section, simple(6, 0), bitmap(255), data({})}));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(records[0].time, 4006012);
 }
 
 TEST_F(Grib, ParameterFileTakesTheFirstLineThatFits) {
@@ -207,6 +197,10 @@ TEST_F(Grib, ProductBlock) {
     const Case cases[] = {
         {"accumulation in days", {{18, 2}, {19, 1}, {20, 3}, {21, 4}}, &GRD_report::time, 4801803},
         {"12 hours", {{18, 12}, {19, 2}}, &GRD_report::time, 24},
+        {"3 hours", {{18, 10}, {19, 2}}, &GRD_report::time, 6},
+        {"minutes", {{18, 0}, {19, 90}}, &GRD_report::time, 100000003},
+        {"quarters", {{18, 13}, {19, 2}, {20, 4}, {21, 3}}, &GRD_report::time, 103001002},
+        {"seconds", {{18, 254}, {19, 90}}, &GRD_report::time, MISS},
         {"two octets", {{19, 1}, {20, 44}, {21, 10}}, &GRD_report::time, 300},
         {"layer", {{10, 101}, {11, 85}, {12, 50}}, &GRD_report::level, 85050},
         {"level", {}, &GRD_report::level, 1000},
