@@ -1,0 +1,193 @@
+// Barbs, arrows, tracks, weather symbols and station circles, each page against the strokes of its rules.
+
+#include <map>
+#include <random>
+
+#include "gks/gks_text.h"
+#include "plot/wind/vecttool.h"
+#include "plot/wind/wind_page.h"
+#include "plot/wind/windbarb.h"
+#include "plot/wind/wx_symb.h"
+
+namespace zav {
+namespace {
+
+TEST_F(Wind, ElementsFollowTheirRules) {
+    std::mt19937 random(3);
+    const auto any = [&](double from, double to) {
+        return static_cast<float>(std::uniform_real_distribution<double>(from, to)(random));
+    };
+    Page page;
+    const auto all = drawn([&] {
+        for (int i = 0; i <= 400; ++i) {
+            const float x = any(0, 1), y = any(0, 1), from = any(-360, 720), size = any(0.02, 2), head = any(-0.5, 1.5);
+            // Each side of every step of the feathers, and calm air.
+            const float spd =
+                std::max(0.0F, static_cast<float>(i / 4 * 5 - 2) + std::array{-0.1F, -0.015F, -0.005F, 2.0F}[i % 4]);
+            const bool southern = i % 3 == 0;
+            EXPECT_EQ(WIND_barb(x, y, from, spd, size, head, southern), spd == 0 ? -1 : 0);
+            page.barb(x, y, from, spd, size, head, southern);
+            EXPECT_EQ(WIND_vect(x, y, from, spd / 100, size, head), spd == 0 ? -1 : 0);
+            page.vect(x, y, from, spd / 100, size, head);
+            EXPECT_EQ(WIND_track(x, y, from, size, head, i % 7 - 1, i), 0);
+            page.track(x, y, from, size, head, i % 7 - 1);
+        }
+        for (const auto& [from, spd] :
+             {std::pair(FMISS, 10.0F), {90.0F, FMISS}, {NAN, 10.0F}, {90.0F, NAN}, {90.0F, 0.0F}}) {
+            EXPECT_EQ(WIND_barb(0, 0, from, spd, 1, 0), -1);
+            EXPECT_EQ(WIND_vect(0, 0, from, spd, 1, 1), -1);
+            EXPECT_EQ(WIND_track(0, 0, from, spd, 1, 4, 0), -1);
+        }
+        EXPECT_EQ(WIND_barb(0, 0, 90, -20, 1, 0), -1);
+    });
+    expect_same(all, page.strokes);
+}
+
+TEST(WindConversion, ComponentsAndDirectionsAgree) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> any(-30, 30);
+    for (int i = 0; i < 1000; ++i) {
+        const VECT a{any(random), any(random), any(random)};
+        const VECT b{any(random), any(random), any(random)};
+        const float part = i % 4 == 0 ? 1e-4F : 1;
+        float dir = 0, spd = 0, u = 0, v = 0;
+        EXPECT_EQ(vect2wind(a.x * part, a.y * part, &dir, &spd), 0);
+        EXPECT_TRUE(dir >= 0 && dir < 360) << dir;
+        EXPECT_NEAR(spd, std::hypot(a.x * part, a.y * part), 1e-5);
+        EXPECT_EQ(wind2vect(dir, spd, &u, &v), 0);
+        EXPECT_NEAR(spd < 0.01F ? 0 : std::hypot(u - a.x * part, v - a.y * part), 0, 1e-4);
+        EXPECT_EQ(spd < 0.01F, dir == 0) << spd;
+        EXPECT_EQ(vect2polar(u, v, &dir, &spd), 0);
+        EXPECT_NEAR(dir, spd < 0.01F ? 0 : std::atan2(u, v) * 180 / M_PI, 1e-4);
+        float x = 0, y = 0;
+        EXPECT_EQ(polar2vect(dir, spd, &x, &y), 0);
+        EXPECT_NEAR(spd < 0.01F ? 0 : std::hypot(x - u, y - v), 0, 1e-4);
+        VECT w;
+        EXPECT_EQ(cross_product(a, b, &w), 0);
+        EXPECT_NEAR(std::fabs(dot_product(a, w)) + std::fabs(dot_product(w, b)), 0, 0.1);  // upright on both
+        const double ab = dot_product(a, b);
+        EXPECT_NEAR(dot_product(w, w) + ab * ab, static_cast<double>(dot_product(a, a)) * dot_product(b, b), 1);
+    }
+    float a = 0, b = 0;
+    VECT w;
+    EXPECT_EQ(cross_product({1, 0, 0}, {0, 1, 0}, &w), 0);
+    EXPECT_EQ(w.z, 1.0F);  // right-handed
+    const VECT gone{FMISS, 1, 1};
+    for (const auto& [p, q] : {std::pair(w, gone), {gone, w}}) {
+        EXPECT_EQ(dot_product(p, q), FMISS);
+        EXPECT_EQ(cross_product(p, q, &w), -1);
+        EXPECT_TRUE(w.x == FMISS && w.y == FMISS && w.z == FMISS);
+        for (auto* convert : {polar2vect, vect2polar, wind2vect, vect2wind}) {
+            EXPECT_EQ(convert(p.x, q.x, &a, &b), -1);
+            EXPECT_TRUE(a == FMISS && b == FMISS);
+        }
+    }
+}
+
+std::string many_symbols(int count) {
+    std::string text;
+    for (int k = 0; k < count; ++k) text += "N" + std::to_string(1000 + k) + " 0,0 1,1 L\n$\n";
+    return text;
+}
+
+TEST_F(Wind, SymbolsAreFoundByTheirFirstListedPrefix) {
+    dir.write("prefix.smb", "T 0,0 1,0 L 0,0 1,0 1,1 F\n$\nTS 0,0 1,1 L\n$\n");
+    GPH_text_align(GLEFT_HOR, GBOTTOM_VERT);
+    const auto all = drawn([] {
+        EXPECT_EQ(WX_symb_file("prefix.smb"), 0);
+        EXPECT_EQ(WX_symb(0.2F, 0.2F, "tsra", 0.5F), 1);
+        EXPECT_EQ(WX_symb(0, 0, "X", 1), 0);
+        EXPECT_EQ(WX_symb(0, 0, " T", 1), 0);
+    });
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_NEAR(all[0].pts[1].x, 0.7F, 1e-5);
+    EXPECT_TRUE(all[1].filled);
+}
+
+TEST_F(Wind, HostileSymbolFilesAreRead) {
+    const std::string name(300, 'A');
+    std::string pairs;
+    for (int k = 0; k < 21; ++k) pairs += "0." + std::to_string(10 + k) + ",0.5 ";
+    dir.write("many.smb", many_symbols(101));
+    dir.write("open.smb", "Z 0,0 1,1 L 0.5,inf nan,nan");
+    dir.write("long.smb", name + " 0,0 1,1 L\n$\nP " + pairs + "F\n$\n");
+    dir.write("void.smb", "");
+    const auto all = drawn([&] {
+        EXPECT_EQ(WX_symb_file("many.smb"), 0);
+        EXPECT_EQ(WX_symb(0, 0, "N1099", 1), 1);
+        EXPECT_EQ(WX_symb(0, 0, "N1100", 1), 0);
+        EXPECT_EQ(WX_symb_file("MANY.smb"), -1);
+        EXPECT_EQ(WX_symb_file("open.smb"), 0);
+        EXPECT_EQ(WX_symb(0, 0, "Z", 1), 1);
+        EXPECT_EQ(WX_symb_file("long.smb"), 0);
+        EXPECT_EQ(WX_symb(0, 0, name, 1), 1);
+        EXPECT_EQ(WX_symb(0, 0, "P", 1), 1);
+        EXPECT_EQ(WX_symb_file("void.smb"), 0);
+        EXPECT_EQ(WX_symb(0, 0, "P", 1), 0);
+    });
+    ASSERT_EQ(all.size(), 4U);
+    EXPECT_EQ(all[3].pts.size(), 20U);
+    EXPECT_FALSE(all[3].filled);
+}
+
+TEST_F(Wind, TheShippedSymbolsAreComplete) {
+    RES_put("file_path", test::source_dir() + "/share/zav/");
+    EXPECT_EQ(WX_symb_file("ww.smb"), 0);
+    for (int ww = 0; ww < 100; ++ww) {
+        const std::string code = std::string(ww < 10 ? "0" : "") + std::to_string(ww);
+        EXPECT_EQ(WX_symb(0.5F, 0.5F, code, 0.1F), 1) << code;
+    }
+    EXPECT_EQ(WX_symb_file(nullptr), 0);
+    for (const char* code : {"TSRA", "-SN", "FZRA", "BR", "61", "95"}) EXPECT_EQ(WX_symb(0, 0, code, 1), 1) << code;
+}
+
+/// Circles by their codes: L a line and F an area through points of the circle at these degrees, * all round in steps
+/// of 30, . the centre, m the letter.
+const std::map<std::string, std::string> COVERS{
+    {"0Cbosx", "L *"},
+    {"1F", "L * L 90 -90"},
+    {"2S", "L * F 0 30 60 90 . 0"},
+    {"3", "L * F 0 30 60 90 . 0 L . -90"},
+    {"4", "L * F -90 -60 -30 0 30 60 90 -90"},
+    {"5", "L * F -90 -60 -30 0 30 60 90 -90 L . 180"},
+    {"6B", "L * F -180 -150 -120 -90 -60 -30 0 30 60 90 . 180"},
+    {"7", "L * F -75 -60 -30 0 30 60 75 -75 F 105 120 150 180 210 240 255 105"},
+    {"8O", "F *"},
+    {"9X", "L * L 45 225 L 135 315"},
+    {"?Mz ", "L * L m"},
+};
+
+TEST_F(Wind, CirclesShowTheCover) {
+    constexpr float X = 0.5F, Y = 0.3F, RAD = 0.2F;
+    Page page;
+    const auto all = drawn([&] {
+        for (const auto& [codes, rule] : COVERS) {
+            for (const char code : codes) {
+                EXPECT_EQ(WX_cloud(X, Y, RAD, code), 0);
+                std::istringstream words(rule);
+                for (std::string word; words >> word;) {
+                    const auto add = [&](double x, double y) {
+                        page.strokes.back().pts.push_back(Page::point(X + RAD * x, Y + RAD * y));
+                    };
+                    const auto turn = [&](int deg) { add(std::cos(deg * M_PI / 180), std::sin(deg * M_PI / 180)); };
+                    if (word == "L" || word == "F") {
+                        page.strokes.push_back({word == "F", {}});
+                    } else if (word == "*") {
+                        for (int deg = 0; deg <= 360; deg += 30) turn(deg);
+                    } else if (word == "m") {
+                        for (const Gpt& pt : {Gpt{-1, -1}, {-1, 1}, {0, 0}, {1, 1}, {1, -1}})
+                            add(0.7 * pt.x, 0.7 * pt.y);
+                    } else if (word == ".") {
+                        add(0, 0);
+                    } else {
+                        turn(std::stoi(word));
+                    }
+                }
+            }
+        }
+    });
+    expect_same(all, page.strokes);
+}
+
+}  // namespace
+}  // namespace zav
