@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <random>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -342,88 +345,130 @@ TEST(Maptran, OffsetAndFactor) {
     EXPECT_EQ(MAP_factor(60, 0), 0.75F);
 }
 
+/// One point in each cell of a mesh that is finer or coarser than the grid by the limit.
 TEST(Maptran, PlotGridThinsPoints) {
-    const Domain d = make_domain(PROJ_LATLON, 0, 0);  // 11 by 7 points one degree apart
-    MAP_domain(&d);
-    const auto passed = [](int limit) {
-        int count = 0;
+    std::mt19937 random(6);
+    for (const int limit : {0, 1, 2, 5, -1, -2, -5, 1 << 30}) {
+        const Domain d = make_domain(PROJ_LATLON, 0, 0);  // 11 by 7 points one degree apart
+        MAP_domain(&d);
         MAP_set_plot_limit(limit);
         MAP_plot_grid_init();
-        for (int i = 0; i < 40; ++i) count += MAP_plot_grid(-4.95F + 0.25F * static_cast<float>(i), 2.9F);
-        return count;
-    };
-    EXPECT_EQ(passed(0), 40);
-    EXPECT_EQ(passed(1), 10);
-    EXPECT_EQ(passed(2), 20);
-    EXPECT_EQ(passed(-1), 40);
-    EXPECT_EQ(passed(-5), 2);
-    EXPECT_EQ(MAP_plot_grid(5.5F, 0), 0);
-    EXPECT_EQ(passed(1 << 30), 40);  // too fine a grid to be laid out
+        std::set<int> taken;
+        for (int i = 0; i < 500; ++i) {
+            const float gx = std::uniform_real_distribution<float>(-0.5F, 10.5F)(random);
+            const float gy = std::uniform_real_distribution<float>(-0.5F, 6.5F)(random);
+            const double scale = limit > 0 ? limit : -1.0 / limit;
+            const double across = limit > 0 ? limit * 11.0 : 11.0;
+            bool passes = gx >= 0 && gx <= 10 && gy >= 0 && gy <= 6;
+            if (passes && limit != -1)
+                passes = taken.insert(static_cast<int>(gx * scale + across * std::trunc(gy * scale))).second;
+            if (limit == 0 || limit == 1 << 30) passes = true;  // no mesh, or too fine a one to be laid out
+            EXPECT_EQ(MAP_plot_grid(gx - 5, 3 - gy), passes ? 1 : 0) << limit << ": " << gx << ' ' << gy;
+        }
+    }
     MAP_set_plot_limit(0);
 }
 
-struct Graph_case {
-    int proj;
-    float clat, clon, dx, dy;
-    float first, second;  ///< data point
-    double x, y;          ///< its place
-};
+/// Natural logarithm of the potential temperature at a temperature (degrees Celsius) and pressure.
+double log_theta(double celsius, double pressure) {
+    return std::log((celsius + 273.15) * std::pow(1000 / pressure, 0.286));
+}
 
-TEST(Maptran, GraphsAndDiagrams) {
-    const double theta = 273.15 * std::pow(1000.0 / 700.0, 0.286);
-    const std::vector<Graph_case> cases{
-        {PROJ_XY, 100, 10, 50, 20, 125, 15, 100 + 11 * 0.5, 10 + 7 * 0.25},
-        {PROJ_CATEGORY, 100, 10, 50, 20, 125, 15, 100 + 11 * 0.5, 10 + 7 * 0.25},
-        {PROJ_XY_DOWN, 100, 0, 50, -20, 125, 15, 100 + 11 * 0.5, 7 * 0.75},
-        {PROJ_XLOGY, 0, 1000, 10, -900, 4, 500, 4, -std::log(500.0)},
-        {PROJ_EMAGRAM, -40, 1000, 80, -900, 4, 500, 4, -std::log(500.0)},
-        {PROJ_HODOGRAPH, -50, -50, 100, 100, 90, 25, 25, 0},
-        {PROJ_STUVE, -40, 1000, 80, -900, 4, 500, 4, -std::pow(500.0, 0.285714)},
-        {PROJ_TEPHI_PLAIN, -40, 1000, 80, -800, 0, 700, 0, std::log(theta)},
-        {PROJ_PIXEL, 0, 0, 640, 512, 33, 44, 33, -44},
-    };
-    for (const Graph_case& c : cases) {
-        Domain d = make_domain(c.proj, c.clat, c.clon);
-        d.dx = c.dx;
-        d.dy = c.dy;
-        MAP_domain(&d);
-        float x = 0, y = 0, first = 0, second = 0;
-        EXPECT_EQ(MAP_tran(c.first, c.second, &x, &y), 1);
-        EXPECT_NEAR(x, c.x, 1e-4) << c.proj;
-        EXPECT_NEAR(y, c.y, 1e-4) << c.proj;
-        EXPECT_EQ(MAP_untran(x, y, &first, &second), 1);
-        EXPECT_NEAR(first, c.first, 1e-3) << c.proj;
-        EXPECT_NEAR(second, c.second, c.proj == PROJ_TEPHI_PLAIN ? 1.0 : 0.01) << c.proj;
+/// Place of a data point before the limits are known.
+EarthPoint plain_place(int proj, double a, double b) {
+    const auto at = [](double x, double y) { return EarthPoint{static_cast<float>(x), static_cast<float>(y)}; };
+    switch (proj) {
+        case PROJ_STUVE:
+            return at(a, -std::pow(b, 0.285714));
+        case PROJ_TEPHIGRAM:
+            return at(a, std::log(b));
+        case PROJ_TEPHI_PLAIN:
+            return at(a, log_theta(a, b));
+        case PROJ_PIXEL:
+            return at(a, -b);
+        default:
+            return at(a, -std::log(b));
     }
 }
 
-TEST(Maptran, SkewtAndTephigramReturn) {
-    const MAP_limits view{0.1F, 0.9F, 0.2F, 0.8F};
-    MAP_set_view(&view);
-    for (const int proj : {PROJ_SKEWT, PROJ_TEPHIGRAM}) {
-        Domain d = make_domain(proj, -40, 1000);
-        d.dx = 80;
-        d.dy = -800;
-        MAP_domain(&d);
-        MAP_limits lim;
-        MAP_get_limits(&lim);
-        EXPECT_EQ(lim.x_min, -40.0F);
-        EXPECT_EQ(lim.x_max, 40.0F);
-        float x = 0, y = 0, temp = 0, pressure = 0;
-        EXPECT_EQ(MAP_tran(-10, 600, &x, &y), 1);
-        EXPECT_EQ(MAP_untran(x, y, &temp, &pressure), 1);
-        EXPECT_NEAR(temp, -10, 0.02) << proj;
-        EXPECT_NEAR(pressure, 600, 1.5) << proj;
+struct Graph {
+    Domain d;
+    MAP_limits lim, view;
+
+    MAP_limits corners() const {
+        const double x = d.clat, y = d.clon;
+        const auto end_x = static_cast<float>(x + d.nx);
+        if (d.proj == PROJ_XY || d.proj == PROJ_CATEGORY)
+            return {d.clat, end_x, d.clon, d.clon + static_cast<float>(d.ny)};
+        if (d.proj == PROJ_XY_DOWN) return {d.clat, end_x, -d.clon, static_cast<float>(d.ny) - d.clon};
+        if (d.proj == PROJ_HODOGRAPH) return {d.clat, d.clat + d.dx, d.clon + d.dy, d.clon};
+        const EarthPoint low = plain_place(d.proj, x, y);
+        // A tephigram's corners are each found along one side.
+        const EarthPoint high = plain_place(d.proj, d.proj == PROJ_TEPHI_PLAIN ? x : x + d.dx, y + d.dy);
+        const auto xs = std::minmax({low.lat, static_cast<float>(x + d.dx)});
+        const auto ys = std::minmax({low.lon, high.lon});
+        return {xs.first, xs.second, ys.first, ys.second};
     }
-    // on a skew-T the isotherms run along the diagonal of the viewport
-    Domain d = make_domain(PROJ_SKEWT, -40, 1000);
-    d.dx = 80;
-    d.dy = -800;
+    std::pair<double, double> place(double a, double b) const {
+        const double kx = d.nx / d.dx, ky = d.ny / d.dy, width = lim.x_max - lim.x_min, height = lim.y_max - lim.y_min;
+        const double across = view.x_max - view.x_min, up = view.y_max - view.y_min;
+        if (d.proj == PROJ_XY || d.proj == PROJ_CATEGORY)
+            return {lim.x_min + (a - lim.x_min) * kx, lim.y_min + (b - lim.y_min) * ky};
+        if (d.proj == PROJ_XY_DOWN) return {lim.x_min + (a - lim.x_min) * kx, lim.y_min + (lim.y_min - b) * ky};
+        if (d.proj == PROJ_HODOGRAPH) return {b * std::sin(a * RADIANS), b * std::cos(a * RADIANS)};
+        if (d.proj == PROJ_SKEWT) return {a + width * up / across / height * (-std::log(b) - lim.y_min), -std::log(b)};
+        if (d.proj == PROJ_TEPHIGRAM) {  // turned by 45 degrees about the view's lower left corner
+            const double right = (a - lim.x_min) / width * across, above = (log_theta(a, b) - lim.y_min) / height * up;
+            const double turned = (above + right) / 2 + view.x_min;
+            return {lim.x_min + (turned - view.x_min) * width / across,
+                    lim.y_min + (above + view.y_min - turned + view.x_min - view.y_min) * height / up};
+        }
+        const EarthPoint at = plain_place(d.proj, a, b);
+        return {at.lat, at.lon};
+    }
+};
+
+TEST(Maptran, GraphsAndDiagramsFollowTheirFormulas) {
+    std::mt19937 random(8);
+    const auto any = [&](double from, double to) {
+        return static_cast<float>(std::uniform_real_distribution<double>(from, to)(random));
+    };
+    for (const int proj : {PROJ_XY, PROJ_XLOGY, PROJ_HODOGRAPH, PROJ_CATEGORY, PROJ_XY_DOWN, PROJ_SKEWT, PROJ_STUVE,
+                           PROJ_EMAGRAM, PROJ_TEPHIGRAM, PROJ_TEPHI_PLAIN, PROJ_PIXEL}) {
+        for (int n = 0; n < 200; ++n) {
+            SCOPED_TRACE(proj);
+            Graph g;
+            g.d = make_domain(proj, any(-80, 10), any(900, 1050));
+            g.d.dx = any(40, 90);
+            g.d.dy = any(-850, -300);
+            g.d.nx = 2 + n;
+            g.d.ny = 300 - n;
+            g.view = {any(0, 0.4), any(0.6, 1), any(0, 0.4), any(0.6, 1)};
+            MAP_set_view(&g.view);
+            MAP_domain(&g.d);
+            MAP_get_limits(&g.lim);
+            const MAP_limits want = g.corners();
+            EXPECT_NEAR(std::hypot(g.lim.x_min - want.x_min, g.lim.x_max - want.x_max), 0, 1e-4);
+            EXPECT_NEAR(std::hypot(g.lim.y_min - want.y_min, g.lim.y_max - want.y_max), 0, 1e-3);
+            const float a = any(-60, 40), b = any(50, 1050);
+            float x = 0, y = 0, first = 0, second = 0;
+            EXPECT_EQ(MAP_tran(a, b, &x, &y), 1);
+            const auto [px, py] = g.place(a, b);
+            EXPECT_NEAR(std::hypot(x - px, y - py), 0, 1e-3);
+            EXPECT_EQ(MAP_untran(x, y, &first, &second), 1);
+            EXPECT_NEAR(std::remainder(first - a, proj == PROJ_HODOGRAPH ? 360.0 : 1e9), 0, 2e-2);
+            // The powers of potential temperature and its inverse aren't quite each other's.
+            const bool tephigram = proj == PROJ_TEPHIGRAM || proj == PROJ_TEPHI_PLAIN;
+            EXPECT_NEAR(second, tephigram ? 1000 * std::pow(b / 1000, 0.286 * 3.5) : b, 0.2);
+        }
+    }
+    float dir = 0, rad = 0;
+    const Domain d = make_domain(PROJ_HODOGRAPH, -50, -50);
     MAP_domain(&d);
-    float x = 0;
-    float y = 0;
-    MAP_tran(-40, 200, &x, &y);
-    EXPECT_NEAR(x, -40 + 80 * 0.75, 1e-3);
+    for (const auto& [x, y, want] : {std::array{0.0F, 0.0F, 0.0F}, {-1, 0, 270}, {0, -1, 180}, {0, 2, 0}}) {
+        MAP_untran(x, y, &dir, &rad);
+        EXPECT_EQ(dir, want);
+    }
 }
 
 }  // namespace
