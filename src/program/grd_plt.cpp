@@ -151,14 +151,23 @@ bool find_time(const std::string& time, const Date* date) {
     return false;
 }
 
+/// Map, attributes and the place of the map's lines as the layers find them.
+void begin_plot(const Domain* domain) {
+    MAP_setup(domain);
+    DATA_plot_init();
+    MAP_fill_cont(0);
+}
+
 /// Draws a page, or on a display a frame, for each time that has data. False if none has.
 bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domain* domain) {
     int pages = 0;
     for (int i = 0; i < static_cast<int>(times.size()); i++) {
         if (!find_time(times[i], &data.date)) continue;
         gselect_frame(gcreate_frame(i));
-        if (pages > 0) PLT_next_page(DOM_aspect(domain));
-        if (pages > 0) MAP_setup(domain);
+        if (pages > 0) {
+            PLT_next_page(DOM_aspect(domain));
+            begin_plot(domain);
+        }
         data.plot = pages++;
         draw_layers(data, domain);
         gkeep_output();
@@ -203,14 +212,11 @@ int GRD_plot(Domain* domain) {
     } else {
         open_plot(domain);
     }
-    MAP_setup(domain);
+    begin_plot(domain);
     Date file_date;
     GRD_get_date(&file_date);
-    DATA_plot_init();
     DATA_info data;
     fill_data(data, file_date, domain);
-    MAP_fill_cont(0);
-
     const bool drawn = sequence ? draw_sequence(times, data, domain) : draw_single(data, domain);
     if (redraw) return 0;
     if (drawn) {
