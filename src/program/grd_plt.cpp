@@ -223,7 +223,7 @@ int GRD_plot(Domain* domain) {
         PLT_close();
     } else {
         PLT_break_off();
-        ZAV_note(STATUS_NO_GRID);
+        ZAV_note(STATUS_LAYER);
     }
     free_grids();
     ZAV_set_unfinished(false);
