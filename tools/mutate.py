@@ -331,7 +331,7 @@ def plant(bench, faults, count, workers):
     tried = 0
     with concurrent.futures.ThreadPoolExecutor(workers) as pool:
         while len(results) < count:
-            batch = [fault for fault, _ in zip(faults, range(count - len(results)))]
+            batch = [fault for _, fault in zip(range(count - len(results)), faults)]
             if not batch:
                 break
             jobs = {}
