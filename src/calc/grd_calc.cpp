@@ -137,7 +137,7 @@ int highest_flag() {
 int GRD_calc_var() {
     for (int level = highest_flag() / 10 - 1; level >= 0; level--) {
         for (int j = 0; j < VAR_get_num(); j++) {
-            const bool open = GRD_get_grid(j)->source == 0 && VAR_is_calc_GRID(j) != 0;
+            const bool open = GRD_is_empty(GRD_get_grid(j)) && VAR_is_calc_GRID(j) != 0;
             if (open && VAR_get_flag(j) / 10 == level && evaluate(j, level)) j++;
         }
     }
@@ -156,8 +156,7 @@ int GRD_math_setup(float** ptr, int* nx, int* ny, int num, GRD_report** grids, c
     const int results = GRD_is_vect_func(func) != 0 ? 2 : 1;
     const int last = std::min(results + num, GRD_MATH_MAX);
     for (int i = results; i < last; i++) {
-        const bool usable = GRD_has_values(grids[i]) && grids[i]->source != 0;
-        ptr[i] = usable ? grids[i]->grid.get() : nullptr;
+        ptr[i] = GRD_has_values(grids[i]) ? grids[i]->grid.get() : nullptr;
         if (ptr[i] == nullptr && values[i] == FMISS) return 0;
     }
     for (int i = 0; i < results; i++) {

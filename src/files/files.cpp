@@ -203,6 +203,12 @@ void FILE_set_filename(const std::string& str) {
     state.naming.odd_name.clear();
 }
 
+int FILE_is_given() {
+    const NamingState& names = state.naming;
+    if (names.filename_type != 1) return 0;
+    return names.odd_name.empty() && FILE_is_stream(names.filename) == 0 ? 1 : 2;
+}
+
 const std::string& FILE_get_filename() { return state.naming.filename; }
 
 const std::string& FILE_get_filename(std::string& str) { return str = state.naming.filename; }

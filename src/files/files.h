@@ -42,6 +42,9 @@ const std::string& FILE_get_ext_info();
 /// The current file name. Setting it marks the name as given by the user and not made from a date.
 void FILE_set_filename(const std::string& str);
 const std::string& FILE_get_filename();
+/// 0: the current name was made from a date or a rule; 1: the user gave it, and the template makes it as well; 2: the
+/// user gave it, and the template makes another.
+int FILE_is_given();
 const std::string& FILE_get_filename(std::string& str);
 
 // Paths and tests. A "~" or "~user" at the start is expanded by the tests and by FILE_open.
@@ -80,6 +83,11 @@ int FILE_make_dir(std::string& dir, int flag);
 file_ptr FILE_open(const std::string& file, const char* access);
 /// Opens a regular file whose name stood in a data file: never a command, a standard stream or a device.
 file_ptr FILE_open_data(const std::string& file);
+/// True for what can be read only once: a standard stream name, "|command" or a FIFO.
+int FILE_is_stream(const std::string& file);
+/// Name under which a file can be read at any place and as often as wanted. Of a stream that is the copy of what it
+/// holds to its end, made at the first call and gone when the program ends; empty, with a warning, if it can't be kept.
+std::string FILE_keep_stream(const std::string& file);
 /// Kind of a native file by its first bytes: 11 surface, 12 upper air, 5 raw, 6 grid, 8 metafile, 9 image; else -1.
 int FILE_type(const std::string& filename);
 /// Cuts a selector off a file name at the first "#", "-", "+" or ":" from the third character on. The selector goes to

@@ -6,6 +6,7 @@
 #include "files/files.h"
 #include "files/files_state.h"
 #include "frame/resrc.h"
+#include "frame/string.h"
 
 namespace zav {
 namespace {
@@ -65,6 +66,22 @@ class Rule {
         if (next() != '#') return false;
         pos_++;
         return read_date_groups(text_, pos_, date) > 0;
+    }
+
+    /// Passes over a whole rule. False if something else stands there too.
+    bool is_whole() {
+        Date unused;
+        take_date(unused);
+        take_sign();
+        take_offset();
+        take_sign();
+        if (take('l')) {
+            take('a');
+            take_limit();
+            take_sign();
+        }
+        take_offset();
+        return pos_ == text_.size();
     }
 
   private:
@@ -170,6 +187,18 @@ long FILE_set_current(const char* cur, std::string& filename) {
     name_at(secs, filename);
     const int period = names.late_off;
     return period > 0 ? secs - secs % period : secs;
+}
+
+std::size_t rule_start(const std::string& text) { return strnicmp(text, "cu", 2) == 0 ? 2 : 0; }
+
+bool is_time_rule(const std::string& text) {
+    if (text.starts_with('#')) return true;
+    const bool current = strnicmp(text, "cu", 2) == 0;
+    if (!current && strnicmp(text, "la", 2) != 0) return false;
+    if (Rule(text.substr(rule_start(text))).is_whole()) return true;
+    const std::string name = text.substr(0, text.find('#'));
+    if (name.find_first_of("./") != std::string::npos) return false;
+    return FILE_is_file(name) == 0 && FILE_is_file(FILE_add_path(RES_get("grid_path"), name)) == 0;
 }
 
 void FILE_get_date(Date* date) { *date = naming().file_date; }

@@ -22,6 +22,13 @@ void report_current() { MESS_print(MESS_PROGRESS, "Current filename: %s\n", nami
 
 void report_missing() { MESS_print(MESS_WARN, "File not found: %s\n", naming().filename.c_str()); }
 
+/// True for a file that exists and for a stream with something in it.
+bool is_there(const std::string& name) {
+    if (!FILE_is_stream(name)) return FILE_exist(name) != 0;
+    const std::string kept = FILE_keep_stream(name);
+    return !kept.empty() && FILE_size(kept) > 0;
+}
+
 /// The file of a rule. Ends the program if it isn't there.
 int take_rule(const char* rule) {
     std::string name;
@@ -42,7 +49,7 @@ int take_given(const std::string& text) {
     std::string name;
     naming().filename_type = 1;
     FILE_set_file(text, name);
-    return FILE_exist(naming().filename);
+    return is_there(naming().filename);
 }
 
 void show_list() {
@@ -54,9 +61,8 @@ void show_list() {
 /// Establishes the file of an answer.
 void take_answer(const std::string& text) {
     std::string name;
-    const bool current = strnicmp(text, "cu", 2) == 0;
-    if (current || text.starts_with('#') || strnicmp(text, "la", 2) == 0) {
-        FILE_set_current(text.c_str() + (current ? 2 : 0), name);
+    if (is_time_rule(text)) {
+        FILE_set_current(text.c_str() + rule_start(text), name);
         report_current();
         return;
     }
@@ -76,7 +82,7 @@ int ask_file(const std::string& prompt) {
         }
         if (text.empty()) continue;  // an empty name would mean standard input
         take_answer(text);
-        if (FILE_exist(naming().filename)) return 1;
+        if (is_there(naming().filename)) return 1;
         report_missing();
     }
     ZAV_exit(STATUS_NO_GRID);

@@ -86,8 +86,7 @@ void FILE_set_def_hours(int hour) { state.def_hours = held(hour); }
 void FILE_first(const Date* datim) {
     RES_getvals("filename", state.files);
     state.file_ind = 0;
-    if (!state.files.empty() && (strnicmp(state.files[0], "la", 2) == 0 || strnicmp(state.files[0], "cu", 2) == 0))
-        state.files.clear();
+    if (!state.files.empty() && is_time_rule(state.files[0]) && state.files[0][0] != '#') state.files.clear();
     state.first_date = *datim;
     state.num_hour = FILE_num_hour();
     state.skip = FILE_get_skip();

@@ -40,9 +40,10 @@ NamingState& naming();
 struct Piece {
     enum class Kind { plain, percent, date, ext, path, key, resource, group_start, group_end, rest };
     Kind kind = Kind::plain;
-    char code = 0;     ///< the character, or the letter behind the percent sign
-    int number = 0;    ///< the number between the two, 0 for none
-    std::string name;  ///< resource of a path or of %{name}
+    char code = 0;          ///< the character, or the letter behind the percent sign
+    int number = 0;         ///< the number between the two, 0 for none
+    std::string name;       ///< resource of a path or of %{name}
+    bool optional = false;  ///< inside of a group
 };
 
 std::vector<Piece> parse_template(const std::string& text);
@@ -68,6 +69,11 @@ Period forced_period(char code, int field);
 
 /// Reads up to five groups of digits, YYYYMMDDHHNN, from `at` on. Complete groups only. `at` moves behind them.
 int read_date_groups(const std::string& text, std::size_t& at, Date& date);
+
+/// True for a text that chooses a file by time: "#date", or one that begins with "la" or "cu" and is no file's name.
+bool is_time_rule(const std::string& text);
+/// Where the rule begins in such a text: behind "cu".
+std::size_t rule_start(const std::string& text);
 
 /// The five fields that file names hold: year to minute.
 void clear_file_fields(Date& date);

@@ -83,14 +83,17 @@ bool has_digits(const std::string& text, std::size_t at, std::size_t count) {
 std::vector<Piece> parse_template(const std::string& text) {
     std::vector<Piece> pieces;
     std::size_t at = 0;
+    bool in_group = false;
     while (at < text.size()) {
         Piece piece;
+        piece.optional = in_group;
         const char c = text[at++];
         if (c == '%') {
             if (!read_element(text, at, piece)) break;
         } else {
             piece.kind = plain_kind(c);
             piece.code = c;
+            if (c == '{' || c == '}') in_group = c == '{';
         }
         pieces.push_back(piece);
     }

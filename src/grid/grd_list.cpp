@@ -1,9 +1,14 @@
 // The search for all entries of the variable list, in one file or in the files of a model in pieces.
 
+#include <algorithm>
+
 #include "files/files.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
+#include "frame/string.h"
+#include "grid/grd_hints.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -50,11 +55,20 @@ int open_file(const std::string& name, const Words& words, const Date* date) {
     return fd;
 }
 
-void warn_missing(const Words& words) {
+/// Tells what wasn't found and what comes nearest to it, and where several records would have done.
+void report_search(const Words& words, int fd, int type, int first) {
+    const std::vector<Record_codes> records = GRD_list_records(fd);
     for (int i = 0; i < VAR_get_num(); i++) {
-        if (GRD_get_grid(i)->source != 0 || VAR_is_fit_GRID(i) == 0) continue;
+        if (VAR_is_fit_GRID(i) == 0) continue;
+        const VAR_data& params = *VAR_get_var(i);
+        if (!GRD_is_empty(GRD_get_grid(i))) {
+            if (VAR_is_get_GRID(i) != 0) GRD_tell_choice(records, params, type, first);
+            continue;
+        }
         MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
-        VAR_print_info(MESS_WARN, VAR_get_var(i));
+        VAR_print_info(MESS_WARN, &params);
+        GRD_tell_nearest(records, params, type);
+        ZAV_note(STATUS_LAYER);
     }
 }
 
@@ -64,7 +78,9 @@ bool search_single(const std::string& name, const Words& words, const Date* date
     if (fd < 0) return false;
     int type = MISS;
     RES_getval("grid_type", &type, CV_int);
-    if (GRD_search(fd, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num()) != 1) warn_missing(words);
+    const int first = std::max(text_to_int(FILE_get_ext_info()), 0);
+    GRD_search_from(fd, first, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num());
+    report_search(words, fd, type, first);
     GRD_close(fd);
     return true;
 }
@@ -72,10 +88,7 @@ bool search_single(const std::string& name, const Words& words, const Date* date
 void search_pieces(const Date* date) {
     const GRD_specs& specs = GRD_get_specs();
     for (int n = 0; n < specs.nspec; n++) {
-        FILE_set_name(specs.spec[static_cast<std::size_t>(n)].name);
-        std::string name;
-        FILE_set_date(date, name);
-        const int fd = open_file(name, DATE_WORDS, date);
+        const int fd = open_file(GRD_piece_file(n, date), DATE_WORDS, date);
         if (fd < 0) continue;
         GRD_search_piece(fd, n, GRD_get_grids(), VAR_get_vars().data(), VAR_get_num());
         GRD_close(fd);
@@ -106,6 +119,22 @@ void finish() {
 }
 
 }  // namespace
+
+void GRD_take_named_file() {
+    GRD_specs& specs = GRD_get_specs();
+    const int given = FILE_is_given();
+    specs.named = given != 0 ? FILE_get_filename() : std::string();
+    if (given == 2) specs.nspec = 0;
+}
+
+std::string GRD_piece_file(int ind, const Date* date) {
+    const GRD_specs& specs = GRD_get_specs();
+    FILE_set_name(specs.spec[static_cast<std::size_t>(ind)].name);
+    if (!specs.named.empty() && date->year != MISS) FILE_set_filename(specs.named);
+    std::string name;
+    FILE_set_date(date, name);
+    return name;
+}
 
 int GRD_search_file_date(const Date* date) {
     prepare_table(true);

@@ -212,13 +212,13 @@ bool read_values(std::FILE* file, int digit, GRD_report* grd) {
     return done;
 }
 
-/// Reads the record at which the file stands. `date_read`: its date line has been read already. 0; -1 at the end of the
-/// file and, with the record made empty, for one that doesn't hold its values.
-int read_record(GRD_file* gfile, GRD_report* grd, int rep_type, bool date_read) {
+/// Reads the record at which the file stands. 0; -1 at the end of the file and, with the record made empty, for one
+/// that doesn't hold its values.
+int read_record(GRD_file* gfile, GRD_report* grd, int rep_type) {
     std::FILE* file = gfile->file.get();
     std::string date = gfile->datim;
     std::string line;
-    if (!date_read && !read_date_line(file, date)) return -1;
+    if (!read_date_line(file, date)) return -1;
     if (fgetline(file, line) < 0) return -1;
     trim_cr_string(line);
     std::string info;
@@ -307,11 +307,10 @@ int native_getinfo(GRD_file* gfile, GRD_info* info) {
 int native_read(GRD_file* gfile, GRD_report* grd, int rep_type, int* grdnum) {
     Grid_files& state = grid_files();
     std::FILE* file = gfile->file.get();
-    const bool stream = grid_stream_only(file);
-    int number = *grdnum;
-    if (!stream) step(gfile, *grdnum, &number);
+    int number = 0;
+    step(gfile, *grdnum, &number);
     const long start = std::ftell(file);
-    if (read_record(gfile, grd, rep_type, stream && *grdnum == 0) != 0) return -1;
+    if (read_record(gfile, grd, rep_type) != 0) return -1;
     gfile->num = number;
     state.cur_pos = start;
     state.new_pos = std::ftell(file);

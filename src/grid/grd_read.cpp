@@ -39,7 +39,7 @@ bool has_file_line(int type) { return type >= GRD_TYPE_TEXT && type <= GRD_TYPE_
 
 /// The type to open a file with, 0 if it can't be told.
 int settle_type(const std::string& filename, int f_access, int type) {
-    if (filename.empty() || filename == "-") {
+    if (f_access != 0 && FILE_is_stdio(filename)) {
         const bool fits = type == GRD_TYPE_TEXT || type == GRD_TYPE_BINARY || type == GRD_TYPE_GRIB;
         return fits ? type : static_cast<int>(GRD_TYPE_TEXT);
     }
@@ -59,13 +59,11 @@ bool open_stream(const std::string& filename, int f_access, GRD_file* gfile) {
 
 Grid_files& grid_files() { return state; }
 
-bool grid_stream_only(std::FILE* file) { return file == stdin || std::fseek(file, 0, SEEK_CUR) != 0; }
-
 void grid_rewind(GRD_file* gfile) {
     GRIB_reset();
     state.wind_dec = 0;
     std::FILE* file = gfile->file.get();
-    if (file == nullptr || file == stdin || file == stdout) return;
+    if (file == nullptr || file == stdout) return;
     std::rewind(file);
     if (gfile->hfile) std::rewind(gfile->hfile.get());
     if (has_file_line(gfile->type)) fskipline(file);
@@ -75,7 +73,9 @@ void grid_rewind(GRD_file* gfile) {
 }
 
 int GRD_chktype(const std::string& filename) {
-    const file_ptr file = FILE_open(filename, "r");
+    const std::string path = FILE_keep_stream(filename);
+    if (path.empty()) return -1;
+    const file_ptr file = FILE_open(path, "r");
     if (!file) return -1;
     std::array<char, TYPE_BYTES> bytes{};
     const std::size_t size = std::fread(bytes.data(), 1, bytes.size(), file.get());
@@ -94,13 +94,15 @@ int GRD_chktype(const std::string& filename) {
 int GRD_open(const std::string& filename, int f_access, int* f_type) {
     const auto slot = std::find(state.gfile.begin(), state.gfile.end(), nullptr);
     if (slot == state.gfile.end()) return -1;
-    const int type = settle_type(filename, f_access, *f_type);
+    const std::string path = f_access == 0 ? FILE_keep_stream(filename) : filename;
+    if (f_access == 0 && path.empty()) return -1;
+    const int type = settle_type(path, f_access, *f_type);
     if (type == GRD_TYPE_ANY) return -1;
     *f_type = type;
     auto gfile = std::make_unique<GRD_file>();
     gfile->type = type;
-    const bool opened = is_stream_type(type)   ? open_stream(filename, f_access, gfile.get())
-                        : type == GRD_TYPE_CDF ? CDF_open(filename, f_access, gfile.get()) == 0
+    const bool opened = is_stream_type(type)   ? open_stream(path, f_access, gfile.get())
+                        : type == GRD_TYPE_CDF ? CDF_open(path, f_access, gfile.get()) == 0
                                                : false;
     if (!opened) return -1;
     if (f_access == 0) {

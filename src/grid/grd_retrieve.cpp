@@ -81,15 +81,18 @@ int read_one(const std::string& name, const Date* date, const std::string& selec
     return read_selected(file.fd(), selector, caller, grid);
 }
 
-/// Header of the first record with grid number `type`, or of the last one seen; its number in `number`. False if the
-/// file has no record.
+/// Header of the first record with grid number `type` on a grid that can be placed, or else of the last one on such a
+/// grid; its number in `number`. False if the file has none.
 bool find_record(int fd, int type, GRD_report* record, int* number) {
-    GRD_init(record);
     bool found = false;
-    for (int next = 0; GRD_read(fd, record, GRD_READ_HEADER, &next) == 0; next++) {
+    GRD_report next;
+    GRD_init(&next);
+    for (int at = 0; GRD_read(fd, &next, GRD_READ_HEADER, &at) == 0; at++) {
+        if (GRD_points(&next) == 0 || next.domain.proj == MISS) continue;
         found = true;
-        *number = next;
-        if (type == MISS || record->type == type) break;
+        *number = at;
+        GRD_copy(record, &next);
+        if (type == MISS || next.type == type) break;
     }
     return found;
 }
@@ -137,10 +140,7 @@ int GRD_get_file_domain(const std::string& filename, Domain* domain) {
 int GRD_get_file_date_domain(const Date* date, Domain* domain) {
     const GRD_specs& specs = GRD_get_specs();
     int type = MISS;
-    if (specs.nspec != 0) {
-        FILE_set_name(specs.spec[0].name);
-        type = specs.spec[0].type;
-    }
+    if (specs.nspec != 0) type = specs.spec[0].type;
     RES_getval("grid_type", &type, CV_int);
     Date when;
     if (date != nullptr) {
@@ -149,7 +149,11 @@ int GRD_get_file_date_domain(const Date* date, Domain* domain) {
         GRD_get_date(&when);
     }
     std::string name;
-    FILE_set_date(&when, name);
+    if (specs.nspec != 0) {
+        name = GRD_piece_file(0, &when);
+    } else {
+        FILE_set_date(&when, name);
+    }
     const Open_grid file(domain_file(name, "GRD_get_file_date_domain"));
     if (file.fd() < 0) return -1;
     std::string index;

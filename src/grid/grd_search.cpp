@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 #include "frame/mess.h"
 #include "grid/grd_read.h"
@@ -18,9 +19,9 @@ void bring_to_units(GRD_report* grid, const std::string& units) {
     if (!units.empty() && GRD_hooks().units != nullptr) GRD_hooks().units(grid, units);
 }
 
-/// Reads record `number` whole. The grid stays empty if that fails.
+/// Reads record `number` whole. The grid stays empty if that fails, or if the record comes without values.
 bool read_whole(int grd_fd, GRD_report* grid, int number, const std::string& units) {
-    if (GRD_read(grd_fd, grid, GRD_READ_ALL, &number) != 0) {
+    if (GRD_read(grd_fd, grid, GRD_READ_ALL, &number) != 0 || !GRD_has_values(grid)) {
         GRD_free(grid);
         return false;
     }
@@ -33,7 +34,7 @@ void merge_piece(GRD_report* grid, const GRD_report* piece, const GRD_spec& spec
     const GRD_specs& specs = GRD_get_specs();
     const grid_hooks& hooks = GRD_hooks();
     if (hooks.piece_setup == nullptr || hooks.piece_grid == nullptr || !GRD_has_values(piece)) return;
-    if (grid->source == 0 && hooks.piece_setup(grid, specs.nx, specs.ny, piece) != 0) {
+    if (GRD_is_empty(grid) && hooks.piece_setup(grid, specs.nx, specs.ny, piece) != 0) {
         GRD_free(grid);
         return;
     }
@@ -56,19 +57,24 @@ float constant_value(const std::string& name) {
 }  // namespace
 
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num) {
+    return GRD_search_from(grd_fd, 0, grids, params, type, num);
+}
+
+int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num) {
     const bool all = num < 0;
     const int count = std::abs(num);
-    int missing = 0;
-    for (int i = 0; i < count; i++) {
-        if (grids[i].source == 0 && wanted(i, all)) missing++;
-    }
+    std::vector<bool> open(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; i++) open[i] = GRD_is_empty(&grids[i]) && wanted(i, all);
+    auto missing = std::count(open.begin(), open.end(), true);
     GRD_report record;
     GRD_init(&record);
-    for (int number = 0; missing > 0; number++) {
+    for (int number = first; missing > 0; number++) {
         if (GRD_read(grd_fd, &record, GRD_READ_HEADER, &number) != 0) break;
         for (int i = 0; i < count; i++) {
-            if (grids[i].source != 0 || !wanted(i, all) || GRD_test(&record, &params[i], type) == 0) continue;
-            if (read_whole(grd_fd, &grids[i], number, params[i].units)) missing--;
+            if (!open[i] || GRD_test(&record, &params[i], type) == 0) continue;
+            if (!read_whole(grd_fd, &grids[i], number, params[i].units)) continue;
+            open[i] = false;
+            missing--;
         }
     }
     return missing == 0 ? 1 : 0;
@@ -98,7 +104,7 @@ int GRD_search_piece(int grd_fd, int ind, GRD_report* grids, const VAR_data* par
     }
     int missing = 0;
     for (int i = 0; i < count; i++) {
-        if (!wanted(i, false) || grids[i].source != 0) continue;
+        if (!wanted(i, false) || !GRD_is_empty(&grids[i])) continue;
         missing++;
         MESS_print(MESS_WARN, "Grid missing: %d %d %d %d\n", params[i].time, params[i].ltype, params[i].level,
                    params[i].var[0]);

@@ -22,9 +22,6 @@ struct Grid_files {
 };
 Grid_files& grid_files();
 
-/// True for standard input and pipes, in which nothing can be read twice.
-bool grid_stream_only(std::FILE* file);
-
 /// Back to the first record of a file that isn't netCDF.
 void grid_rewind(GRD_file* gfile);
 

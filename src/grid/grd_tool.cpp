@@ -28,6 +28,8 @@ std::size_t GRD_points(const GRD_report* grid) {
 
 bool GRD_has_values(const GRD_report* grid) { return grid != nullptr && grid->grid != nullptr && GRD_points(grid) > 0; }
 
+bool GRD_is_empty(const GRD_report* grid) { return grid->source == 0 && !GRD_has_values(grid); }
+
 int GRD_init(GRD_report* grid) {
     grid->grid.reset();
     grid->datim.clear();

@@ -30,6 +30,8 @@ int GRD_make_datatype(GRD_report* grid, const std::string& oper);
 int GRD_make_devtype(GRD_report* ogrid, const GRD_report* igrid, const std::string& str);
 /// True for a record with values that fit its domain.
 bool GRD_has_values(const GRD_report* grid);
+/// True for a record without a field: neither origin nor values. Origin 0 alone may be a field of no known centre.
+bool GRD_is_empty(const GRD_report* grid);
 /// Points of the record's domain, 0 if it has no size.
 std::size_t GRD_points(const GRD_report* grid);
 
@@ -74,6 +76,8 @@ int GRD_test(const GRD_report* grid, const VAR_data* params, int type);
 /// Fills `grids[i]` from an open file for each of `num` keys; the first record that fits wins. Filled ones are left,
 /// and so are entries that aren't plain variables, unless `num` is negative. 1 when none is missing, else 0.
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num);
+/// The same from record `first` on.
+int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num);
 /// The same for piece `ind` of a model in several files: each piece is copied to its place. The last that fits wins.
 int GRD_search_piece(int grd_fd, int ind, GRD_report* grids, const VAR_data* params, int num);
 /// Fills the table for the variable list from the files of a date, calculates what is to be calculated and writes what
@@ -90,6 +94,11 @@ int GRD_find_param_grids(int start, int num, int level, GRD_report** grds, float
 GRD_info* GRD_get_info();
 /// The pieces of the model.
 GRD_specs& GRD_get_specs();
+/// Makes a file that the user named go over the model: one that the convention makes tells the directory of all pieces,
+/// any other is the only file.
+void GRD_take_named_file();
+/// Name of piece `ind` for a date.
+std::string GRD_piece_file(int ind, const Date* date);
 
 // One grid
 

@@ -47,7 +47,7 @@ enum : int {
 /// A gridded field: what it is, where its points lie, and its values.
 struct GRD_report {
     int type = 0;       ///< grid number by which the producer knows this layout
-    int source = 0;     ///< originating centre (WMO table C-1); 0: the record holds no field
+    int source = 0;     ///< originating centre (WMO table C-1); 0: none is known, or the record holds no field
     int version = 0;    ///< encoding version: GRIB edition, or format digit of a native file
     std::string datim;  ///< date/time label, up to 49 characters
     std::string info;   ///< what the field is: level, variable, units; up to 69 characters
@@ -109,6 +109,7 @@ struct GRD_specs {
     int nx = 1;     ///< pieces side by side
     int ny = 1;     ///< pieces above each other
     std::array<GRD_spec, GRD_SPEC_MAX> spec;
+    std::string named;  ///< file that the user named, whose directory holds the pieces; empty without one
 };
 
 }  // namespace zav

@@ -54,6 +54,67 @@ INSTANTIATE_TEST_SUITE_P(
         return case_name(std::filesystem::path(given.param.name).stem().string() + options.substr(options.rfind(' ')));
     });
 
+struct HintCase {
+    const char* name;
+    const char* file;
+    const char* options;
+    int status;
+    const char* told;
+};
+
+class Hints : public ::testing::TestWithParam<HintCase> {};
+
+TEST_P(Hints, TellWhatTheFileHas) {
+    const HintCase& c = GetParam();
+    const std::string source = data_file(c.file);
+    if (source.empty()) GTEST_SKIP() << "ZAV_TEST_DATA isn't set";
+    const TempDir dir;
+    const std::string chart = std::string("-me warn -pl ln -in 0 -de p,x.ps ") + c.options + " ";
+    const Outcome run = run_program(dir.path(), chart + source);
+    EXPECT_EQ(run.status, c.status) << run.err;
+    EXPECT_NE(run.err.find(c.told), std::string::npos) << run.err;
+    EXPECT_EQ(read_page(dir.file("x.ps")).pages, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Real, Hints,
+    ::testing::Values(
+        HintCase{"time", "gfs_2p5deg_f120.grib2", "-ft h24 -le 500 -va hght", 20,
+                 "The nearest in the file has another time: -ft h120 -le 500mb -va hght\n"},
+        HintCase{"level", "gfs_2p5deg_f120.grib2", "-ft h120 -le 840 -va temp", 20,
+                 "The nearest in the file has another level: -ft h120 -le 850mb -va temp\n"},
+        HintCase{"level_type", "lambert_1199x799.grib1", "-ft h36 -le 500 -va temp", 20,
+                 "The nearest in the file has another level: -ft h36 -le 2m_ag -va temp\n"},
+        HintCase{"grid_number", "ngm_polar_f48.grib2", "-gt 7 -ft h48-12acc -le sfc -va apcp", 20,
+                 "grid number: -ft h48"},
+        HintCase{"variable", "ndfd_maxt_lambert.grib2", "-ft h14 -le sfc -va tmin", 20, "The file has: -va tmax\n"},
+        HintCase{
+            "runs_and_members", "era5_levels_members.grib1", "-ft init -le 850 -va temp", 0,
+            "40 records fit -ft init -le 850mb -va temp; number 30 (0000Z  1 JAN 17) is taken. To choose, -gn NUMBER: "
+            "31, 32, 33, 34, 35, 70 (1200Z  1 JAN 17), 110 (0000Z  2 JAN 17), 150 (1200Z  2 JAN 17)\n"},
+        HintCase{"a_later_run", "era5_levels_members.grib1", "-gn 110 -ft init -le 850 -va temp", 0,
+                 "20 records fit -ft init -le 850mb -va temp; number 110 (0000Z  2 JAN 17) is taken"},
+        HintCase{"the_last_record", "era5_levels_members.grib1", "-gn 159 -ft init -le 850 -va temp", 0, ""}),
+    [](const auto& given) { return std::string(given.param.name); });
+
+TEST(SampleFile, ANamedFileIsDrawnWhateverItsNameAndModel) {
+    const TempDir dir;
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";
+    const std::string data = read_file(source_dir() + "/samples/26011512_wave.grb2");
+    for (const char* name : {"other.grb", "latest.grb", "latest", "cutoff.grb", "la", "sub/lambert.grb"})
+        dir.write(name, data);
+    ASSERT_EQ(run_program(dir.path(), chart + "-de p,other.ps other.grb").status, 0);
+    for (const char* options : {"latest.grb", "latest", "cutoff.grb", "./la", "sub/lambert.grb", "-mo gfs other.grb",
+                                "-mo gfs latest.grb", "-mo gfs @other.grb", "-gp sub lambert.grb"}) {
+        const Outcome run = run_program(dir.path(), chart + "-de p,x.ps " + options);
+        EXPECT_EQ(run.status, 0) << options << run.err;
+        EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file("other.ps"))) << options;
+        std::filesystem::remove(dir.file("x.ps"));
+    }
+    const Outcome rule = run_program(dir.path(), chart + "-de p,x.ps la");
+    EXPECT_EQ(rule.status, 10) << "the rule, though a file has its name";
+}
+
 TEST(SampleFile, EditionsAgreeAndGridsAreWrittenAndReadBack) {
     const std::string source = test::source_dir() + "/samples/26011512_wave.grb2";
     const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";

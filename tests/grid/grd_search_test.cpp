@@ -8,9 +8,12 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 
+#include "files/files.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "grid/grd_hints.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -131,13 +134,13 @@ class SearchFile : public TempDirTest {
     }
 
     /// A native file with one 3 by 2 field for each level, the level being its value.
-    std::string levels_file(const std::vector<int>& levels) {
+    std::string levels_file(const std::vector<int>& levels, int source = 7) {
         const std::string name = dir.file("l.grd");
         for (std::size_t at = 0; at < levels.size(); at++) {
             const int level = levels[at];
             GRD_report grid;
             GRD_init(&grid);
-            grid.source = 7;
+            grid.source = source;
             grid.datim = "1200Z 15 JAN 26";
             grid.info = "field";
             grid.ltype = 100;
@@ -188,6 +191,37 @@ TEST_F(SearchFile, TheFirstThatFitsWins) {
     EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);  // all filled: the closed file isn't read
 }
 
+TEST_F(SearchFile, FieldsOfNoKnownCentreCountOnce) {
+    const int fd = open_read(levels_file({500, 500, 700, 500, 850}, 0));
+    GRD_report grids[3];
+    const VAR_data keys[3] = {key(MISS, 100, 500, 7), key(MISS, 100, 850, 7), key(MISS, 100, 700, 7)};
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);
+    EXPECT_EQ(grids[0].time, 0);
+    ASSERT_TRUE(GRD_has_values(&grids[1]) && GRD_has_values(&grids[2]));
+    EXPECT_EQ(grids[1].grid[0], 850.0F);
+    EXPECT_EQ(GRD_search(fd, grids, keys, MISS, -3), 1);
+    EXPECT_EQ(grids[0].time, 0);
+    GRD_close(fd);
+}
+
+TEST_F(SearchFile, TheDomainIsThatOfTheFirstGridThatCanBePlaced) {
+    std::string messages = test::read_file(test::source_dir() + "/samples/26011512_wave.grb2");
+    std::size_t section = 16;
+    while (messages[section + 4] != 3) section += static_cast<unsigned char>(messages[section + 3]);
+    messages[section + 12] = 0x7F;  // a grid template of its own
+    dir.write("mixed.grb2", messages);
+    FILE_set_name("@mixed.grb2");
+    GRD_get_specs().nspec = 0;
+    Date date;
+    Domain domain;
+    Domain whole;
+    ASSERT_EQ(GRD_get_file_date_domain(&date, &domain), 1);
+    ASSERT_EQ(GRD_get_file_domain(test::source_dir() + "/samples/26011512_wave.grb2", &whole), 1);
+    EXPECT_EQ(DOM_comp(&domain, &whole), 1);
+    dir.write("none.grb2", messages.substr(0, messages.find("7777") + 4));
+    EXPECT_EQ(GRD_get_file_domain("none.grb2", &domain), -1);
+}
+
 TEST_F(SearchFile, PiecesMakeOneGridAndTheLastThatFitsWins) {
     const std::string name = levels_file({500, 700, 500});
     GRD_specs& specs = GRD_get_specs();
@@ -210,6 +244,77 @@ TEST_F(SearchFile, PiecesMakeOneGridAndTheLastThatFitsWins) {
     const float row[5] = {500, 501, 500, 501, 502};
     for (std::size_t i = 0; i < 5; i++) EXPECT_EQ(grid.grid[i], row[i]) << i;
     specs = GRD_specs{};
+}
+
+TEST_F(SearchFile, ANamedFileGoesOverTheFilesOfTheModel) {
+    GRD_specs& specs = GRD_get_specs();
+    specs.spec[0].name = "@%G/%y%m%d%h_a";
+    specs.spec[1].name = "@%G/%y%m%d%h_b";
+    struct Case {
+        const char* typed;
+        int pieces;
+        const char* second;
+    };
+    for (const Case& c : {Case{"26011512", 2, "./26011512_b"}, Case{"/data/x/26011512_a", 2, "/data/x/26011512_b"},
+                          Case{"/data/x/other.grb", 0, ""}, Case{"@26011512_a", 0, ""}, Case{"|zcat x", 0, ""},
+                          Case{"cu#2026011512", 2, "./26011512_b"}, Case{"latest.grb", 0, ""}}) {
+        specs.nspec = 2;
+        FILE_set_name(specs.spec[0].name);
+        FILE_set_filename("");
+        std::string name;
+        FILE_set_file(c.typed, name);
+        GRD_take_named_file();
+        EXPECT_EQ(specs.nspec, c.pieces) << c.typed;
+        Date date;
+        FILE_get_date(&date);
+        if (c.pieces < 2) continue;
+        EXPECT_EQ(GRD_piece_file(1, &date), c.second) << c.typed;
+    }
+}
+
+/// The options in a line of hints.
+std::string option_of(const std::string& line, const std::string& option) {
+    const std::size_t at = line.find(" " + option + " ");
+    if (at == std::string::npos) return "";
+    const std::size_t start = at + option.size() + 2;
+    return line.substr(start, line.find_first_of(" \n", start) - start);
+}
+
+TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
+    const std::string folder = std::filesystem::path(test::data_file("inventory.tsv")).parent_path();
+    if (folder.empty()) GTEST_SKIP() << "ZAV_TEST_DATA isn't set";
+    const test::EnvSetting lookups("zavfile", (test::source_dir() + "/share/zav").c_str());
+    const char* const argv[] = {"test"};
+    const res_type none[] = {RES_file_path, RES_null};
+    RES_init(1, argv, none, none + 1);
+    std::size_t count = 0;
+    std::set<int> unnamed;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".md" || entry.path().extension() == ".tsv") continue;
+        const int fd = open_read(entry.path());
+        const std::vector<Record_codes> records = GRD_list_records(fd);
+        for (const Record_codes& record : records) {
+            const VAR_data away = key(777, 999, MISS, record.var);
+            const std::string line = test::capture([&] { GRD_tell_nearest({record}, away, MISS); }).err;
+            VAR_data found = key(MISS, MISS, MISS, 0);
+            VAR_dec_time(option_of(line, "-ft"), &found.time);
+            const std::string level = option_of(line, "-le");
+            VAR_dec_level(level, &found.ltype, &found.level);
+            VAR_dec_var(option_of(line, "-va"), &found);
+            GRD_report header;
+            GRD_init(&header);
+            header.time = record.time;
+            header.ltype = record.ltype;
+            header.level = record.level;
+            header.var = record.var;
+            EXPECT_EQ(GRD_test(&header, &found, MISS), 1) << entry.path() << record.number << line;
+            count++;
+            if (level == "miss") unnamed.insert(record.ltype);
+        }
+        GRD_close(fd);
+    }
+    EXPECT_GT(count, 500U);
+    EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
 }
 
 TEST_F(SearchFile, NamedFilesTakeSelectors) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "grid/zavgrd.h"
+#include "var/var_tool.h"
+
+namespace zav {
+
+// What a file has beside the field that was asked for, told in the words by which it can be asked for.
+
+/// What tells one record of a file from another.
+struct Record_codes {
+    int number = 0;
+    int time = MISS;
+    int ltype = MISS;
+    int level = MISS;
+    int var = MISS;
+    int type = 0;
+    Date date;
+};
+
+/// The records of an open file, by their headers.
+std::vector<Record_codes> GRD_list_records(int grd_fd);
+/// Tells in one line which record comes nearest to a key that no record fits, or which variables there are.
+void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type);
+/// Tells in one line which record was taken from number `first` on if several runs or members of the same field fit a
+/// key, and how to choose another.
+void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first);
+
+}  // namespace zav
