@@ -253,7 +253,7 @@ def build():
 def hold_back():
     """A fault may ask for any amount of memory or file."""
     resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
-    resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
+    resource.setrlimit(resource.RLIMIT_FSIZE, (8 << 30, 8 << 30))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
 
@@ -304,13 +304,13 @@ class Bench:
         place.mkdir(parents=True)
         changed = place / fault.source.path.name
         changed.write_text(fault.text())
-        command = self.compile[fault.source.path]
-        words = [word for word in shlex.split(command["command"]) if "Wall" not in word and "Wextra" not in word]
+        words = shlex.split(self.compile[fault.source.path]["command"])
+        right = words[words.index("-o") + 1]
         words[words.index("-o") + 1] = str(place / "fault.o")
         words[words.index("-c") + 1] = str(changed)
         if subprocess.run([*words, "-w"], cwd=BUILD, capture_output=True).returncode != 0:
             return False
-        link = self.link.replace(command["output"] + " ", str(place / "fault.o") + " ")
+        link = self.link.replace(f" {right} ", f" {place / 'fault.o'} ")
         link = link.replace(f"-o {LIBRARY} ", f"-o {place / LIBRARY} ")
         return subprocess.run(link, shell=True, cwd=BUILD, capture_output=True).returncode == 0
 
@@ -331,7 +331,7 @@ def plant(bench, faults, count, workers):
     tried = 0
     with concurrent.futures.ThreadPoolExecutor(workers) as pool:
         while len(results) < count:
-            batch = [fault for fault, _ in zip(faults, range(count - len(results)))]
+            batch = [fault for _, fault in zip(range(count - len(results)), faults)]
             if not batch:
                 break
             jobs = {}
