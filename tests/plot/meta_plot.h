@@ -26,9 +26,10 @@ struct Drawn_mark {
     bool filled = false;
     std::map<std::string, std::string> attributes;
 
-    float number(const std::string& word) const {
+    /// The kernel tells changes alone: `usual` stands for an attribute never set.
+    float number(const std::string& word, float usual = FMISS) const {
         const auto found = attributes.find(word);
-        return found == attributes.end() ? FMISS : std::strtof(found->second.c_str(), nullptr);
+        return found == attributes.end() ? usual : std::strtof(found->second.c_str(), nullptr);
     }
 };
 

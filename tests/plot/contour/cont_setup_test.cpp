@@ -202,7 +202,7 @@ TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
             MAP_get_domain(&grid.domain);
             grid.grid = std::shared_ptr<float[]>(new float[25]);
             for (int i = 0; i < 25; i++) grid.grid[i] = 2.0F * static_cast<float>(i % 5) - 3.0F;
-            CONT_init();
+            cont = Cont_state{};
             CONT_set_format(CONT_LINE, c.format);
             CONT_format_decode_type(c.format);
             CONT_set_fill_colors("-2:blue,0:red,2:green:st=3:wi=5,4:cyan", 1);
@@ -215,9 +215,9 @@ TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
         const char* bands[] = {"blue", "red", "green", "cyan"};
         for (const test::Drawn_mark& line : drawn.paths) {
             const auto level = static_cast<std::size_t>(line.pts[0].x);  // upright lines amid the columns
-            EXPECT_EQ(line.number("PL_TYPE") == FMISS ? 1 : line.number("PL_TYPE"), c.types[level]) << c.format;
-            EXPECT_EQ(line.number("PL_LW"), level == 2 ? 5 : c.width) << c.format;
-            EXPECT_EQ(line.number("PL_CLR"), CLR_get_ind(c.color != nullptr ? c.color : bands[level])) << c.format;
+            EXPECT_EQ(line.number("PL_TYPE", 1), c.types[level]) << c.format;
+            EXPECT_EQ(line.number("PL_LW", 0), level == 2 ? 5 : c.width) << c.format;
+            EXPECT_EQ(line.number("PL_CLR", 1), CLR_get_ind(c.color != nullptr ? c.color : bands[level])) << c.format;
         }
     }
 }
