@@ -159,17 +159,5 @@ TEST(Page, InsetsLeaveTheChartWhole) {
     }
 }
 
-TEST(Page, PanelsOutsideThePageLeaveTheOthers) {
-    const TempDir dir;
-    // A panel outside the page draws nothing there, and the others are drawn.
-    EXPECT_EQ(run_program(dir.path(),
-                          "-me warn -ft h24 -le 500 -de p,y.ps -va panel:0.5x0.5+7+7,hght:gpm:ln:in=60,"
-                          "panel:0.5x0.5+0+0,temp:C:ln:in=4 " +
-                              SAMPLE)
-                  .status,
-              0);
-    EXPECT_TRUE(renders(dir.file("y.ps")));
-}
-
 }  // namespace
 }  // namespace zav::test

@@ -6,7 +6,6 @@
 #include "plot/contour/cont_state.h"
 #include "plot/meta_plot.h"
 #include "plot/page/plt_state.h"
-#include "plot/wind/vecttool.h"
 
 namespace zav {
 namespace {
@@ -218,23 +217,6 @@ TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
     EXPECT_EQ(PLT_get_zoom(), 0);
     EXPECT_EQ(zoomed.clat, 40);
     close();
-}
-
-TEST(VectTools, WindsByHand) {
-    float a = 0, b = 0;
-    EXPECT_EQ(wind2vect(270, 10, &a, &b), 0);
-    EXPECT_NEAR(a, 10, 1e-5);
-    EXPECT_NEAR(b, 0, 1e-5);
-    EXPECT_EQ(vect2wind(-3, -4, &a, &b), 0);
-    EXPECT_NEAR(a, 36.8699, 1e-4);
-    EXPECT_NEAR(b, 5, 1e-6);
-    vect2polar(-3, -4, &a, &b);
-    EXPECT_NEAR(a, -143.1301, 1e-4);
-    EXPECT_EQ(vect2wind(FMISS, 0, &a, &b), -1);
-    EXPECT_EQ(a, FMISS);
-    VECT w;
-    cross_product({1, 0, 0}, {0, 1, 0}, &w);
-    EXPECT_EQ(w.z, 1);
 }
 
 TEST(PltParam, WordsTakeEffect) {
