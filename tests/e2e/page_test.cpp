@@ -159,18 +159,6 @@ TEST(Page, InsetsLeaveTheChartWhole) {
     }
 }
 
-TEST(Page, PanelsOutsideThePageLeaveTheOthers) {
-    const TempDir dir;
-    // A panel outside the page draws nothing there, and the others are drawn.
-    EXPECT_EQ(run_program(dir.path(),
-                          "-me warn -ft h24 -le 500 -de p,y.ps -va panel:0.5x0.5+7+7,hght:gpm:ln:in=60,"
-                          "panel:0.5x0.5+0+0,temp:C:ln:in=4 " +
-                              SAMPLE)
-                  .status,
-              0);
-    EXPECT_TRUE(renders(dir.file("y.ps")));
-}
-
 /// What is drawn on one page, the only one or one of several, between the clips at its ends.
 std::string body_of_page(const std::string& file, int number) {
     const std::string text = read_file(file);
