@@ -51,13 +51,6 @@ void show_help() {
     ZAV_exit(0);
 }
 
-/// The plot's domain as far as the options give it; the second replaces the first.
-void settle_domain(Domain* domain) {
-    DOM_init(domain);
-    RES_getval("region", domain, CV_domain);
-    RES_getval("plot_domain", domain, CV_domain);
-}
-
 /// Data on standard input are read before any question could take them for an answer.
 void keep_input() {
     std::vector<std::string> words;
@@ -155,6 +148,7 @@ int GRD_plot(Domain* domain) {
             if (!sequence) PLT_exit(STATUS_NO_GRID);
             continue;
         }
+        if (!redraw) GRD_tell_outside(domain);
         if (sequence) gselect_frame(gcreate_frame(i));
         data.plot = i;
         draw_layers(data, domain);
@@ -174,21 +168,21 @@ int GRD_main(int argc, const char* const* argv) {
     if (FLAG_help() != 0) show_help();
     GRD_in_file();
     VAR_set_def_type(DEFAULT_TYPE);
-    Domain domain;
     keep_input();
-    settle_domain(&domain);
+    if (!GRD_read_domain()) ZAV_exit(STATUS_REGION);
     MESS_print_prog("MODEL GRIDDED DATA CONTOURING");
 
     choose_file();
     GRD_set_date(nullptr);
-    if (domain.proj == MISS) GRD_get_file_date_domain(nullptr, &domain);
+    Domain domain;
+    GRD_choose_domain(&domain);
 
     while (GRD_prompt_time() != 0) {
         UPA_set_prompt_level(1);
         while (UPA_prompt_level() != 0) {
             GRD_set_prompt_variable(1);
             while (GRD_prompt_variable() != 0) {
-                GRD_plot(&domain);
+                if (GRD_choose_domain(&domain)) GRD_plot(&domain);
                 if (one_plot_only()) ZAV_exit(0);
             }
         }
