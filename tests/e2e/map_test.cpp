@@ -176,5 +176,22 @@ TEST(Map, RegionFilesThatAreMissingAreTold) {
     }
 }
 
+TEST(Map, ARegionSetAtAPromptHoldsForTheNextPlot) {
+    const TempDir dir;
+    const std::string first = "h24\n500\nhght\nset region=";
+    const auto run = [&](const std::string& region, const std::string& page) {
+        return run_program(dir.path(), "-pl ln -de p," + page + " " + SAMPLE,
+                           first + region + "\n60\nhght\n60\n0\n0\n0\n");
+    };
+    const Outcome known = run("us", "x.ps");
+    EXPECT_EQ(known.status, 0) << known.err;
+    run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -re us -de p,us.ps " + SAMPLE);
+    EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file("us.ps")));
+    const Outcome unknown = run("usx", "y.ps");
+    EXPECT_EQ(unknown.status, 24);
+    EXPECT_NE(unknown.err.find("Unknown region or faulty domain in \"region\": usx\n"), std::string::npos);
+    EXPECT_EQ(read_page(dir.file("y.ps")).pages, 1) << "the page before it stays";
+}
+
 }  // namespace
 }  // namespace zav::test
