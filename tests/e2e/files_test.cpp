@@ -62,6 +62,8 @@ struct HintCase {
     const char* told;
 };
 
+void PrintTo(const HintCase& c, std::ostream* out) { *out << c.name; }
+
 class Hints : public ::testing::TestWithParam<HintCase> {};
 
 TEST_P(Hints, TellWhatTheFileHas) {

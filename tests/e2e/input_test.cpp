@@ -48,11 +48,13 @@ TEST(Program, ExitStatusesTellScriptsWhatHappened) {
 
 TEST(Program, StreamsDrawThePageOfTheFile) {
     const TempDir dir;
-    const std::string chart = "-me warn -ft h24 -le 500 -va hght,temp:C -pl ln -in 60 ";
-    const std::string native = "-me warn -ft h24 -le 500 -va temp:C -pl ln -in 5 ";
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght,temp:C -pl ln -in 60 -la lr:run_%D ";
+    const std::string native = "-me warn -ft h24 -le 500 -va temp:C -pl ln -in 5 -la lr:run_%D ";
     const std::string data = read_file(SAMPLE);
-    ASSERT_EQ(run_program(dir.path(), chart + "-de p,file.ps " + SAMPLE).status, 0);
-    ASSERT_EQ(run_program(dir.path(), native + "-of zav,native.grd -de p,text.ps " + SAMPLE).status, 0);
+    dir.write("plain.grb", data);  // a name that tells no date
+    ASSERT_EQ(run_program(dir.path(), chart + "-de p,file.ps plain.grb").status, 0);
+    ASSERT_EQ(run_program(dir.path(), native + "-of zav,native.grd -de p,x.ps plain.grb").status, 0);
+    ASSERT_EQ(run_program(dir.path(), native + "-de p,text.ps native.grd").status, 0);
     dir.write("damaged.sh", "cat '" + SAMPLE + "'; exit 3\n");
     run_command("cd '" + dir.path().string() + "' && mkfifo fifo && (cat '" + SAMPLE + "' >fifo) >/dev/null 2>&1 &");
     struct Case {
@@ -75,6 +77,8 @@ TEST(Program, StreamsDrawThePageOfTheFile) {
         EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file(c.page))) << c.options;
         std::filesystem::remove(dir.file("x.ps"));
     }
+    EXPECT_NE(read_file(dir.file("file.ps")).find(" run 1200Z 15 JAN 26\n"), std::string::npos);
+    EXPECT_EQ(read_file(dir.file("text.ps")).find(" run 80"), std::string::npos) << "no date is told for none";
     // What was read as data answers no question.
     const Outcome asked = run_program(dir.path(), "-le 500 -va hght -de p,x.ps -re us -", data + "\nh24\n");
     EXPECT_LT(asked.status, 1000);
