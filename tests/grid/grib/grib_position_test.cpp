@@ -145,18 +145,37 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-const std::string ROUND = "latitudeOfFirstGridPoint=90000000,latitudeOfLastGridPoint=-90000000,";
-const std::string ROUND1 = "latitudeOfFirstGridPoint=90000,latitudeOfLastGridPoint=-90000,";
-const std::string START = "latitudeOfFirstGridPoint=40000000,longitudeOfFirstGridPoint=250000000,";
-const std::string START1 = "latitudeOfFirstGridPoint=40000,longitudeOfFirstGridPoint=-110000,";
-const std::string STEP = "DxInMetres=50000,DyInMetres=50000,jScansPositively=1,";
-const std::string CONE = STEP + "LoVInDegrees=260,Latin1InDegrees=30,Latin2InDegrees=60";
-const std::string CONE1 = STEP + "LoVInDegrees=-100,Latin1InDegrees=30,Latin2InDegrees=60";
-const std::string DISC = STEP + "orientationOfTheGridInDegrees=260,LaDInDegrees=";
-const std::string SOUTH =
-    STEP + "latitudeOfFirstGridPoint=-40000000,longitudeOfFirstGridPoint=250000000,projectionCentreFlag=128,";
-const std::string OUR_RADIUS =
-    ",shapeOfTheEarth=1,scaleFactorOfRadiusOfSphericalEarth=0,scaledValueOfRadiusOfSphericalEarth=6371220";
+/// Latitudes and longitudes of the ends in degrees. The message rounds the increments.
+Message latlon(const char* name, int edition, int nx, int ny, double lat1, double lat2, double lon1, double lon2) {
+    const double unit = edition == 1 ? 1e3 : 1e6;
+    return {name,
+            edition,
+            "regular_ll",
+            nx,
+            ny,
+            text_format("latitudeOfFirstGridPoint=%.0f,latitudeOfLastGridPoint=%.0f,longitudeOfFirstGridPoint=%.0f,"
+                        "longitudeOfLastGridPoint=%.0f,iDirectionIncrement=%.0f,jDirectionIncrement=%.0f,"
+                        "jScansPositively=%d",
+                        unit * lat1, unit * lat2, unit * lon1, unit * lon2,
+                        unit * std::fmod(lon2 - lon1 + 360.0 + 1e-9, 360.0 + 1e-6) / (nx - 1),
+                        unit * std::fabs(lat2 - lat1) / (ny - 1), lat2 > lat1 ? 1 : 0),
+            DEGREES};
+}
+
+/// A grid of 8 by 6 points that begins at this latitude and at 250 degrees east, with steps of 50 km.
+Message plane(const char* name, int edition, const char* type, int lat, const char* keys, double tolerance) {
+    const char* step = *type == 'm' ? "Di" : "Dx";
+    const char* other = *type == 'm' ? "Dj" : "Dy";
+    return {name,
+            edition,
+            type,
+            8,
+            6,
+            text_format("latitudeOfFirstGridPointInDegrees=%d,longitudeOfFirstGridPointInDegrees=%d,jScansPositively=1,"
+                        "%sInMetres=50000,%sInMetres=50000,%s",
+                        lat, edition == 1 ? -110 : 250, step, other, keys),
+            tolerance};
+}
 
 class GribMadePosition : public testing::TestWithParam<Message> {};
 
@@ -169,51 +188,25 @@ TEST_P(GribMadePosition, PointsLieWhereTheMessageSays) {
 
 INSTANTIATE_TEST_SUITE_P(
     Messages, GribMadePosition,
-    testing::Values(
-        Message{"lambert1_8x6", 1, "lambert", 8, 6, START1 + CONE1, STEPS},
-        Message{"lambert2_8x6", 2, "lambert", 8, 6, START + CONE + OUR_RADIUS, STEPS},
-        Message{"lambert2_9x7", 2, "lambert", 9, 7, START + CONE, STEPS},
-        Message{"lambert2_minor_axis_given", 2, "lambert", 8, 6,
-                START + CONE + OUR_RADIUS + ",scaleFactorOfEarthMinorAxis=1,scaledValueOfEarthMinorAxis=16777216",
-                STEPS},
-        Message{"polar1_8x6", 1, "polar_stereographic", 8, 6, START1 + STEP + "orientationOfTheGridInDegrees=-100",
-                STEPS},
-        Message{"polar2_lad_60", 2, "polar_stereographic", 8, 6, START + DISC + "60" + OUR_RADIUS, STEPS},
-        Message{"polar2_lad_90", 2, "polar_stereographic", 8, 6, START + DISC + "90", STEPS},
-        Message{"polar2_south_lad_minus_60", 2, "polar_stereographic", 9, 6, SOUTH + DISC + "-60", STEPS},
-        Message{"mercator1", 1, "mercator", 8, 6,
-                START1 + "DiInMetres=50000,DjInMetres=50000,Latin=20000,jScansPositively=1", DEGREES},
-        Message{"mercator2", 2, "mercator", 9, 6,
-                START + "DiInMetres=50000,DjInMetres=50000,LaDInDegrees=20,jScansPositively=1", DEGREES},
-        Message{
-            "mercator2_south", 2, "mercator", 9, 6,
-            "latitudeOfFirstGridPoint=-40000000,DiInMetres=50000,DjInMetres=50000,LaDInDegrees=-20,jScansPositively=1",
-            DEGREES},
-        Message{"latlon1_increments_not_given", 1, "regular_ll", 36, 10,
-                ROUND1 + "longitudeOfFirstGridPoint=0,longitudeOfLastGridPoint=350000,ijDirectionIncrementGiven=0",
-                DEGREES},
-        Message{"latlon1_increments_rounded", 1, "regular_ll", 181, 91,
-                "latitudeOfFirstGridPoint=60000,latitudeOfLastGridPoint=42000,longitudeOfFirstGridPoint=-30000,"
-                "longitudeOfLastGridPoint=30000,"
-                "iDirectionIncrement=333,jDirectionIncrement=200",
-                DEGREES},
-        Message{"latlon2_first_meridian_repeated", 2, "regular_ll", 37, 19,
-                ROUND + "longitudeOfFirstGridPoint=0,longitudeOfLastGridPoint=360000000,iDirectionIncrement=10000000,"
-                        "jDirectionIncrement=10000000",
-                DEGREES},
-        Message{"latlon2_across_greenwich", 2, "regular_ll", 37, 19,
-                ROUND + "longitudeOfFirstGridPoint=350000000,longitudeOfLastGridPoint=26000000,iDirectionIncrement="
-                        "1000000,jDirectionIncrement=10000000",
-                DEGREES},
-        Message{"latlon2_across_date_line", 2, "regular_ll", 10, 19,
-                ROUND + "longitudeOfFirstGridPoint=175000000,longitudeOfLastGridPoint=184000000,iDirectionIncrement="
-                        "1000000,jDirectionIncrement=10000000",
-                DEGREES},
-        Message{"latlon2_south_to_north", 2, "regular_ll", 36, 19,
-                "latitudeOfFirstGridPoint=-90000000,latitudeOfLastGridPoint=90000000,longitudeOfFirstGridPoint=0,"
-                "longitudeOfLastGridPoint=350000000,"
-                "iDirectionIncrement=10000000,jDirectionIncrement=10000000,jScansPositively=1",
-                DEGREES}),
+    testing::Values(plane("lambert1", 1, "lambert", 40, "LoVInDegrees=-100,Latin1InDegrees=30,Latin2InDegrees=60",
+                          STEPS),
+                    plane("lambert2_minor_axis_given", 2, "lambert", 40,
+                          "LoVInDegrees=260,Latin1InDegrees=30,Latin2InDegrees=60,scaleFactorOfEarthMinorAxis=1,"
+                          "scaledValueOfEarthMinorAxis=16777216",
+                          STEPS),
+                    plane("polar1", 1, "polar_stereographic", 40, "orientationOfTheGridInDegrees=-100", STEPS),
+                    plane("polar2_lad_90", 2, "polar_stereographic", 40,
+                          "orientationOfTheGridInDegrees=260,LaDInDegrees=90", STEPS),
+                    plane("polar2_lad_minus_60", 2, "polar_stereographic", -40,
+                          "orientationOfTheGridInDegrees=260,LaDInDegrees=-60,projectionCentreFlag=128", STEPS),
+                    plane("mercator1", 1, "mercator", 40, "Latin=20000", DEGREES),
+                    plane("mercator2", 2, "mercator", 40, "LaDInDegrees=20", DEGREES),
+                    plane("mercator2_south", 2, "mercator", -40, "LaDInDegrees=-20,shapeOfTheEarth=6", DEGREES),
+                    latlon("latlon1_increments_rounded", 1, 181, 91, 60, 42, -30, 30),
+                    latlon("latlon2_first_meridian_repeated", 2, 37, 19, 90, -90, 0, 360),
+                    latlon("latlon2_across_greenwich", 2, 37, 19, 90, -90, 350, 26),
+                    latlon("latlon2_across_date_line", 2, 10, 20, 90, -90, 175, 184),
+                    latlon("latlon2_south_to_north", 2, 36, 19, -90, 90, 0, 350)),
     [](const auto& row) { return std::string(row.param.name); });
 
 /// A Lambert or polar stereographic grid by chance, with PROJ's words for it.
@@ -235,7 +228,10 @@ Chance by_chance(std::mt19937& random) {
     const Earth earths[] = {{"+R=6367470", 1, "earthIsOblate=0", STEPS},
                             {"+a=6378160 +b=6356775", 1, "earthIsOblate=1", SPHEROID},
                             {"+R=6371229", 2, "shapeOfTheEarth=6", STEPS},
-                            {"+R=6371220", 2, OUR_RADIUS.c_str() + 1, STEPS},
+                            {"+R=6371220", 2,
+                             "shapeOfTheEarth=1,scaleFactorOfRadiusOfSphericalEarth=0,"
+                             "scaledValueOfRadiusOfSphericalEarth=6371220",
+                             STEPS},
                             {"+ellps=GRS80", 2, "shapeOfTheEarth=4", SPHEROID}};
     const Earth& earth = earths[number(0, 4)];
     const int side = number(0, 1) ? 1 : -1;
@@ -379,6 +375,13 @@ INSTANTIATE_TEST_SUITE_P(Messages, GribOtherGrid,
                                          Change{"columns1", "regular_ll_pl_grib1", ",jPointsAreConsecutive=1"},
                                          Change{"columns2", "regular_ll_pl_grib2", ",jPointsAreConsecutive=1"}),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(GribPosition, CountsBeyondAnIntAreRefused) {
+    if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
+    const test::TempDir dir;
+    const std::string path = changed(dir, "regular_ll_pl_grib2", ",Ni=2147483648");
+    EXPECT_EQ(first_field(path, GRD_READ_HEADER).domain.proj, MISS);
+}
 
 TEST(GribPosition, IncrementsThatArentGivenFollowFromTheEnds) {
     if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
