@@ -125,16 +125,6 @@ TEST_F(Grib, QuasiRegularRowsAreStretched) {
     }
 }
 
-TEST_F(Grib, CountsThatCantBe) {
-    for (const std::int64_t columns : {0x80000000LL, 0xFFFFFFFELL, 0LL}) {
-        Bytes grid = latlon(0, 2, 0);
-        set(grid, 31, columns, 4);
-        const auto records =
-            read(message2(0, {identification(), grid, product(), simple(6, 0), bitmap(255), data({})}));
-        for (const GRD_report& grd : records) EXPECT_EQ(grd.domain.proj, MISS) << columns;
-    }
-}
-
 TEST_F(Grib, SurfacesAndTimesOfEdition2) {
     struct Case {
         int type1, scale, value1, type2, value2, ltype, level;
