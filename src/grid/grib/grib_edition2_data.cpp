@@ -30,19 +30,10 @@ void decode_scale(const Octets& section) {
     state.dscale = grib_decimal(section.s16(18));
 }
 
-float substitute(const Octets& section, int number) {
-    const unsigned char* bytes = section.bytes(number, 4);
-    return bytes ? GRIB_ieee_float_conv(bytes) : FMISS;
-}
-
 void decode_complex(const Octets& section) {
     GribPacking& packing = grib_state().packing;
     packing.num_bits_gref = section.u8(20);
-    packing.data_type = section.u8(21);
-    packing.split_method = section.u8(22);
     packing.miss_type = section.u8(23);
-    if (packing.miss_type > 0) packing.miss1 = substitute(section, 24);
-    if (packing.miss_type > 1) packing.miss2 = substitute(section, 28);
     packing.num_group = section.u32(32);
     packing.ref_gwidth = section.u8(36);
     packing.num_bits_gwidth = section.u8(37);
@@ -298,7 +289,6 @@ int GRIB_DRS(int grd_fd, GRD_report* /*grd*/) {
             MESS_print(MESS_DEBUG, "Grid point - simple packing\n");
             decode_scale(section);
             packing.num_bits = section.u8(20);
-            packing.data_type = section.u8(21);
             break;
         case COMPLEX:
         case COMPLEX_DIFF:

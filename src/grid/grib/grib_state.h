@@ -62,11 +62,7 @@ struct GribPacking {
     long points = 0;  ///< packed values
     int type = -1;    ///< template
     int num_bits = 0;
-    int data_type = 0;
-    int split_method = 0;
     int miss_type = 0;
-    float miss1 = 0.0F;
-    float miss2 = 0.0F;
     long num_group = 0;
     long ref_gwidth = 0;
     int num_bits_gwidth = 0;

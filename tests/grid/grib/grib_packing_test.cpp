@@ -370,28 +370,6 @@ TEST_F(Packing, RunsOfLevels) {
     }
 }
 
-TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
-    Bytes drs = section2(5, 27);
-    for (const auto& [octet, value] : {std::pair{9, 6}, {11, 200}, {12, 3}, {14, 5}, {16, 5}}) set(drs, octet, value);
-    const Bytes message =
-        message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data({0b10011111, 0b00000010})});
-    dir.write("runs.grb", std::string(message.begin(), message.end()));
-    int type = GRD_TYPE_GRIB;
-    const int fd = GRD_open("runs.grb", 0, &type);
-    GRD_report grd;
-    int number = 0;
-    MESS_set(0, MESS_DEBUG);
-    const test::Output said = test::capture([&] { GRD_read(fd, &grd, GRD_READ_LABELS, &number); });
-    MESS_set(0, MESS_NONE);
-    GRD_close(fd);
-    EXPECT_TRUE(GRD_has_values(&grd));  // in edition 2 labels come with the values
-    // 3-bit numbers 4 7 6 0 1, of which 6 and 7 are digits of a count
-    for (const char* line : {"num = 2 mult = 2 new_val = 7\n", "num = 2 mult = 4 new_val = 6\n",
-                             "cnt = 2 new_val = 0 val = 4\nbyte: 2 loc: 2 0 new_val = 0 val = 4 num = 2\n"}) {
-        EXPECT_NE((said.out + said.err).find(line), std::string::npos) << said.out << said.err;
-    }
-}
-
 TEST_F(Packing, Edition1) {
     for (int i = 0; i < 400; ++i) {
         const int width = i % 33;
@@ -423,17 +401,79 @@ TEST_F(Packing, Edition1) {
     }
 }
 
-TEST_F(Packing, OtherPackingsOfEdition1AreRefused) {
-    for (const int flags : {0x80, 0x40, 0x10, 0xC0, 0x50}) {
-        Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);
-        set(message, 8 + 28 + 32 + 4, flags);
-        MESS_set(0, MESS_WARN);
-        std::vector<GRD_report> records;
-        const test::Output said = test::capture([&] { records = read(join({message, message})); });
-        ASSERT_EQ(records.size(), 2U) << flags;
-        EXPECT_FALSE(records[1].grid) << flags;
-        const std::string words = "GRIB_BDB: packing of this field is not decoded: " + std::to_string(flags >> 4);
-        EXPECT_NE((said.out + said.err).find(words), std::string::npos) << said.out << said.err;
+/// The plausibility test of packed numbers, told step by step.
+struct Watch {
+    int max = 0;
+    int limit = 0;
+    int count = 0;
+    int before = -1;
+    bool garbled = false;
+    std::array<int, 20> jumps{};
+
+    void start_row() {
+        count = 0;
+        jumps.fill(0);
+    }
+    float see(int n) {
+        jumps[static_cast<std::size_t>(count % 20)] = count > 0 && before >= 0 && std::abs(n - before) > limit;
+        if (std::count(jumps.begin(), jumps.end(), 1) > max) garbled = true;
+        before = n;
+        ++count;
+        return garbled ? FMISS : static_cast<float>(n);
+    }
+};
+
+/// A row of `n` values on `nx` points.
+Values stretched(const Values& row, int nx) {
+    Values out;
+    const float step = static_cast<float>(row.size() - 1) / static_cast<float>(nx - 1);
+    float f = 0.0F;
+    std::size_t k = 2;
+    for (int x = 0; x < nx; ++x, f += step) {
+        if (f >= 1.0F && k < row.size()) {
+            ++k;
+            f -= 1.0F;
+        }
+        const float a = row[k - 2];
+        const float b = row[k - 1];
+        out.push_back(a == FMISS || b == FMISS ? FMISS : f * b + (1.0F - f) * a);
+    }
+    return out;
+}
+
+TEST_F(Packing, RowsOfEdition1StretchedAndWatched) {
+    read(message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8));  // the first field of a run has another limit
+    for (int i = 0; i < 300; ++i) {
+        const bool thin = i % 2 == 0;
+        const int ny = between(1, 5);
+        std::vector<int> lengths;
+        for (int row = 0; row < ny; ++row) lengths.push_back(thin || row == 0 ? between(2, 40) : lengths[0]);
+        const int nx = *std::max_element(lengths.begin(), lengths.end());
+        Watch watch{between(1, 8), 1 << 7};
+        Bytes grid = latlon1(thin ? 0xFFFF : nx, ny, 0);
+        set(grid, 5, thin ? 33 : 255);
+        const bool south = below(2) == 0;
+        set(grid, 28, south ? 0x40 : 0);
+        Bytes packed;
+        Values expected;
+        for (const int length : lengths) {
+            if (thin) put(grid, length, 2);
+            watch.start_row();
+            Values row;
+            for (int x = 0; x < length; ++x) {
+                packed.push_back(static_cast<unsigned char>(below(4) == 0 ? between(60, 255) : between(0, 120)));
+                if (thin && x == 2) watch.start_row();
+                row.push_back(watch.see(packed.back()));
+            }
+            if (thin) row = stretched(row, nx);
+            expected.insert(south ? expected.begin() : expected.end(), row.begin(), row.end());
+        }
+        set(grid, 1, static_cast<std::int64_t>(grid.size()), 3);
+        GRIB_set_max_bad(watch.max);
+        const auto records = read(message1([](Bytes&) {}, grid, packed, 8));
+        GRIB_set_max_bad(-1);
+        ASSERT_EQ(records.size(), 1U);
+        ASSERT_EQ(values(records[0]), expected) << i;
     }
 }
 
