@@ -415,8 +415,10 @@ TEST_F(SearchFile, TextMessagesAreSteppedThrough) {
     const int fd = open_read(dir.write("m.txt", text));
     ASSERT_GE(fd, 0);
     GRD_report grid;
+    grid.units = "of another record";
     int number = 0;
     ASSERT_EQ(GRD_read(fd, &grid, 1, &number), 0);
+    EXPECT_EQ(grid.units, "");
     EXPECT_EQ(grid.level, 500);
     EXPECT_EQ(grid.source, 7);
     EXPECT_EQ(grid.type, 71);
