@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(Centres, RealFile,
                                            FileCase{"bulletin_41bytes.grib1", "-if grib -ft h72 -le miss -va pmsl:mb",
                                                     200},
                                            FileCase{"reduced_latlon.grib1", "-ft h24 -le 850 -va temp", 500},
-                                           FileCase{"scanning_mode_64.grib1", "-ft init -le sfc -va 235", 500},
+                                           FileCase{"scanning_mode_64.grib1", "-ft init -le sfc -va skt", 500},
                                            FileCase{"missing_values.grib1", "-ft init -le 2m_ag -va temp", 300}),
                          [](const auto& given) {
                              std::string name = std::string(given.param.name) + std::to_string(given.index);

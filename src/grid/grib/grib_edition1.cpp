@@ -107,12 +107,13 @@ void decode_level(const Octets& block, GRD_report* grd) {
 /// The parameter by its table. A local table has numbers of its own, so that no other table names its parameters.
 void decode_variable(const Octets& block, GRD_report* grd) {
     constexpr int US_TABLE = 129;
+    constexpr int REFLECTIVITY = 212;
     const int table = block.u8(4);
     const int param = block.u8(9);
     const bool ecmwf = grd->source == GRIB_ECMWF && table == GRIB_ECMWF_TABLE;
     grib_state().table = table;
-    if (table == US_TABLE && grd->source != GRIB_ECMWF) {
-        if (param == 212) grd->var = 491;
+    if (table == US_TABLE && param == REFLECTIVITY && grd->source != GRIB_ECMWF) {
+        grd->var = 491;
     } else if (grd->version == 1 && table >= GRIB_FIRST_LOCAL_TABLE && !ecmwf) {
         grd->var = table * GRIB_TABLE + param;
     } else {
