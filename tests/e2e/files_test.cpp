@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
                       FileCase{"era5_levels_members.grib1", "-ft init -le 500 -va geopt", 500},
                       FileCase{"bulletin_41bytes.grib1", "-if grib -ft h72 -le miss -va pmsl:mb", 200},
                       FileCase{"reduced_latlon.grib1", "-ft h24 -le 850 -va temp", 500},
-                      FileCase{"scanning_mode_64.grib1", "-ft init -le sfc -va 235", 500},
+                      FileCase{"scanning_mode_64.grib1", "-ft init -le sfc -va skt", 500},
                       FileCase{"missing_values.grib1", "-ft init -le 2m_ag -va temp", 300}),
     [](const auto& given) {
         const std::string options = given.param.options;
@@ -75,7 +75,7 @@ TEST_P(Hints, TellWhatTheFileHas) {
     const Outcome run = run_program(dir.path(), chart + source);
     EXPECT_EQ(run.status, c.status) << run.err;
     EXPECT_NE(run.err.find(c.told), std::string::npos) << run.err;
-    EXPECT_EQ(read_page(dir.file("x.ps")).pages, 1);
+    EXPECT_EQ(read_page(dir.file("x.ps")).pages, c.status == 0 ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "e2e/program.h"
+#include "frame/status.h"
 #include "support/support.h"
 
 namespace zav::test {
@@ -153,7 +154,7 @@ TEST(Program, OptionsOfAnyKindAreHarmless) {
     for (const std::string& option : hostile) {
         const TempDir dir;
         const Outcome run = run_program(dir.path(), "-me warn " + CHART + option + " " + SAMPLE);
-        EXPECT_LT(run.status, 100) << option << "\n" << run.err;
+        EXPECT_LE(run.status, STATUS_OUTPUT) << option << "\n" << run.err;
     }
     const TempDir dir;
     std::string many;
@@ -169,12 +170,12 @@ TEST(Program, LookupFilesMayBeMissingOrSpoilt) {
     for (int i = 0; i < 4000; i++) binary += static_cast<char>(i * 37);
     const std::string spoilt[] = {std::string(100000, 'x'), binary, "1 2 3\n\n# \n:::\n-\n", ""};
     const TempDir absent;
-    EXPECT_LT(run_program(absent.path(), "-me warn -fp . -va 7 " + CHART + SAMPLE).status, 100);
+    EXPECT_LT(run_program(absent.path(), "-me warn -fp . -va 7 " + CHART + SAMPLE).status, STATUS_OUTPUT);
     for (const std::string& content : spoilt) {
         const TempDir dir;
         for (const char* name : names) dir.write(name, content);
         const Outcome run = run_program(dir.path(), "-me warn -fp . -mo gfs -va hght " + CHART + SAMPLE);
-        EXPECT_LT(run.status, 100) << content.substr(0, 30) << run.err;
+        EXPECT_LE(run.status, STATUS_OUTPUT) << content.substr(0, 30) << run.err;
     }
 }
 

@@ -199,6 +199,7 @@ void record_from_index(GRD_file* file, GRD_report* grd, int rep_type) {
     grd->version = 1;
     grd->source = file->grid == 10 ? ECMWF : EDITION1_SOURCE;
     grd->date = file->date;
+    grib_state().table = 0;
     GRD_decode_index(grib_state().place.index_line, grd);
     GRIB_units(grd);
     GRIB_set_domain(grd->type, &grd->domain);

@@ -90,6 +90,7 @@ struct GribBadTest {
 struct GribState {
     int version = -1;
     int source = -1;
+    int table = 0;  ///< edition 1: parameter table, 0 unknown
     int discipline = -1;
     int sect = -1;
     long slen = 0;

@@ -78,6 +78,7 @@ void settle_units(GRD_report* const* grids, std::string* units) {
     }
     GRD_units(grids[0], *units);
     if (grids[1] != nullptr) GRD_units(grids[1], *units);
+    *units = fit_text(grids[0]->units, GRD_UNITS_SIZE);
 }
 
 /// How a variable is drawn.
@@ -173,7 +174,7 @@ void end_frame() {
 
 /// The label of a layer that was drawn.
 void label_layer(int ind) {
-    if (VAR_is_LABEL(ind) == 0) return;
+    if (VAR_is_LABEL(ind) == 0 && VAR_is_SUBREG(ind) == 0) return;
     if (is_vector_type(VAR_get_type(ind)) || is_vector_layer(ind) || PLT_get_label_type() < 0) {
         PLT_label_up_left(VAR_make_var_form_datatype(ind));
     } else {

@@ -138,6 +138,10 @@ TEST_F(Grib, ProductBlock) {
         {"longitude", {{9, 177}}, &GRD_report::var, 571},
         {"table 129", {{4, 129}, {9, 212}}, &GRD_report::var, 491},
         {"ECMWF", {{5, 98}, {9, 167}}, &GRD_report::ltype, 105},
+        {"ECMWF's own table", {{4, 128}, {5, 98}, {9, 59}}, &GRD_report::var, 157},
+        {"not in it", {{4, 128}, {5, 98}, {9, 126}}, &GRD_report::var, 128126},
+        {"another local table", {{4, 140}, {5, 98}, {9, 229}}, &GRD_report::var, 140229},
+        {"tropopause", {{10, 8}}, &GRD_report::level, 0},
     };
     for (const Case& c : cases) {
         const auto records = read(message1(
