@@ -227,13 +227,15 @@ int GRD_units(GRD_report* grid, const std::string& units) {
     MESS_print(MESS_DEBUG, "GRD_units: %s -> %s\n", grid->units.c_str(), units.c_str());
     const UnitConversion conversion = UNIT_find(grid->units, units);
     // Values without units may be given a name for them.
-    if (conversion.kind == UnitConversion::Kind::unknown && !grid->units.empty()) {
+    using Kind = UnitConversion::Kind;
+    const bool unknown = conversion.kind == Kind::unknown || conversion.kind == Kind::none;
+    if (unknown && !grid->units.empty()) {
         MESS_print(MESS_WARN, "GRD_units: No conversion from %s to %s: %s\n", grid->units.c_str(), units.c_str(),
                    grid->info.c_str());
         ZAV_note(STATUS_WORD);
         return -1;
     }
-    change_values(grid, [&conversion](float value) { return conversion(value); });
+    if (conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
     if (units.empty()) return 0;
     grid->units = fit_text(units, GRD_UNITS_SIZE);
     UNIT_change(grid->info, grid->units);
