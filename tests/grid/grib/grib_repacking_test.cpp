@@ -84,6 +84,15 @@ TEST_F(Grib, AnImageCountsMoreThanTheNumberOfItsPoints) {
     const Values lower = values(read(changed).at(0));
     ASSERT_EQ(lower.size() * static_cast<std::size_t>(ny), expected.size() * static_cast<std::size_t>(ny - 1));
     EXPECT_TRUE(std::equal(lower.begin(), lower.end(), expected.begin()));
+    changed = message;
+    changed[static_cast<std::size_t>(grid + 71)] |= 0x10;  // every second row runs backward
+    const Values turned = values(read(changed).at(0));
+    const long nx = static_cast<long>(expected.size()) / ny;
+    for (long row = 0; row < ny; ++row) {
+        Values line(turned.begin() + row * nx, turned.begin() + (row + 1) * nx);
+        if (row % 2 == 1) std::reverse(line.begin(), line.end());
+        ASSERT_TRUE(std::equal(line.begin(), line.end(), expected.begin() + row * nx)) << row;
+    }
 }
 
 }  // namespace

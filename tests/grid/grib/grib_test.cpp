@@ -156,6 +156,16 @@ TEST_F(Grib, ProductBlock) {
     }
 }
 
+TEST_F(Grib, PoleAtTheEndOfGrid25) {
+    Bytes packed(72 * 18 + 1, 5);
+    packed.back() = 9;
+    const auto records = read(message1([](Bytes& block) { set(block, 7, 25); }, {}, packed, 8));
+    ASSERT_EQ(records.size(), 1U);
+    const Values grid = values(records[0]);
+    EXPECT_EQ(std::count(grid.begin(), grid.begin() + 73, 9.0F), 73);
+    EXPECT_EQ(std::count(grid.begin() + 73, grid.end(), 5.0F), 18 * 73);
+}
+
 TEST_F(Grib, EnsembleMemberOfTheUsCentre) {
     const auto records = read(message1(
         [](Bytes& block) {
