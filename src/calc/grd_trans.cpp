@@ -163,7 +163,7 @@ float GRD_get_value(const GRD_report* grid, float x, float y) {
 }
 
 float GRD_get_value_domain(const GRD_report* grid, const Domain* domain, float* x, float* y) {
-    if (!has_values(grid)) return FMISS;
+    if (grid == nullptr) return FMISS;
     to_grid_coordinates(grid, domain, x, y);
     return GRD_get_value(grid, *x, *y);
 }

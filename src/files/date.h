@@ -79,7 +79,7 @@ int DATE_make_label(const Date* date, std::string& str);
 /// Reads a label, which may stand at the end of a longer text. A text of another form leaves all fields at MISS.
 /// Result 0.
 int DATE_decode_label(const std::string& str, Date* date);
-/// A forecast hour as text: "12 hour"; with `flag` whole and half days are told as days. Returns `str`.
+/// The end of a time code as text: "12 hour"; with `flag` whole and half days are told as days. Returns `str`.
 const std::string& DATE_fhour_label(std::string& str, int fhour, int flag);
 /// Label of a forecast from seconds since 1970, with the model's name. `fhour` is a time code. 0, or -1 without a date.
 int DATE_make_label_for(int fhour, int model, long seconds, std::string& str);

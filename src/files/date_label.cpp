@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "files/date.h"
+#include "files/time_code.h"
 #include "frame/string.h"
 
 namespace zav {
@@ -35,36 +36,41 @@ std::string hour_minute_text(const Date& date, const Date& universal) {
     return text;
 }
 
-/// "12Z", or "12 PM EST [17Z]". `padded` gives the 24-hour clock two digits.
+/// "12Z", or "12 PM EST [17Z]", with the minutes of a time off the hour. `padded` gives the 24-hour clock two digits.
 std::string hour_text(const Date& date, const Date& universal, bool padded) {
+    if (date.min > 0) return hour_minute_text(date, universal);
     if (state.tz_pm == 0) return text_format(padded ? "%2.2d%s" : "%d%s", date.hour, state.tz_str.c_str());
     std::string text = half_day_clock(date.hour, "") + state.tz_str;
     if (state.tz_pm < 0) text += text_format(" [%2.2dZ]", universal.hour);
     return text;
 }
 
-/// A time code cut up for labels.
+/// A time code as labels tell it.
 struct TimeCode {
-    int kind = 0;
-    int start = 0;
-    int end = MISS;
-    int shown = MISS;  // hour that the label tells
+    TIME_range range;
+    long shown = 0;  ///< the time that the label begins with: minutes or months
 
-    bool is_hour() const { return shown != 0 && shown != MISS; }
-    long end_secs() const { return end == MISS ? 0 : 3600L * end; }
+    bool is_forecast() const { return shown != 0; }
+    bool is_late_start() const { return range.begin > 0 && range.end == 0; }
 };
 
-int no_long_period(int hours) { return hours == 800 || hours == 900 ? 0 : hours; }
-
 TimeCode split_time_code(int fhour) {
-    TimeCode code;
-    if (fhour != MISS) {
-        code.kind = fhour / 1000000;
-        code.start = no_long_period(fhour / 1000 % 1000);
-        code.end = no_long_period(fhour % 1000);
-    }
-    code.shown = code.kind < 6 ? code.end : code.start;
+    constexpr int FIRST_OF_FORECASTS = 10;  // kinds of ranges over several forecasts, whose end isn't a time
+    TimeCode code{TIME_split(fhour)};
+    const bool at_start = code.range.kind >= FIRST_OF_FORECASTS || (code.range.kind >= 6 && code.is_late_start());
+    code.shown = at_start ? code.range.begin : code.range.end;
     return code;
+}
+
+/// The time that a label begins with. `half_days` tells days and half days from 12 hours on.
+std::string forecast_text(const TimeCode& code, bool half_days) {
+    constexpr long HALF_DAY = TIME_DAY / 2;
+    constexpr long LAST_IN_HOURS = 60 * TIME_HOUR;
+    if (!code.is_forecast()) return "";
+    const bool in_days = code.range.unit == TIME_unit::hour && code.shown % HALF_DAY == 0 &&
+                         (code.shown > LAST_IN_HOURS || (half_days && code.shown > 0));
+    if (!in_days) return TIME_text(code.shown, code.range.unit);
+    return text_format(code.shown % TIME_DAY == 0 ? "%ld day" : "%ld.5 day", code.shown / TIME_DAY);
 }
 
 std::string model_name(int model) { return state.model_lookup ? state.model_lookup(model) : std::string(); }
@@ -91,11 +97,20 @@ Date valid_copy(const Date& date) {
     return copy;
 }
 
-/// Moment of a made-valid date and the hours of a time code behind it.
+/// Moment of the end of a time code behind a date.
+Moment end_of(Date date, const TIME_range& range) {
+    if (range.unit != TIME_unit::month) return Moment(DATE_num_sec(&date) + 60 * range.end);
+    const long month = date.month - 1 + range.end;
+    date.year += static_cast<int>(month / 12);
+    date.month = static_cast<int>(month % 12) + 1;
+    return Moment(DATE_num_sec(&date));
+}
+
+/// The same of a made-valid date.
 Moment valid_time(Date copy, const TimeCode& code) {
     if (copy.hour == MISS) copy.hour = 0;
     if (copy.min == MISS) copy.min = 0;
-    return Moment(DATE_num_sec(&copy) + code.end_secs());
+    return end_of(copy, code.range);
 }
 
 }  // namespace
@@ -208,35 +223,28 @@ int DATE_decode_label(const std::string& str, Date* date) {
 }
 
 const std::string& DATE_fhour_label(std::string& str, int fhour, int flag) {
-    str.clear();
-    if (fhour >= 901) {
-        str = text_format("%d month", fhour - 900);
-    } else if (fhour >= 801) {
-        str = text_format("%d day", fhour - 800);
-    } else if (fhour > 60 || (flag && fhour >= 12)) {
-        if (fhour % 24 == 0) str = text_format("%d day", fhour / 24);
-        if (fhour % 24 == 12) str = text_format("%d.5 day", fhour / 24);
-    }
-    if (str.empty() && fhour != 0 && fhour != MISS) str = text_format("%d hour", fhour);
+    TimeCode code{TIME_split(fhour)};
+    code.shown = code.range.end;
+    str = forecast_text(code, flag != 0);
     return str;
 }
 
 int DATE_make_label_for_time_mod(int fhour, const std::string& model, const Date* date, std::string& str) {
     const TimeCode code = split_time_code(fhour);
     const bool has_hour = date->hour != MISS;
-    DATE_fhour_label(str, code.shown, !has_hour);
-    if (code.is_hour()) str += ' ';
+    str = forecast_text(code, !has_hour);
+    if (code.is_forecast()) str += ' ';
     str += model;
 
     const Date copy = valid_copy(*date);
-    if (code.kind == 0 && !code.is_hour()) {
+    if (code.range.kind == 0 && !code.is_forecast()) {
         std::string label;
         DATE_make_label(&copy, label);
         str += (model.empty() ? "Analysis for " : " analysis for ") + label;
         return 0;
     }
 
-    const bool forecast = code.start < 1 || code.end != 0;
+    const bool forecast = !code.is_late_start();
     str += forecast ? " valid" : model.empty() ? "Analysis valid" : " analysis valid";
     const Moment moment = valid_time(copy, code);
     const Date& local = moment.local;
@@ -260,18 +268,20 @@ int DATE_make_label_for_time(int fhour, int model, const Date* date, std::string
 
 int DATE_make_label_for(int fhour, int model, long seconds, std::string& str) {
     const TimeCode code = split_time_code(fhour);
-    DATE_fhour_label(str, code.shown, 0);
-    if (code.is_hour()) str += ' ';
+    str = forecast_text(code, false);
+    if (code.is_forecast()) str += ' ';
     str += model_name(model);
     if (seconds == 0) {
         if (code.shown == 0) str += " analysis";
         return -1;
     }
 
-    const bool late_start = code.start >= 6 && code.end == 0;
-    const bool forecast = !late_start && code.is_hour();
+    const bool late_start = code.range.begin >= 6 * TIME_HOUR && code.range.end == 0;
+    const bool forecast = !late_start && code.is_forecast();
     str += late_start ? " analysis valid" : forecast ? " valid" : " analysis for";
-    const Moment moment(seconds + code.end_secs());
+    Date start;
+    DATE_get_gmdate(&seconds, &start);
+    const Moment moment = end_of(start, code.range);
     const Date& local = moment.local;
     const std::string hour = hour_text(local, moment.universal, true);
     const char* month = DATE_month(local.month);

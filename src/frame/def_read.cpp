@@ -1,6 +1,10 @@
 #include "frame/def_read.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <vector>
@@ -178,6 +182,13 @@ int DEF_open(const std::string& filename) {
     state.def_file.reset();
     state.def_file = ZAV_open_file(path, "r");
     return state.def_file ? 0 : -1;
+}
+
+bool DEF_trusted() {
+    struct stat info {};
+    if (!state.def_file || fstat(fileno(state.def_file.get()), &info) != 0) return false;
+    const bool is_own = info.st_uid == geteuid() || info.st_uid == 0;
+    return is_own && (info.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
 void DEF_close() { state.def_file.reset(); }

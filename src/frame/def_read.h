@@ -18,6 +18,8 @@ void DEF_clr_tag();
 /// Opens a resource file, or the one in a directory; an empty name means ".zavdef". 0, or -1.
 int DEF_open(const std::string& filename);
 void DEF_close();
+/// True if the open file is the user's or root's and nobody else may write it, so that its commands count.
+bool DEF_trusted();
 /// The next active pair of the open file: 1, or -1 at its end.
 int DEF_get(std::string& resrc, std::string& value);
 

@@ -39,6 +39,8 @@ struct frame_hooks {
     std::string (*time_text)() = nullptr;
     /// Makes the variable table ready before its menu is shown. Empty: nothing.
     void (*init_variables)() = nullptr;
+    /// Brings open output to its end before the program exits. Empty: nothing.
+    void (*break_off)() = nullptr;
 };
 
 /// The hooks in force. Set at start by ZAV_install_hooks.

@@ -26,9 +26,11 @@ std::vector<const MENU_item*> shown_items(std::span<const MENU_item> menu, int m
 
 void print_item(const MENU_item& item, std::size_t number, const char* end) {
     if (!item.name.empty() && item.name.front() == '-') {
-        MESS_print(MESS_PRINT, "%s%s", SEPARATOR, *end == '\n' ? end : "");
+        MESS_print(MESS_PRINT, "%s", SEPARATOR);
+        if (*end == '\n') MESS_print(MESS_PRINT, "\n");
     } else {
-        MESS_print(MESS_PRINT, " %2d: %-30s%s", static_cast<int>(number), item.name.c_str(), end);
+        MESS_print(MESS_PRINT, " %2d: %-30s", static_cast<int>(number), item.name.c_str());
+        MESS_text(MESS_PRINT, end);
     }
 }
 
@@ -47,7 +49,8 @@ void print_two_columns(const std::vector<const MENU_item*>& items) {
 void print_exit_lines(const std::string& back, bool two_columns, int flag) {
     const bool with_back = (flag & MENU_BACK) != 0;
     const bool with_exit = (flag & MENU_EXIT) != 0;
-    if (with_back) MESS_print(MESS_PRINT, "  0: %-30s%s", back.c_str(), with_exit && two_columns ? " " : "\n");
+    if (with_back) MESS_print(MESS_PRINT, "  0: %-30s", back.c_str());
+    if (with_back) MESS_text(MESS_PRINT, with_exit && two_columns ? " " : "\n");
     if (with_back && with_exit) MESS_print(MESS_PRINT, " -1: Exit program                  \n");
     if (with_exit && !with_back) MESS_print(MESS_PRINT, "  0: Exit program                  \n");
 }
@@ -102,7 +105,7 @@ const MENU_item* find_index(int index, std::span<const MENU_item> menu) {
 int MENU_print(const std::string& title, std::span<const MENU_item> menu, int menu_num, int flag) {
     const std::vector<const MENU_item*> items = shown_items(menu, menu_num);
     const bool two_columns = items.size() > ONE_COLUMN;
-    MESS_print(MESS_PRINT, "%s", title.c_str());
+    MESS_text(MESS_PRINT, title);
     MESS_print(MESS_PRINT, "\n");
     if (two_columns) {
         print_two_columns(items);

@@ -14,7 +14,7 @@
 namespace zav {
 namespace {
 
-constexpr std::size_t ABBR_SIZE = 9;
+constexpr std::size_t ABBR_SIZE = 80;  // whole, as it names a variable of its file; the tables have 8 columns for it
 constexpr std::size_t NAME_SIZE = 31;
 constexpr M_type FILE_WARNING = 64;
 constexpr const char* BLANKS = " \t\r\v\f";

@@ -7,6 +7,7 @@
 #include "frame/menu.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/system.h"
 #include "frame/tools.h"
@@ -19,6 +20,13 @@ constexpr std::size_t WORD_SIZE = 20;
 constexpr M_type SET_LEVEL = 2048;
 constexpr const char* BLANKS = " \t\v\f";
 
+[[noreturn]] void end_at(std::string prompt) {
+    trim_string(prompt);
+    const int status = ZAV_input_ended();
+    if (status != 0) MESS_print(MESS_WARN, "\nThe input ends at the question: %s\n", prompt.c_str());
+    ZAV_exit(status);
+}
+
 /// Shows a prompt and reads a line, trimmed. What a line holds beyond its limit is dropped, so that it doesn't answer
 /// the next question. The end of the input ends the program.
 std::string read_answer(const std::string& prompt) {
@@ -26,7 +34,7 @@ std::string read_answer(const std::string& prompt) {
     std::fflush(stdout);
     std::string line;
     int c = std::getchar();
-    if (c == EOF) ZAV_exit(0);
+    if (c == EOF) end_at(prompt);
     for (; c != EOF && c != '\n'; c = std::getchar()) {
         if (line.size() < LINE_SIZE && c != '\0') line += static_cast<char>(c);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -37,7 +38,8 @@ struct State {
     file_ptr ofile;
     file_ptr pfile;
     std::string filename;
-    bool writing = false;  // a message of the file opener itself mustn't open the message file again
+    bool stderr_only = false;  // standard output takes a page
+    bool writing = false;      // a message of the file opener itself mustn't open the message file again
 };
 State state;
 
@@ -68,6 +70,8 @@ std::string time_stamp() {
 }
 
 void write_text(std::FILE* file, const std::string& text) { std::fwrite(text.data(), 1, text.size(), file); }
+
+std::FILE* screen(bool is_error) { return is_error || state.stderr_only ? stderr : stdout; }
 
 /// Writes to the message file in the way of `mess_out`.
 void write_message_file(const std::string& text) {
@@ -173,6 +177,19 @@ void set_level_word(const std::string& word) {
     }
 }
 
+/// Shows a text that takes so many lines of a page. 1 if it reached the screen, else 0.
+int show(M_type type, const std::string& text, std::ptrdiff_t lines) {
+    if (state.ofile) write_text(state.ofile.get(), text);
+    write_message_file(text);
+    if (state.mess_out == OUT_FILE) return 0;
+    write_text(screen((type & (MESS_ERROR | MESS_WARN)) != 0), text);
+    if (state.page == PAGE_AUTOMATIC) {
+        state.lines += static_cast<int>(lines);
+        if (state.lines > state.max_lines) MESS_hold(type, "Press return to continue\n");
+    }
+    return 1;
+}
+
 }  // namespace
 
 int MESS_print(M_type type, const char* mess, ...) {
@@ -182,17 +199,13 @@ int MESS_print(M_type type, const char* mess, ...) {
     const std::string text = make_text(mess, args);
     va_end(args);
 
-    if (state.ofile) write_text(state.ofile.get(), text);
-    write_message_file(text);
-    if (state.mess_out == OUT_FILE) return 0;
-    write_text((type & (MESS_ERROR | MESS_WARN)) != 0 ? stderr : stdout, text);
+    // The page is counted by the format, so that a text with newlines of its own counts as one line.
+    return show(type, text, std::count(mess, mess + std::strlen(mess), '\n'));
+}
 
-    if (state.page == PAGE_AUTOMATIC) {
-        // The page is counted by the format, so that a text with newlines of its own counts as one line.
-        state.lines += static_cast<int>(std::count(mess, mess + std::strlen(mess), '\n'));
-        if (state.lines > state.max_lines) MESS_hold(type, "Press return to continue\n");
-    }
-    return 1;
+int MESS_text(M_type type, const std::string& text) {
+    if ((type & state.mess_level) == 0) return 0;
+    return show(type, text, std::count(text.begin(), text.end(), '\n'));
 }
 
 void MESS_print_prog(const std::string& string) {
@@ -246,6 +259,8 @@ void MESS_file_close() { state.ofile.reset(); }
 
 void MESS_set_out(int val) { state.mess_out = val; }
 
+void MESS_use_stderr() { state.stderr_only = true; }
+
 void MESS_set_page(int val) { state.page = val; }
 
 int MESS_get_max_lines() { return state.max_lines; }
@@ -253,7 +268,7 @@ int MESS_get_max_lines() { return state.max_lines; }
 void MESS_hold(M_type type, const std::string& mess) {
     if (!MESS_check(type) || state.mess_out == OUT_FILE || FLAG_batch() || state.page == PAGE_NONE) return;
     const bool to_error = (type & MESS_ERROR) != 0 && (type & MESS_WARN) != 0;
-    write_text(to_error ? stderr : stdout, mess);
+    write_text(screen(to_error), mess);
     std::fflush(stdout);
     std::getchar();
     state.lines = 0;

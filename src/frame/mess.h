@@ -21,8 +21,11 @@ constexpr M_type MESS_OUT4 = 0xF000000;     ///< fourth detail
 constexpr M_type MESS_DEBUG = 0xF0000000U;  ///< trace output
 
 /// Shows a message, built as by printf, wherever messages of `type` go. 1 if it reached the screen, else 0.
-/// A level that isn't shown costs one test: the text is not made.
+/// A level that isn't shown costs one test: the text is not made. A paging counts the newlines of `mess` alone.
 int MESS_print(M_type type, const char* mess, ...) __attribute__((format(printf, 2, 3)));
+
+/// As MESS_print for a text that the program has made: a paging counts all its lines.
+int MESS_text(M_type type, const std::string& text);
 
 /// Shows the heading of the program with its version at the progress level.
 void MESS_print_prog(const std::string& string);
@@ -46,6 +49,8 @@ void MESS_file_close();
 
 /// Destination: 1 screen and file, 0 file alone, -1 screen and file with time stamps, 2 file opened for each message.
 void MESS_set_out(int val);
+/// From here on all messages of the screen go to standard error, as standard output takes a page.
+void MESS_use_stderr();
 /// Paging: 0 none, 1 explicit holds only, 2 after each page.
 void MESS_set_page(int val);
 /// Lines of a page.

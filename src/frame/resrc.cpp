@@ -80,7 +80,11 @@ const char* RES_get(const std::string& name) {
 
 int RES_getval(const std::string& name, const res_out& out, DEF_convert cvt) {
     const res_obj* object = RES_find(name);
-    if (object == nullptr || std::holds_alternative<std::monostate>(out)) return 0;
+    if (!RES_target_fits(out, cvt)) {
+        MESS_print(MESS_ERROR, "RES_getval: The target doesn't take the value of the resource: %s\n", name.c_str());
+        return 0;
+    }
+    if (object == nullptr) return 0;
     return RES_conv_data(object->data ? object->data->c_str() : nullptr, out, cvt);
 }
 

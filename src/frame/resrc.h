@@ -37,6 +37,7 @@ enum DEF_convert : int {
 };
 
 /// Where a conversion stores its result. A target of another type than the conversion gives is left as it is.
+/// Conversions that set flags, messages or the forced date need none.
 using res_out =
     std::variant<std::monostate, int*, short*, long*, float*, std::string*, std::vector<std::string>*, Domain*>;
 
@@ -162,12 +163,16 @@ int RES_put(const std::string& name, const std::string& value);
 
 /// The value of a resource: null for an unknown name, empty for one without data. Valid until it is set again.
 const char* RES_get(const std::string& name);
-/// Converts the value of a resource into `out`. 1, or 0 if the resource is unknown or nothing was converted.
+/// Converts the value of a resource into `out`. 1, or 0 if the resource is unknown or nothing was converted. A target
+/// that doesn't take what the conversion gives is the caller's fault, and told as an error.
 int RES_getval(const std::string& name, const res_out& out, DEF_convert cvt);
 /// The words of a value, cut at newlines for a CV_strings resource and at commas for others. Result: their number.
 int RES_getvals(const std::string& name, std::vector<std::string>& paramv);
 /// Converts a text, absent for an option without a value, into `out`. 1 when converted, 0 when there was nothing to do.
 int RES_conv_data(const char* data, const res_out& out, DEF_convert cvt);
+
+/// True if `out` takes what the conversion gives.
+bool RES_target_fits(const res_out& out, DEF_convert cvt);
 
 /// Prints all resources.
 void RES_list();

@@ -253,6 +253,33 @@ int convert_text(const std::string& data, const res_out& out, DEF_convert cvt) {
 
 }  // namespace
 
+bool RES_target_fits(const res_out& out, DEF_convert cvt) {
+    switch (cvt) {
+        case CV_bool:
+        case CV_int:
+            return target<int>(out) != nullptr;
+        case CV_short:
+            return target<short>(out) != nullptr;
+        case CV_long:
+        case CV_color:
+            return target<long>(out) != nullptr;
+        case CV_float:
+            return target<float>(out) != nullptr;
+        case CV_string:
+        case CV_strcpy:
+        case CV_path:
+        case CV_device:
+            return target<std::string>(out) != nullptr;
+        case CV_strings:
+            return target<std::vector<std::string>>(out) != nullptr;
+        case CV_region:
+        case CV_domain:
+            return target<Domain>(out) != nullptr;
+        default:
+            return true;
+    }
+}
+
 int RES_conv_data(const char* data, const res_out& out, DEF_convert cvt) {
     switch (cvt) {
         case CV_bool:

@@ -123,9 +123,17 @@ void Decoder::read_path(const std::string& path) {
 
 void Decoder::read_file(const std::string& entry) {
     DEF_open(entry);
+    const bool trusted = DEF_trusted();
     std::string resrc;
     std::string value;
-    while (DEF_get(resrc, value) == 1) take_pair(resrc, value);
+    while (DEF_get(resrc, value) == 1) {
+        if (trusted || value.find('|') == std::string::npos) {
+            take_pair(resrc, value);
+        } else {
+            MESS_print(MESS_WARN, "RES_decode: A command in a file that others may write doesn't count: %s\n",
+                       resrc.c_str());
+        }
+    }
     DEF_close();
 }
 

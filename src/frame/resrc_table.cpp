@@ -57,7 +57,7 @@ constexpr Row ROWS[] = {
     {RES_time, "time", "zavtime", "ft", 0, CV_string, "-ft time", "Forecast time to be plotted or contoured"},
     {RES_level, "level", "zavlevel", "le", 0, CV_string, "-le level", "Vertical level to be plotted or contoured"},
     {RES_variable, "variable", "zavvar", "va", 0, CV_string, "-va var", "Variable to be plotted or contoured"},
-    {RES_plot_type, "plot_type", "zavplot", "pl", 0, CV_plot_type, "-pl type", "Plot type: cf,lcf,ln,dln,ndln,value,none"},
+    {RES_plot_type, "plot_type", "zavplot", "pl", 0, CV_plot_type, "-pl type", "Plot type: cf,lcf,ln,dln,ndln,value,vect,barb,strm,none"},
     {RES_plot_scale, "plot_scale", "zavscale", "sc", 0, CV_float, "-sc scale", "Text and wind vector scale factor"},
     {RES_plot_format, "plot_format", "zavformat", "fm", 0, CV_string, "-fm format", "Numeric format"},
     {RES_plot_param, "plot_param", "zavpltparam", "pp", 0, CV_string, "-pp param", "Plot parameters"},
@@ -134,8 +134,8 @@ void print_line(const char* label, const char* text) { MESS_print(MESS_PRINT, " 
 void print_domain_help(const Row& row) {
     MESS_print(MESS_PRINT, " %-10s\n", row.label);
     MESS_print(MESS_PRINT, "             %s\n", row.help);
-    for (const char* line : DOMAIN_HELP) MESS_print(MESS_PRINT, "%s", line);
-    if (row.type == RES_region) MESS_print(MESS_PRINT, "%s", REGION_HELP);
+    for (const char* line : DOMAIN_HELP) MESS_text(MESS_PRINT, line);
+    if (row.type == RES_region) MESS_text(MESS_PRINT, REGION_HELP);
 }
 
 void print_items(const res_type* res) {
@@ -179,7 +179,7 @@ void RES_help_item(res_type res) {
     if (row == nullptr || row->label == nullptr) return;
     if (row->cvt == CV_domain || row->cvt == CV_region) return print_domain_help(*row);
     print_line(row->label, row->help);
-    if (res == RES_message) MESS_print(MESS_PRINT, "%s", MESSAGE_HELP);
+    if (res == RES_message) MESS_text(MESS_PRINT, MESSAGE_HELP);
 }
 
 }  // namespace zav

@@ -7,6 +7,7 @@ namespace {
 
 struct State {
     int noted = 0;
+    bool unfinished = true;
 };
 State state;
 
@@ -15,5 +16,9 @@ State state;
 void ZAV_note(int status) { state.noted = std::max(state.noted, status); }
 
 int ZAV_noted() { return state.noted; }
+
+void ZAV_set_unfinished(bool unfinished) { state.unfinished = unfinished; }
+
+int ZAV_input_ended() { return state.unfinished ? STATUS_INPUT_ENDED : 0; }
 
 }  // namespace zav

@@ -21,4 +21,10 @@ void ZAV_note(int status);
 /// The highest status noted, 0 without one.
 int ZAV_noted();
 
+/// Says whether a chart is still to come: at start, and from the beginning of each plot to its end.
+void ZAV_set_unfinished(bool unfinished);
+/// Status of a run whose input ends at a question: STATUS_INPUT_ENDED while a chart is still to come, else 0, as a
+/// script that has no more answers is done.
+int ZAV_input_ended();
+
 }  // namespace zav

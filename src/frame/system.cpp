@@ -9,7 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
+#include "frame/hooks.h"
 #include "frame/status.h"
 
 namespace zav {
@@ -33,7 +35,24 @@ bool put_null_device(int descriptor) {
     return done;
 }
 
+// An ignored signal would be handed down to the commands that the program starts; one that is caught isn't.
+void note_broken_pipe(int) {}
+
 }  // namespace
+
+void ZAV_open_standard_streams() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1) put_null_device(descriptor);
+    }
+}
+
+void ZAV_survive_broken_pipes() {
+    struct sigaction action {};
+    action.sa_handler = note_broken_pipe;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGPIPE, &action, nullptr);
+}
 
 int ZAV_back_proc() {
     // What the buffers hold would be written by both processes.
@@ -54,7 +73,11 @@ int ZAV_back_proc() {
     return 1;
 }
 
-void ZAV_exit(int status) { std::exit(status != 0 ? status : ZAV_noted()); }
+void ZAV_exit(int status) {
+    void (*const break_off)() = std::exchange(ZAV_hooks().break_off, nullptr);
+    if (break_off != nullptr) break_off();
+    std::exit(status != 0 ? status : ZAV_noted());
+}
 
 int ZAV_get_pid() { return static_cast<int>(getpid()); }
 

@@ -1,12 +1,12 @@
 // Filled areas, their attributes and patterns.
 
 #include <array>
-#include <vector>
 
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
+#include "gks/gks_pixels.h"
 #include "gks/gks_tran.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
@@ -14,8 +14,6 @@
 
 namespace zav {
 namespace {
-
-constexpr int POINTS_ON_STACK = 10;
 
 using Pattern = std::array<unsigned char, 8>;
 
@@ -37,26 +35,16 @@ struct State {
     int fill_color = 1;
     int fill_inter_style = GSOLID;
     int fill_inter_index = 1;
-    int print_solid = 0;  ///< fills print black; outlives a reset, as it is set before a workstation opens
+    int print_solid = 0;  ///< fills print black
 };
 State state;
 
 bool in_table(int pattern) { return pattern >= 0 && pattern < static_cast<int>(PATTERNS.size()); }
 
-void fill_pixels(Gint num_pt, const Gpt* array_pt, Gxpoint* points) {
-    for (int i = 0; i < num_pt; ++i) points[i] = {gpixel(xW_p(array_pt[i].x)), gpixel(yW_p(array_pt[i].y))};
-    gx11_polygon(num_pt, points);
-    gx11_lines(Gx_context::fill, num_pt, points);
-}
-
 void fill_on_display(Gint num_pt, const Gpt* array_pt) {
-    if (num_pt <= POINTS_ON_STACK) {
-        std::array<Gxpoint, POINTS_ON_STACK> points;
-        fill_pixels(num_pt, array_pt, points.data());
-        return;
-    }
-    std::vector<Gxpoint> points(static_cast<std::size_t>(num_pt));
-    fill_pixels(num_pt, array_pt, points.data());
+    const Gpixels points(num_pt, array_pt);
+    gx11_polygon(num_pt, points.data());
+    gx11_lines(Gx_context::fill, num_pt, points.data());
 }
 
 void fill_postscript(Gint num_pt, const Gpt* array_pt) {
@@ -91,6 +79,7 @@ void greset_fill() {
     state.fill_color = 1;
     state.fill_inter_style = GSOLID;
     state.fill_inter_index = 1;
+    state.print_solid = 0;
 }
 
 void ginit_fill(int type) {
@@ -164,11 +153,11 @@ int gset_fill_style_ind(Gint index) {
         gerr_printf("gset_fill_style_ind", "invalid style index: %d\n", index);
         return -1;
     }
+    state.fill_inter_index = index;
     if (gtype_is_META(gget_win_type())) {
         gmeta_printf("FA_ST %d\n", index);
         return 0;
     }
-    state.fill_inter_index = index;
     gnew_obj(GOBJ_FILL_PATTERN, index, 0, nullptr);
     gx11_fill_style(state.fill_inter_style, index);
     return 0;

@@ -1,12 +1,10 @@
 // Lines and their attributes.
 
-#include <array>
-#include <vector>
-
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
+#include "gks/gks_pixels.h"
 #include "gks/gks_tran.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
@@ -14,8 +12,6 @@
 
 namespace zav {
 namespace {
-
-constexpr int POINTS_ON_STACK = 10;
 
 struct State {
     int line_color = 1;
@@ -25,19 +21,8 @@ struct State {
 };
 State state;
 
-void fill_pixels(Gint num_pt, const Gpt* array_pt, Gxpoint* points) {
-    for (int i = 0; i < num_pt; ++i) points[i] = {gpixel(xW_p(array_pt[i].x)), gpixel(yW_p(array_pt[i].y))};
-}
-
 void draw_on_display(Gint num_pt, const Gpt* array_pt) {
-    if (num_pt <= POINTS_ON_STACK) {
-        std::array<Gxpoint, POINTS_ON_STACK> points;
-        fill_pixels(num_pt, array_pt, points.data());
-        gx11_lines(Gx_context::line, num_pt, points.data());
-        return;
-    }
-    std::vector<Gxpoint> points(static_cast<std::size_t>(num_pt));
-    fill_pixels(num_pt, array_pt, points.data());
+    const Gpixels points(num_pt, array_pt);
     gx11_lines(Gx_context::line, num_pt, points.data());
 }
 

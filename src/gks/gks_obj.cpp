@@ -7,12 +7,10 @@
 #include <cstring>
 #include <exception>
 #include <new>
-#include <string>
 
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
-#include "gks/gks_text.h"
 #include "gks/gks_ws.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
@@ -38,47 +36,6 @@ struct State {
     int redrawn = 0;      ///< a replay finished
 };
 State state;
-
-/// A record out of an object's bytes; the start value if they are too few.
-template <typename Record>
-Record record_of(const drawobj& obj) {
-    Record record{};
-    if (obj.data.size() >= sizeof record) std::memcpy(&record, obj.data.data(), sizeof record);
-    return record;
-}
-
-std::vector<Gpt> points_of(const drawobj& obj) {
-    std::vector<Gpt> points(obj.data.size() / sizeof(Gpt));
-    if (!points.empty()) std::memcpy(points.data(), obj.data.data(), points.size() * sizeof(Gpt));
-    return points;
-}
-
-void replay_points(const drawobj& obj, int (*draw)(Gint, const Gpt*)) {
-    const std::vector<Gpt> points = points_of(obj);
-    draw(static_cast<Gint>(points.size()), points.data());
-}
-
-void replay_limits(const drawobj& obj, int (*set)(Gint, const Glim*)) {
-    const Glim limits = record_of<Glim>(obj);
-    set(obj.values, &limits);
-}
-
-void replay_text(const drawobj& obj) {
-    if (obj.data.size() < sizeof(Gpt)) return;
-    const Gpt place = record_of<Gpt>(obj);
-    gtext(&place, std::string(obj.data.begin() + sizeof(Gpt), obj.data.end()));
-}
-
-template <typename Record>
-void replay_record(const drawobj& obj, int (*set)(const Record*)) {
-    const Record record = record_of<Record>(obj);
-    set(&record);
-}
-
-void replay_color(const drawobj& obj) {
-    const Gcolr_rep rep = record_of<Gcolr_rep>(obj);
-    gset_colr_rep(gget_ws_id(), obj.values, &rep);
-}
 
 /// Ends each object's replay when a function that it calls replays the store itself. The list is a copy of pointers, so
 /// that such a function may change the store.
@@ -206,116 +163,6 @@ int gdel_seg_objs(int id) {
     return 0;
 }
 
-void gobj_redraw_funcs(const drawobj* object) {
-    const drawobj& obj = *object;
-    switch (obj.type) {
-        case GOBJ_MESSAGE:
-            gmessage(obj.values, std::string(obj.data.begin(), obj.data.end()));
-            break;
-        case GOBJ_WS_VP:
-            replay_limits(obj, gset_ws_vp);
-            break;
-        case GOBJ_WS_WIN:
-            replay_limits(obj, gset_ws_win);
-            break;
-        case GOBJ_TRAN:
-            gsel_norm_tran(obj.values);
-            break;
-        case GOBJ_VP:
-            replay_limits(obj, gset_vp);
-            break;
-        case GOBJ_WIN:
-            replay_limits(obj, gset_win);
-            break;
-        case GOBJ_COLR_REP:
-            replay_color(obj);
-            break;
-        case GOBJ_CLEAR_REGION:
-            replay_record(obj, gclear_region);
-            break;
-        case GOBJ_LINE:
-            replay_points(obj, gpolyline);
-            break;
-        case GOBJ_LINE_TYPE:
-            gset_linetype(obj.values);
-            break;
-        case GOBJ_LINE_WIDTH:
-            gset_linewidth(record_of<float>(obj));
-            break;
-        case GOBJ_LINE_COLR:
-            gset_line_colr_ind(obj.values);
-            break;
-        case GOBJ_LINE_BOLD:
-            gset_line_print_bold(obj.values);
-            break;
-        case GOBJ_MARKER:
-            replay_points(obj, gpolymarker);
-            break;
-        case GOBJ_MARKER_TYPE:
-            gset_marker_type(obj.values);
-            break;
-        case GOBJ_MARKER_SIZE:
-            gset_marker_size(record_of<float>(obj));
-            break;
-        case GOBJ_MARKER_COLR:
-            gset_marker_colr_ind(obj.values);
-            break;
-        case GOBJ_MARKER_WIDTH:
-            gset_marker_width(record_of<float>(obj));
-            break;
-        case GOBJ_TEXT:
-            replay_text(obj);
-            break;
-        case GOBJ_TEXT_SPACE:
-            gset_space(record_of<float>(obj));
-            break;
-        case GOBJ_TEXT_CHAR_SPACE:
-            gset_char_space(record_of<float>(obj));
-            break;
-        case GOBJ_TEXT_EXPAN:
-            gset_expan(record_of<float>(obj));
-            break;
-        case GOBJ_TEXT_COLR:
-            gset_text_colr_ind(obj.values);
-            break;
-        case GOBJ_TEXT_HEIGHT:
-            gset_char_ht(record_of<float>(obj));
-            break;
-        case GOBJ_TEXT_UP:
-            replay_record(obj, gset_char_up_vec);
-            break;
-        case GOBJ_TEXT_FONT:
-            replay_record(obj, gset_fontprec);
-            break;
-        case GOBJ_TEXT_ALIGN:
-            replay_record(obj, gset_text_align);
-            break;
-        case GOBJ_TEXT_WIDTH:
-            gset_text_width(record_of<float>(obj));
-            break;
-        case GOBJ_FILL:
-            replay_points(obj, gfill_area);
-            break;
-        case GOBJ_FILL_STYLE:
-            gset_fill_int_style(obj.values);
-            break;
-        case GOBJ_FILL_PATTERN:
-            gset_fill_style_ind(obj.values);
-            break;
-        case GOBJ_FILL_COLR:
-            gset_fill_colr_ind(obj.values);
-            break;
-        case GOBJ_FILL_SOLID:
-            gset_fill_print_solid(obj.values);
-            break;
-        case GOBJ_FUNCTION:
-            if (obj.func != nullptr) obj.func(obj.func_data.get());
-            break;
-        default:
-            break;  // segment marks
-    }
-}
-
 int gobj_redraw_plot() {
     if (!state.redraw) return -1;
     gresize_window(0, 0);
@@ -333,9 +180,7 @@ int gobj_redraw_plot() {
 int gobj_print_plot() {
     const Kept_display kept;
     gset_win_type(GWS_PS);
-    const char* name = std::getenv("zavps_print");
-    if (name == nullptr) name = std::getenv("PSPRINT");
-    if (!gps_open_file(name != nullptr ? name : "zav.ps")) {
+    if (!gps_open_file(gps_file_name({}))) {
         gerr_printf("gprint_plot", "unable to open postscript file\n");
         kept.restore();
         return -1;
@@ -355,7 +200,7 @@ int gobj_print_meta() {
     const Kept_display kept;
     gset_win_type(GWS_META);
     const char* name = std::getenv("METAOUT");
-    if (!gmeta_open_file(name != nullptr ? name : "zav.meta")) {
+    if (!gmeta_open_file(name != nullptr && *name != '\0' ? name : "zav.meta")) {
         gerr_printf("gprint_meta", "unable to open metafile\n");
         kept.restore();
         return -1;

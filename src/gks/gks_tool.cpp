@@ -11,13 +11,14 @@
 #include "frame/system.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
+#include "gks/meta/gks_meta.h"
+#include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
 #include "gks/zavgks.h"
 
 namespace zav {
 namespace {
 
-/// Status of a program that has no workstation to draw on.
 constexpr int WORKSTATION = 1;
 constexpr const char* DEVICE_PROMPT = "Display (D) or Postscript (P): ";
 
@@ -77,6 +78,15 @@ int GPH_setup(Gint* ws_id, Gws_type* ws_type, float asp_ratio, Glim* offset) {
     RES_getval("draw", {}, CV_draw);
     GPH_begin(ws_id, conn_id, ws_type);
     return GPH_reset(ws_id, ws_type, asp_ratio, offset);
+}
+
+bool GPH_prints_on_stdout() {
+    std::string conn_id;
+    RES_getval("device", &conn_id, CV_device);
+    const int device = FLAG_get(FLAG_DEVICE);
+    if (device != GWS_PS && device != GWS_META) return false;
+    const std::vector<std::string> words = parse_string(conn_id, ',');
+    return FILE_is_stdio(device == GWS_PS ? gps_file_name(words) : gmeta_file_name(words)) != 0;
 }
 
 int GPH_begin(Gint* ws_id, const std::string& conn_id, Gws_type* ws_type) {

@@ -31,6 +31,7 @@ struct State {
     int win_width = 640, win_height = 512;  // drawing area, device units
     int win_x = 0, win_y = 0;               // offset of the plot in the device
     int depth = 0;                          // bits of a pixel
+    bool pages = false;                     // print output holds several pages
     std::string prog_name = "X11_Graph";
     std::string win_title = "X11_Graph";
     std::string geometry;
@@ -131,6 +132,28 @@ int gclose_ws(Gint) {
     }
     state.open_graphics = 0;
     return result;
+}
+
+void gset_pages(bool pages) { state.pages = pages; }
+bool gget_pages() { return state.pages; }
+
+void gnew_page() {
+    if (!state.open_graphics) return;
+    const int type = gget_win_type();
+    if (gtype_is_PS(type)) gps_new_page();
+    if (gtype_is_META(type)) gmeta_new_picture();
+    if (gtype_is_PS(type) || gtype_is_META(type)) gtran_clip();
+}
+
+void gkeep_output() {
+    gps_keep();
+    gmeta_keep();
+}
+
+void gbreak_off() {
+    gps_break_off();
+    gmeta_break_off();
+    state.open_graphics = 0;
 }
 
 int gclear_ws(Gint, Gclear_flag) {

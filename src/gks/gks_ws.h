@@ -23,6 +23,18 @@ Gint gget_ws_id();
 
 /// Size of the drawing area in device units. Setting it works out the transformations again, windows and viewports
 /// stay.
+/// Whether the next output file is to hold several pages.
+void gset_pages(bool pages);
+bool gget_pages();
+/// Goes on to the next page of print output, the next picture of a metafile.
+void gnew_page();
+
+/// Says that the plot holds something worth keeping: print output waits for it before it touches a file or starts a
+/// command. Closing a workstation keeps what it holds.
+void gkeep_output();
+/// Ends a plot that is broken off: whole if it was kept, else nothing is left of it.
+void gbreak_off();
+
 void gset_win_size(int width, int height);
 void gget_win_size(int* width, int* height);
 int gget_window_width();

@@ -23,6 +23,8 @@ void GPH_set_color_table(const GPH_color_table& table);
 /// the margins (left, right, bottom, top, fractions of the panel) on entry and the plot area in NDC on exit.
 /// `asp_ratio` is width over height, 0 for the panel's own. A workstation that can't be opened ends the program.
 int GPH_setup(Gint* ws_id, Gws_type* ws_type, float asp_ratio, Glim* offset);
+/// True if the device that the resources name writes to standard output.
+bool GPH_prints_on_stdout();
 /// Opens the workstation of type `*ws_type`, asking for one if that is 0.
 int GPH_begin(Gint* ws_id, const std::string& conn_id, Gws_type* ws_type);
 /// Clears the open workstation and starts a new plot on it; arguments as GPH_setup.

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "frame/string.h"
@@ -53,6 +54,22 @@ void discard_impossible(Domain* domain) {
         domain->nx = MISS;
         domain->ny = MISS;
     }
+}
+
+/// A step between `points` points, with more than six decimals only where these would move the far end.
+std::string step_text(double step, int points) {
+    constexpr double SHIFT = 0.001;  // in steps
+    std::string text = text_format("%f", step);
+    const double lost = std::fabs(std::strtod(text.c_str(), nullptr) - step);
+    return lost * points > SHIFT * step ? text_format("%.9f", step) : text;
+}
+
+/// What the steps of a polar map become where they hold at 60 degrees, as readers of this format take them.
+double at_60_degrees(const Domain& domain) {
+    constexpr double RADIANS = 0.017453292519943334;
+    if (domain.proj != PROJ_POLAR || domain.param[0] == FMISS) return 1.0;
+    const double true_lat = std::fabs(static_cast<double>(domain.param[0]));
+    return true_lat == 60.0 ? 1.0 : (1.0 + std::sin(60.0 * RADIANS)) / (1.0 + std::sin(true_lat * RADIANS));
 }
 
 }  // namespace
@@ -112,8 +129,10 @@ std::string native_domain_line(const Domain& domain) {
         default:
             break;
     }
-    return line + text_format("%f %f %f %f %d %d\n", real(domain.clat), real(domain.clon), real(domain.dx),
-                              real(domain.dy), domain.nx, domain.ny);
+    const double factor = at_60_degrees(domain);
+    return line + text_format("%f %f %s %s %d %d\n", real(domain.clat), real(domain.clon),
+                              step_text(factor * real(domain.dx), domain.nx).c_str(),
+                              step_text(factor * real(domain.dy), domain.ny).c_str(), domain.nx, domain.ny);
 }
 
 }  // namespace zav

@@ -7,6 +7,7 @@
 #include "files/files.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
@@ -61,6 +62,7 @@ int open_output(const std::string& name, int type, const Dialogue& words) {
     if (fd < 0) {
         MESS_print(MESS_WARN, "%s: Unable to %s grid file: %s\n", words.caller, append ? words.append_verb : "create",
                    name.c_str());
+        ZAV_note(STATUS_OUTPUT);
     } else {
         MESS_print(MESS_PROGRESS, "%s grid file: %s\n", append ? "Appending to" : "Creating", name.c_str());
     }
@@ -110,6 +112,7 @@ int GRD_save_file(const std::string& filename, GRD_report* grid, GRD_info* info,
     if (fd < 0) return 0;
     if (write_grid(fd, grid, info)) return 1;
     MESS_print(MESS_WARN, "GRD_save_file: Unable to create grid file: %s\n", name.c_str());
+    ZAV_note(STATUS_OUTPUT);
     return 0;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "files/time_code.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
@@ -14,9 +15,6 @@
 
 namespace zav {
 namespace {
-
-/// Time codes from here on are ranges, which a record has to match as a whole.
-constexpr int FIRST_RANGE = 1001;
 
 /// Short variable keys of selectors.
 struct Key {
@@ -95,9 +93,15 @@ bool var_fits(const GRD_report* grid, const VAR_data* params) {
                        [&](int var) { return var != MISS && var == grid->var; });
 }
 
+/// A range has to match as a whole, a single time matches what ends there.
 bool time_fits(int time, int key) {
-    if (key == MISS) return true;
-    return key >= FIRST_RANGE ? time == key : time % 1000 == key;
+    if (key == MISS || time == key) return true;
+    if (time == MISS) return false;
+    const TIME_range has = TIME_split(time);
+    const TIME_range wanted = TIME_split(key);
+    const bool months = has.unit == TIME_unit::month;
+    if (has.end != wanted.end || months != (wanted.unit == TIME_unit::month)) return false;
+    return TIME_is_single(key) || (has.kind == wanted.kind && has.begin == wanted.begin);
 }
 
 bool fits(int value, int key) { return key == MISS || value == key; }

@@ -19,9 +19,9 @@ void bring_to_units(GRD_report* grid, const std::string& units) {
     if (!units.empty() && GRD_hooks().units != nullptr) GRD_hooks().units(grid, units);
 }
 
-/// Reads record `number` whole. The grid stays empty if that fails.
+/// Reads record `number` whole. The grid stays empty if that fails, or if the record comes without values.
 bool read_whole(int grd_fd, GRD_report* grid, int number, const std::string& units) {
-    if (GRD_read(grd_fd, grid, GRD_READ_ALL, &number) != 0) {
+    if (GRD_read(grd_fd, grid, GRD_READ_ALL, &number) != 0 || !GRD_has_values(grid)) {
         GRD_free(grid);
         return false;
     }

@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::array<Projection, 19> PROJECTIONS{{
     {PROJ_POLAR, polar_prepare, polar_forward, polar_inverse},
-    {PROJ_LATLON, nullptr, latlon_forward, latlon_inverse},
+    {PROJ_LATLON, nullptr, latlon_forward, latlon_inverse, true},
     {PROJ_MERCATOR, nullptr, mercator_forward, mercator_inverse},
     {PROJ_LAMBERT, lambert_prepare, lambert_forward, lambert_inverse},
-    {PROJ_ORTHO, ortho_prepare, ortho_forward, ortho_inverse},
-    {PROJ_MOLLWEIDE, nullptr, mollweide_forward, mollweide_inverse},
-    {PROJ_AZIMUTHAL, nullptr, azimuthal_forward, azimuthal_inverse},
-    {PROJ_SATELLITE, satellite_prepare, satellite_forward, satellite_inverse},
+    {PROJ_ORTHO, ortho_prepare, ortho_forward, ortho_inverse, true},
+    {PROJ_MOLLWEIDE, nullptr, mollweide_forward, mollweide_inverse, true},
+    {PROJ_AZIMUTHAL, nullptr, azimuthal_forward, azimuthal_inverse, true},
+    {PROJ_SATELLITE, satellite_prepare, satellite_forward, satellite_inverse, true},
     {PROJ_XY, nullptr, graph_forward, graph_inverse},
     {PROJ_XLOGY, nullptr, log_forward, log_inverse},
     {PROJ_HODOGRAPH, nullptr, hodograph_forward, hodograph_inverse},
@@ -51,7 +51,8 @@ void set_satellite(float distance) {
     s.sat_rad = distance == FMISS ? 421.61F : distance;
     s.sat_rad2 = static_cast<float>(static_cast<double>(s.sat_rad) * s.sat_rad);
     s.sat_rad4 = static_cast<float>(static_cast<double>(s.sat_rad2) * s.sat_rad2);
-    s.sat2_earth2 = static_cast<float>(s.sat_rad2 - static_cast<double>(s.earth_maj) * s.earth_maj);
+    const double earth = s.domain.ellipse != 0 ? s.earth_maj : s.earth_rad;
+    s.sat2_earth2 = static_cast<float>(s.sat_rad2 - earth * earth);
 }
 
 void set_true_latitudes() {
@@ -63,6 +64,7 @@ void set_true_latitudes() {
     } else if (d.proj == PROJ_LAMBERT) {
         s.tlat1 = d.param[0] == FMISS ? 30.0F : d.param[0];
         s.tlat2 = d.param[0] == FMISS ? 60.0F : d.param[1];
+        if (s.tlat2 == FMISS) s.tlat2 = s.tlat1;
     }
 }
 
@@ -288,7 +290,11 @@ int MAP_domain_tran(const Domain* domain1, const Domain* domain2, float x1, floa
     MAP_domain(&from);
     MAP_untran(x1, y1, &lat, &lon);
     MAP_domain(&to);
-    MAP_tran(lat, lon, x2, y2);
+    if (lat == FMISS) {
+        map_hidden(x2, y2);
+    } else {
+        MAP_tran(lat, lon, x2, y2);
+    }
     MAP_domain(&saved);
     return 0;
 }
@@ -299,7 +305,11 @@ int MAP_tran(float lat, float lon, float* x, float* y) {
     if (s.projection == nullptr) return 1;
     map_prepare();
     const double place = map_is_earth(s.domain.proj) ? normal_longitude(lon) : lon;
-    return s.projection->forward(lat, place, x, y);
+    double px = FMISS;
+    double py = FMISS;
+    const int result = s.projection->forward(lat, place, &px, &py);
+    map_found(px, py, x, y);
+    return result;
 }
 
 int MAP_untran(float x, float y, float* lat, float* lon) {

@@ -123,11 +123,15 @@ int MAP_offset(float xi, float yi, float dir, float rad, float* xf, float* yf);
 /// Map factor at a place, as plotters scale distances with it.
 float MAP_factor(float lat, float lon);
 
-/// Direction relative to true north at map point (x, y) to one relative to the map's y axis. Degrees clockwise.
+/// Directions at map point (x, y), in degrees clockwise. A wind (from or toward) that blows along `dir` on the earth is
+/// drawn along MAP_dir_adj on the map, whichever the projection. FMISS off the map, as in the three below.
 float MAP_dir_adj(float dir, float x, float y);
-/// Reverse of MAP_dir_adj.
+/// Direction from true north of a wind that a grid on this map states by its components along columns and rows, `dir`
+/// being their direction. On maps that keep angles this is the reverse of MAP_dir_adj; on a latitude-longitude grid the
+/// components are those to east and north already.
 float MAP_undir_adj(float dir, float x, float y);
-/// Rotation between grid-relative and earth-relative wind at (x, y), degrees.
+/// What the wind (u, v), to east and north, turns by when its components are taken along columns and rows: the reverse
+/// of MAP_undir_adj.
 float MAP_uvdir_adj(float u, float v, float x, float y);
 /// Direction from the first map point to the second, degrees from true north.
 float MAP_dir(float x1, float y1, float x2, float y2);

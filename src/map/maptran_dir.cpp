@@ -1,5 +1,6 @@
 /// Directions, distances and point density on the current map.
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -22,19 +23,92 @@ constexpr long long MOST_CELLS = 1LL << 28;
 
 double turn(double x, double y) { return R2D * std::atan2(x, y); }
 
-bool southern() { return map_state.domain.plat < 0; }
-
-/// What a polar map adds to a direction from north at map point (x, y).
-double polar_turn(float x, float y) {
-    if (x == 0.0F && y == 0.0F) return southern() ? map_state.domain.plon : -map_state.domain.plon;
-    return southern() ? turn(x, y) : -turn(x, -y);
+/// What a map that keeps angles adds to every direction at map point (x, y). North points to the origin of a northern
+/// polar or conic map and away from that of a southern one.
+double conformal_turn(float x, float y) {
+    const Domain& d = map_state.domain;
+    const bool southern = d.plat < 0;
+    if (d.proj != PROJ_POLAR && d.proj != PROJ_LAMBERT) return 0.0;
+    if (x != 0.0F || y != 0.0F) return southern ? turn(x, y) : -turn(x, -y);
+    if (d.proj == PROJ_LAMBERT) return 0.0;
+    return southern ? d.plon : -d.plon;
 }
 
-/// What a Lambert map adds.
-double lambert_turn(float x, float y) {
-    map_prepare();
-    return -turn(x, -static_cast<double>(map_state.scale) * y);
+bool bends_angles() { return map_state.projection != nullptr && map_state.projection->bends_angles; }
+
+struct Vector {
+    double x;
+    double y;
+};
+
+/// `dir` turned as little as need be to lie along `v`.
+float along(const Vector& v, float dir) {
+    return static_cast<float>(dir + std::remainder(turn(v.x, v.y) - dir, 360.0));
 }
+
+/// What one step on the earth becomes on the map.
+struct Axes {
+    Vector east;
+    Vector north;
+    /// Image of the vector of length 1 along `dir`.
+    Vector image(float dir) const {
+        const double e = std::sin(D2R * dir);
+        const double n = std::cos(D2R * dir);
+        return {e * east.x + n * north.x, e * east.y + n * north.y};
+    }
+    /// The vector on the earth, `x` to the east, whose image has the direction of `v`; its length has no meaning.
+    Vector source(const Vector& v) const {
+        const double area = east.x * north.y - north.x * east.y;
+        const double sign = area < 0.0 ? -1.0 : 1.0;
+        return {sign * (v.x * north.y - v.y * north.x), sign * (v.y * east.x - v.x * east.y)};
+    }
+};
+
+/// Change of the map position with latitude (`dlat` 1) or longitude (`dlon` 1), a step of either sign being as good.
+bool find_slope(double lat, double lon, double dlat, double dlon, Vector& slope) {
+    constexpr double STEP = 1e-5;
+    double x0 = 0.0;
+    double y0 = 0.0;
+    if (map_state.projection->forward(lat, lon, &x0, &y0) == 0) return false;
+    for (const double step : {STEP, -STEP}) {
+        double x = 0.0;
+        double y = 0.0;
+        if (map_state.projection->forward(lat + step * dlat, lon + step * dlon, &x, &y) == 0) continue;
+        slope = {(x - x0) / step, (y - y0) / step};
+        return true;
+    }
+    return false;
+}
+
+/// The earth's axes at a map point, out of the projection's own slopes. False off the map.
+bool find_axes(float x, float y, Axes& axes) {
+    // At the poles east and north are those of the meridian that the point counts to.
+    constexpr double NEAREST_POLE = 89.98;
+    float place_lat = FMISS;
+    float place_lon = FMISS;
+    MAP_untran(x, y, &place_lat, &place_lon);
+    if (place_lat == FMISS || !std::isfinite(place_lat) || !std::isfinite(place_lon)) return false;
+    const double lat = std::clamp(static_cast<double>(place_lat), -NEAREST_POLE, NEAREST_POLE);
+    // Steps lead toward the middle of the map, away from the meridian at which it is cut.
+    const double from_middle = std::remainder(place_lon - map_state.domain.plon, 360.0);
+    const double inward = from_middle > 0.0 ? -1.0 : 1.0;
+    const double lon = map_state.domain.plon + from_middle;
+    if (!find_slope(lat, lon, 1.0, 0.0, axes.north) || !find_slope(lat, lon, 0.0, inward, axes.east)) return false;
+    const double stretch = inward / std::cos(D2R * lat);
+    axes.east = {axes.east.x * stretch, axes.east.y * stretch};
+    return true;
+}
+
+/// The vectors of length 1 on the earth that run along a grid's columns and rows.
+struct Grid_axes {
+    Vector right;
+    Vector up;
+    explicit Grid_axes(const Axes& axes) : right(unit(axes.source({1.0, 0.0}))), up(unit(axes.source({0.0, 1.0}))) {}
+    static Vector unit(const Vector& v) {
+        const double length = std::hypot(v.x, v.y);
+        return {v.x / length, v.y / length};
+    }
+};
 
 /// Earth point `rad` kilometres from another one along direction `dir`.
 void step_on_earth(float dir, double rad, float* lat, float* lon) {
@@ -43,24 +117,13 @@ void step_on_earth(float dir, double rad, float* lat, float* lon) {
     *lat = static_cast<float>(phi + rad * std::cos(D2R * dir) / KM_PER_DEGREE);
 }
 
-float satellite_direction(float dir, float x, float y) {
-    float lat = FMISS;
-    float lon = FMISS;
-    float x2 = FMISS;
-    float y2 = FMISS;
-    MAP_untran(x, y, &lat, &lon);
-    step_on_earth(dir, 1.0, &lat, &lon);
-    MAP_tran(lat, lon, &x2, &y2);
-    if (x2 == FMISS || y2 == FMISS) return FMISS;
-    return static_cast<float>(turn(static_cast<double>(x2) - x, static_cast<double>(y2) - y));
-}
-
 }  // namespace
 
 int MAP_offset(float xi, float yi, float dir, float rad, float* xf, float* yf) {
     float lat = FMISS;
     float lon = FMISS;
     MAP_untran(xi, yi, &lat, &lon);
+    if (lat == FMISS) return map_hidden(xf, yf);
     step_on_earth(dir, rad, &lat, &lon);
     MAP_tran(lat, lon, xf, yf);
     return 0;
@@ -78,37 +141,41 @@ float MAP_factor(float lat, float /*lon*/) {
 }
 
 float MAP_dir_adj(float dir, float x, float y) {
-    switch (map_state.domain.proj) {
-        case PROJ_POLAR:
-            return static_cast<float>(dir + polar_turn(x, y));
-        case PROJ_LAMBERT:
-            return static_cast<float>(dir + lambert_turn(x, y));
-        case PROJ_SATELLITE:
-            return satellite_direction(dir, x, y);
-        default:
-            return dir;
-    }
+    if (!bends_angles()) return static_cast<float>(dir + conformal_turn(x, y));
+    Axes axes{};
+    return find_axes(x, y, axes) ? along(axes.image(dir), dir) : FMISS;
 }
 
 float MAP_undir_adj(float dir, float x, float y) {
-    switch (map_state.domain.proj) {
-        case PROJ_POLAR:
-            return static_cast<float>(dir - polar_turn(x, y));
-        case PROJ_LAMBERT:
-            return static_cast<float>(dir - lambert_turn(x, y));
-        default:
-            return dir;
-    }
+    if (!bends_angles()) return static_cast<float>(dir - conformal_turn(x, y));
+    if (map_state.domain.proj == PROJ_LATLON) return dir;
+    Axes axes{};
+    if (!find_axes(x, y, axes)) return FMISS;
+    const Grid_axes grid(axes);
+    const double right = std::sin(D2R * dir);
+    const double up = std::cos(D2R * dir);
+    return along({right * grid.right.x + up * grid.up.x, right * grid.right.y + up * grid.up.y}, dir);
 }
 
-float MAP_uvdir_adj(float /*u*/, float /*v*/, float x, float y) {
-    return map_state.domain.proj == PROJ_POLAR ? MAP_dir_adj(0.0F, x, y) : 0.0F;
+float MAP_uvdir_adj(float u, float v, float x, float y) {
+    if (!bends_angles()) return static_cast<float>(conformal_turn(x, y));
+    if (map_state.domain.proj == PROJ_LATLON) return 0.0F;
+    Axes axes{};
+    if (!find_axes(x, y, axes)) return FMISS;
+    const Grid_axes grid(axes);
+    const Vector wind = u == 0.0F && v == 0.0F ? Vector{0.0, 1.0} : Vector{u, v};
+    const Axes to_grid{grid.right, grid.up};
+    const Vector parts = to_grid.source(wind);
+    return static_cast<float>(std::remainder(turn(parts.x, parts.y) - turn(wind.x, wind.y), 360.0));
 }
 
 float MAP_dir(float x1, float y1, float x2, float y2) {
-    double dir = turn(static_cast<double>(x2) - x1, static_cast<double>(y2) - y1);
-    if (map_state.domain.proj == PROJ_POLAR) dir += southern() ? -turn(x1, y1) : turn(x1, -y1);
-    return static_cast<float>(dir);
+    const Vector step{static_cast<double>(x2) - x1, static_cast<double>(y2) - y1};
+    if (!bends_angles()) return static_cast<float>(turn(step.x, step.y) - conformal_turn(x1, y1));
+    Axes axes{};
+    if (!find_axes(x1, y1, axes)) return FMISS;
+    const Vector on_earth = axes.source(step);
+    return static_cast<float>(turn(on_earth.x, on_earth.y));
 }
 
 int MAP_set_plot_limit(int val) {

@@ -36,6 +36,8 @@ int satellite_inverse_sphere(double x, double y, float* lat, float* lon) {
         x = s.sat_rad * std::tan(x / s.sat_rad);
         y = s.sat_rad * std::tan(y / s.sat_rad);
     }
+    // y is the tangent of the angle above the equator's plane; a flat screen has it longer away from its middle.
+    y *= std::sqrt(1.0 + square(x / s.sat_rad));
     const double m = s.sat_rad2 + x * x + y * y;
     const double d = s.sat_rad4 - s.sat2_earth2 * m;
     if (d < 0.0) return map_hidden(lat, lon);
@@ -71,7 +73,7 @@ void ortho_prepare() {
     s.yfactor = static_cast<float>(std::sin(D2R * s.domain.plat));
 }
 
-int ortho_forward(double lat, double lon, float* x, float* y) {
+int ortho_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     const double phi = D2R * lat;
     const double dlon = D2R * (lon - s.domain.plon);
@@ -91,7 +93,7 @@ int ortho_inverse(float x, float y, float* lat, float* lon) {
     return map_found(R2D * phi, s.domain.plon + R2D * east, lat, lon);
 }
 
-int mollweide_forward(double lat, double lon, float* x, float* y) {
+int mollweide_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     const double t = mollweide_angle(D2R * lat) / 2.0;
     const double dlon = map_wrap_once(lon - s.domain.plon);
@@ -109,7 +111,7 @@ int mollweide_inverse(float x, float y, float* lat, float* lon) {
     return map_found(R2D * std::asin(v), s.domain.plon + 90.0 * x / (std::cos(t) * s.earth_rad), lat, lon);
 }
 
-int azimuthal_forward(double lat, double lon, float* x, float* y) {
+int azimuthal_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     const double phi = D2R * lat;
     const double phi0 = D2R * s.domain.plat;
@@ -150,7 +152,7 @@ void satellite_prepare() {
     s.earth_ratio = static_cast<float>(static_cast<double>(s.earth_rad) / s.sat_rad);
 }
 
-int satellite_forward(double lat, double lon, float* x, float* y) {
+int satellite_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     const bool ellipse = s.domain.ellipse != 0;
     const double phi = ellipse ? std::atan(std::tan(D2R * lat) * s.earth_ratio2) : D2R * lat;

@@ -14,11 +14,20 @@ constexpr double MERCATOR_LIMIT = 89.9;
 /// A pole that a Lambert cone has at infinity is kept this far off.
 constexpr double LAMBERT_LIMIT = 89.0;
 
+/// A cone that touches the earth nearer to its pole than this can't be told from a plane, and one whose constant is
+/// smaller than this can't be told from Mercator's cylinder: both end short of the formulas' poles.
+constexpr double STEEPEST_TOUCH = 89.999;
+constexpr double FLATTEST_CONE = 0.005;
+
 constexpr double TWICE_R2D = 114.59155902616439;
 
 double radius(float x, float y) { return std::sqrt(static_cast<double>(x) * x + static_cast<double>(y) * y); }
 
 double tan_half(double lat) { return std::tan(D2R * (45.0 - lat / 2.0)); }
+
+/// Latitude at which a cone meets the earth, counted from the equator toward the reference's pole: the sign that it is
+/// given with doesn't matter.
+double cone_latitude(float tlat) { return std::min(std::fabs(static_cast<double>(tlat)), STEEPEST_TOUCH); }
 
 /// Angle of a map point about the pole, degrees; 0 at the pole itself.
 double polar_angle(double x, double y) { return x == 0.0 && y == 0.0 ? 0.0 : R2D * std::atan2(x, y); }
@@ -29,10 +38,10 @@ void polar_prepare() {
     Map_state& s = map_state;
     if (s.xfactor != FMISS) return;
     s.scale = s.domain.plat >= 0 ? -1.0F : 1.0F;
-    s.xfactor = static_cast<float>((1.0 - s.scale * std::sin(D2R * s.tlat1)) * s.earth_rad);
+    s.xfactor = static_cast<float>((1.0 + std::sin(D2R * std::fabs(s.tlat1))) * s.earth_rad);
 }
 
-int polar_forward(double lat, double lon, float* x, float* y) {
+int polar_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     if (s.scale * lat > POLAR_LIMIT) lat = POLAR_LIMIT * s.scale;
     const double dlon = D2R * (lon - s.domain.plon);
@@ -46,7 +55,7 @@ int polar_inverse(float x, float y, float* lat, float* lon) {
     return map_found((colat - 90.0) * s.scale, s.domain.plon + polar_angle(x, s.scale * y), lat, lon);
 }
 
-int latlon_forward(double lat, double lon, float* x, float* y) {
+int latlon_forward(double lat, double lon, double* x, double* y) {
     return map_found(map_wrap_once(lon - map_state.domain.plon), lat, x, y);
 }
 
@@ -54,7 +63,7 @@ int latlon_inverse(float x, float y, float* lat, float* lon) {
     return map_found(y, map_wrap_once(static_cast<double>(map_state.domain.plon) + x), lat, lon);
 }
 
-int mercator_forward(double lat, double lon, float* x, float* y) {
+int mercator_forward(double lat, double lon, double* x, double* y) {
     const double unit = D2R * map_state.earth_rad;
     double east = unit * (lon - map_state.domain.plon);
     if (east > 180.0 * unit) {
@@ -77,16 +86,18 @@ void lambert_prepare() {
     Map_state& s = map_state;
     if (s.xfactor != FMISS) return;
     s.scale = s.domain.plat >= 0 ? 1.0F : -1.0F;
-    if (s.tlat1 == s.tlat2) {
-        s.xfactor = static_cast<float>(std::cos(D2R * (90.0 - static_cast<double>(s.scale) * s.tlat1)));
-    } else {
-        const double cosines = std::log(std::cos(D2R * s.tlat1)) - std::log(std::cos(D2R * s.tlat2));
-        s.xfactor = static_cast<float>(cosines / (std::log(tan_half(s.tlat1)) - std::log(tan_half(s.tlat2))));
+    const double phi1 = cone_latitude(s.tlat1);
+    const double phi2 = cone_latitude(s.tlat2);
+    double cone = std::sin(D2R * phi1);
+    if (phi1 != phi2) {
+        const double cosines = std::log(std::cos(D2R * phi1)) - std::log(std::cos(D2R * phi2));
+        cone = cosines / (std::log(tan_half(phi1)) - std::log(tan_half(phi2)));
     }
-    s.mult = static_cast<float>(std::cos(D2R * s.tlat1) / (std::pow(tan_half(s.tlat1), s.xfactor) * s.xfactor));
+    s.xfactor = static_cast<float>(std::max(cone, FLATTEST_CONE));
+    s.mult = static_cast<float>(std::cos(D2R * phi1) / (std::pow(tan_half(phi1), s.xfactor) * s.xfactor));
 }
 
-int lambert_forward(double lat, double lon, float* x, float* y) {
+int lambert_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     if (s.domain.plat >= 0 && lat < -LAMBERT_LIMIT) lat = -LAMBERT_LIMIT;
     if (s.domain.plat < 0 && lat > LAMBERT_LIMIT) lat = LAMBERT_LIMIT;

@@ -47,7 +47,7 @@ double limits_height() { return static_cast<double>(map_state.limits.y_max) - ma
 
 }  // namespace
 
-int graph_forward(double lat, double lon, float* x, float* y) {
+int graph_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     return map_found(x_of(lat), s.limits.y_min + (lon - s.limits.y_min) * s.yfactor, x, y);
 }
@@ -57,7 +57,7 @@ int graph_inverse(float x, float y, float* lat, float* lon) {
     return map_found(x_value(x), s.limits.y_min + (static_cast<double>(y) - s.limits.y_min) / s.yfactor, lat, lon);
 }
 
-int graph_down_forward(double lat, double lon, float* x, float* y) {
+int graph_down_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     return map_found(x_of(lat), s.limits.y_min + (s.limits.y_min - lon) * s.yfactor, x, y);
 }
@@ -67,13 +67,13 @@ int graph_down_inverse(float x, float y, float* lat, float* lon) {
     return map_found(x_value(x), s.limits.y_min + (static_cast<double>(s.limits.y_min) - y) / s.yfactor, lat, lon);
 }
 
-int log_forward(double lat, double lon, float* x, float* y) { return map_found(lat, -std::log(lon), x, y); }
+int log_forward(double lat, double lon, double* x, double* y) { return map_found(lat, -std::log(lon), x, y); }
 
 int log_inverse(float x, float y, float* lat, float* lon) {
     return map_found(x, std::exp(-static_cast<double>(y)), lat, lon);
 }
 
-int hodograph_forward(double lat, double lon, float* x, float* y) {
+int hodograph_forward(double lat, double lon, double* x, double* y) {
     return map_found(lon * std::sin(D2R * lat), lon * std::cos(D2R * lat), x, y);
 }
 
@@ -85,7 +85,7 @@ int hodograph_inverse(float x, float y, float* lat, float* lon) {
     return map_found(dir, std::sqrt(east * east + north * north), lat, lon);
 }
 
-int pixel_forward(double lat, double lon, float* x, float* y) { return map_found(lat, -lon, x, y); }
+int pixel_forward(double lat, double lon, double* x, double* y) { return map_found(lat, -lon, x, y); }
 
 int pixel_inverse(float x, float y, float* lat, float* lon) { return map_found(x, -static_cast<double>(y), lat, lon); }
 
@@ -96,7 +96,7 @@ void skewt_prepare() {
     s.xfactor = static_cast<float>(limits_width() * (view_height() / view_width()) / limits_height());
 }
 
-int skewt_forward(double lat, double lon, float* x, float* y) {
+int skewt_forward(double lat, double lon, double* x, double* y) {
     const double up = -std::log(lon);
     return map_found(lat + map_state.xfactor * (up - map_state.scale), up, x, y);
 }
@@ -106,7 +106,7 @@ int skewt_inverse(float x, float y, float* lat, float* lon) {
     return map_found(x - map_state.xfactor * (up - map_state.scale), std::exp(-up), lat, lon);
 }
 
-int stuve_forward(double lat, double lon, float* x, float* y) {
+int stuve_forward(double lat, double lon, double* x, double* y) {
     return map_found(lat, -std::pow(lon, STUVE_POWER), x, y);
 }
 
@@ -121,7 +121,7 @@ void tephigram_prepare() {
     s.yfactor = static_cast<float>(view_height() / limits_height());
 }
 
-int tephigram_forward(double lat, double lon, float* x, float* y) {
+int tephigram_forward(double lat, double lon, double* x, double* y) {
     const Map_state& s = map_state;
     if (s.xfactor == 0.0F) {
         map_found(lat, std::log(lon), x, y);
@@ -149,7 +149,7 @@ int tephigram_inverse(float x, float y, float* lat, float* lon) {
     return map_found(celsius, pressure_at(celsius, theta), lat, lon);
 }
 
-int tephi_plain_forward(double lat, double lon, float* x, float* y) {
+int tephi_plain_forward(double lat, double lon, double* x, double* y) {
     return map_found(lat, log_theta(lat, lon), x, y);
 }
 

@@ -19,8 +19,10 @@ struct Projection {
     int code;
     /// Works out the constants in `Map_state` if they are stale; null for a projection without any.
     void (*prepare)();
-    int (*forward)(double lat, double lon, float* x, float* y);
+    int (*forward)(double lat, double lon, double* x, double* y);
     int (*inverse)(float x, float y, float* lat, float* lon);
+    /// Directions on the map depend on more than one turn a place.
+    bool bends_angles = false;
 };
 
 struct Map_state {
@@ -35,7 +37,7 @@ struct Map_state {
     float sat_rad = 421.64F;      ///< satellite to the earth's centre
     float sat_rad2 = 0.0F;
     float sat_rad4 = 0.0F;
-    float sat2_earth2 = 0.0F;   ///< sat_rad2 less earth_maj squared, on the sphere too
+    float sat2_earth2 = 0.0F;   ///< sat_rad2 less the earth's (equatorial) radius squared
     float sat_ratio = FMISS;    ///< sat_rad / earth_rad
     float earth_ratio = FMISS;  ///< earth_rad / sat_rad
     float tlat1 = 30.0F;        ///< true latitudes
@@ -49,16 +51,18 @@ struct Map_state {
 extern Map_state map_state;
 
 /// Result of a point that can't be shown.
-inline int map_hidden(float* first, float* second) {
+template <typename Number>
+int map_hidden(Number* first, Number* second) {
     *first = FMISS;
     *second = FMISS;
     return 0;
 }
 
 /// Result of a point that has a place.
-inline int map_found(double a, double b, float* first, float* second) {
-    *first = static_cast<float>(a);
-    *second = static_cast<float>(b);
+template <typename Number>
+int map_found(double a, double b, Number* first, Number* second) {
+    *first = static_cast<Number>(a);
+    *second = static_cast<Number>(b);
     return 1;
 }
 
@@ -79,50 +83,50 @@ inline void map_prepare() {
 
 // Polar stereographic, cylindrical and conic maps.
 void polar_prepare();
-int polar_forward(double lat, double lon, float* x, float* y);
+int polar_forward(double lat, double lon, double* x, double* y);
 int polar_inverse(float x, float y, float* lat, float* lon);
-int latlon_forward(double lat, double lon, float* x, float* y);
+int latlon_forward(double lat, double lon, double* x, double* y);
 int latlon_inverse(float x, float y, float* lat, float* lon);
-int mercator_forward(double lat, double lon, float* x, float* y);
+int mercator_forward(double lat, double lon, double* x, double* y);
 int mercator_inverse(float x, float y, float* lat, float* lon);
 void lambert_prepare();
-int lambert_forward(double lat, double lon, float* x, float* y);
+int lambert_forward(double lat, double lon, double* x, double* y);
 int lambert_inverse(float x, float y, float* lat, float* lon);
 
 // Maps with a bounded disc.
 void ortho_prepare();
-int ortho_forward(double lat, double lon, float* x, float* y);
+int ortho_forward(double lat, double lon, double* x, double* y);
 int ortho_inverse(float x, float y, float* lat, float* lon);
-int mollweide_forward(double lat, double lon, float* x, float* y);
+int mollweide_forward(double lat, double lon, double* x, double* y);
 int mollweide_inverse(float x, float y, float* lat, float* lon);
-int azimuthal_forward(double lat, double lon, float* x, float* y);
+int azimuthal_forward(double lat, double lon, double* x, double* y);
 int azimuthal_inverse(float x, float y, float* lat, float* lon);
 void satellite_prepare();
-int satellite_forward(double lat, double lon, float* x, float* y);
+int satellite_forward(double lat, double lon, double* x, double* y);
 int satellite_inverse(float x, float y, float* lat, float* lon);
 
 // Graphs: `lat` is the first data coordinate, `lon` the second.
-int graph_forward(double lat, double lon, float* x, float* y);
+int graph_forward(double lat, double lon, double* x, double* y);
 int graph_inverse(float x, float y, float* lat, float* lon);
-int graph_down_forward(double lat, double lon, float* x, float* y);
+int graph_down_forward(double lat, double lon, double* x, double* y);
 int graph_down_inverse(float x, float y, float* lat, float* lon);
-int log_forward(double lat, double lon, float* x, float* y);
+int log_forward(double lat, double lon, double* x, double* y);
 int log_inverse(float x, float y, float* lat, float* lon);
-int hodograph_forward(double lat, double lon, float* x, float* y);
+int hodograph_forward(double lat, double lon, double* x, double* y);
 int hodograph_inverse(float x, float y, float* lat, float* lon);
-int pixel_forward(double lat, double lon, float* x, float* y);
+int pixel_forward(double lat, double lon, double* x, double* y);
 int pixel_inverse(float x, float y, float* lat, float* lon);
 
 // Thermodynamic diagrams.
 void skewt_prepare();
-int skewt_forward(double lat, double lon, float* x, float* y);
+int skewt_forward(double lat, double lon, double* x, double* y);
 int skewt_inverse(float x, float y, float* lat, float* lon);
-int stuve_forward(double lat, double lon, float* x, float* y);
+int stuve_forward(double lat, double lon, double* x, double* y);
 int stuve_inverse(float x, float y, float* lat, float* lon);
 void tephigram_prepare();
-int tephigram_forward(double lat, double lon, float* x, float* y);
+int tephigram_forward(double lat, double lon, double* x, double* y);
 int tephigram_inverse(float x, float y, float* lat, float* lon);
-int tephi_plain_forward(double lat, double lon, float* x, float* y);
+int tephi_plain_forward(double lat, double lon, double* x, double* y);
 int tephi_plain_inverse(float x, float y, float* lat, float* lon);
 
 }  // namespace zav

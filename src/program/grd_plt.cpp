@@ -12,6 +12,8 @@
 #include "frame/system.h"
 #include "gks/gks.h"
 #include "gks/gks_loop.h"
+#include "gks/gks_ws.h"
+#include "gks/zavgks.h"
 #include "grid/grd_out.h"
 #include "grid/grd_tool.h"
 #include "plot/background/map.h"
@@ -99,14 +101,73 @@ void take_time(const std::string& time) {
     free_grids();
 }
 
-void draw_layers(DATA_info& data, Domain* domain) {
+bool wants_grids() {
+    for (int i = 0; i < VAR_get_num(); i++) {
+        if (VAR_is_type_GRID(i) != 0) return true;
+    }
+    return false;
+}
+
+int grids_with_values(int first, int last) {
+    int count = 0;
+    for (int i = first; i <= last && i < VAR_get_num(); i++) {
+        if (GRD_has_values(GRD_get_grid(i))) count++;
+    }
+    return count;
+}
+
+/// Whether the layer of these entries has what it draws: one grid, or the two of a layer of several entries.
+bool has_data(int first, int last) { return grids_with_values(first, last) >= (last > first ? 2 : 1); }
+
+/// Draws the layers one after the other. Output is kept from the first that has values on. False if none has.
+bool draw_layers(DATA_info& data, Domain* domain) {
+    bool drawn = !wants_grids();
+    GRD_tell_outside(domain);
     DATA_plot_start();
     for (int p = 0; p < VAR_get_num(); p++) {
+        const int first = p;
         p = DATA_plot_grid(p, &data);
+        drawn = drawn || has_data(first, p);
+        if (drawn) gkeep_output();
         DATA_plot_map(p);
         DATA_plot_control(p, domain);
     }
     DATA_plot_end();
+    return drawn;
+}
+
+/// The grids of a time of a sequence. False, with a warning, if the file has none of them.
+bool find_time(const std::string& time, const Date* date) {
+    take_time(time);
+    if (GRD_search_file_date(date) == 1 && (!wants_grids() || grids_with_values(0, VAR_get_num() - 1) > 0)) return true;
+    MESS_print(MESS_WARN, "GRD_plot: No data at the time: %s\n", time.c_str());
+    ZAV_note(STATUS_TIME);
+    return false;
+}
+
+/// Draws a page, or on a display a frame, for each time that has data. False if none has.
+bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domain* domain) {
+    int pages = 0;
+    for (int i = 0; i < static_cast<int>(times.size()); i++) {
+        if (!find_time(times[i], &data.date)) continue;
+        gselect_frame(gcreate_frame(i));
+        if (pages > 0) PLT_next_page(DOM_aspect(domain));
+        if (pages > 0) MAP_setup(domain);
+        data.plot = pages++;
+        draw_layers(data, domain);
+        gkeep_output();
+        gdisplay_frame(i);
+        PLT_dump(i);
+    }
+    gset_looping(1);
+    return pages > 0;
+}
+
+bool draw_single(DATA_info& data, Domain* domain) {
+    if (GRD_search_file_date(&data.date) != 1) PLT_exit(STATUS_NO_GRID);
+    if (!draw_layers(data, domain)) return false;
+    PLT_dump(0);
+    return true;
 }
 
 }  // namespace
@@ -126,7 +187,11 @@ void GRD_callback(int, const char* str, float x, float y) {
 }
 
 int GRD_plot(Domain* domain) {
+    const std::vector<std::string> times = GRD_get_times();
+    const bool sequence = times.size() > 1;
     const bool redraw = gchk_graphics() != 0;
+    ZAV_set_unfinished(true);
+    gset_pages(sequence);
     if (redraw) {
         PLT_reset(DOM_aspect(domain));
     } else {
@@ -140,31 +205,25 @@ int GRD_plot(Domain* domain) {
     fill_data(data, file_date, domain);
     MAP_fill_cont(0);
 
-    const std::vector<std::string> times = GRD_get_times();
-    const bool sequence = times.size() > 1;
-    for (int i = 0; i < static_cast<int>(times.size()); i++) {
-        if (sequence) take_time(times[i]);
-        if (GRD_search_file_date(&file_date) != 1) {
-            if (!sequence) PLT_exit(STATUS_NO_GRID);
-            continue;
-        }
-        if (!redraw) GRD_tell_outside(domain);
-        if (sequence) gselect_frame(gcreate_frame(i));
-        data.plot = i;
-        draw_layers(data, domain);
-        if (sequence) gdisplay_frame(i);
-        PLT_dump(i);
-    }
-    if (sequence) gset_looping(1);
+    const bool drawn = sequence ? draw_sequence(times, data, domain) : draw_single(data, domain);
     if (redraw) return 0;
-    PLT_close();
+    if (drawn) {
+        PLT_close();
+    } else {
+        PLT_break_off();
+        ZAV_note(STATUS_NO_GRID);
+    }
     free_grids();
+    ZAV_set_unfinished(false);
     return 0;
 }
 
 int GRD_main(int argc, const char* const* argv) {
+    ZAV_open_standard_streams();
+    ZAV_survive_broken_pipes();
     ZAV_install_hooks();
     RES_init(argc, argv, KEYS, POSITIONS);
+    if (GPH_prints_on_stdout()) MESS_use_stderr();
     if (FLAG_help() != 0) show_help();
     GRD_in_file();
     VAR_set_def_type(DEFAULT_TYPE);

@@ -5,6 +5,7 @@
 #include "files/date.h"
 #include "files/files.h"
 #include "frame/hooks.h"
+#include "gks/gks_ws.h"
 #include "grid/grd_tool.h"
 #include "map/region.h"
 #include "plot/background/map.h"
@@ -45,6 +46,7 @@ void install_frame_hooks() {
     hooks.level_text = []() -> std::string { return VAR_get_level_str(); };
     hooks.time_text = []() -> std::string { return VAR_get_time_str(); };
     hooks.init_variables = VAR_init;
+    hooks.break_off = gbreak_off;
 }
 
 void install_variable_hooks() {

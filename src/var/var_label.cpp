@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "files/time_code.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "var/var_state.h"
@@ -177,15 +178,13 @@ std::string level_label(int ltype, int level) {
 
 /// Length and kind of a range; nothing for a single time.
 std::string time_label(int time) {
-    const int kind = time / 1000000;
-    const int begin = time / 1000 % 1000;
-    const int end = time % 1000;
-    if (kind <= 1) return "";
-    const int span = kind <= 9 ? std::abs(end - begin) : end;
-    std::string text = end > 899 ? text_format("%d month ", span)
-                                 : (end < 800 ? text_format("%d hour ", span) : text_format("%d day ", span));
+    constexpr int LAST_OF_SPANS = 9;  // kinds above it are ranges over several forecasts; their end is told
+    const TIME_range range = TIME_split(time);
+    if (range.kind <= 1) return "";
+    const long span = range.kind <= LAST_OF_SPANS ? std::labs(range.end - range.begin) : range.end;
+    std::string text = TIME_text(span, range.unit) + " ";
     for (const kind_text& row : KINDS) {
-        if (row.kind == kind) text += row.text;
+        if (row.kind == range.kind) text += row.text;
     }
     return text;
 }

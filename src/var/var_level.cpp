@@ -38,9 +38,9 @@ struct level_unit {
     float factor;
 };
 constexpr level_unit LEVEL_UNITS[] = {
-    {"mb", 100, 101, 1.0F},    {"m", 103, 104, 1.0F},   {"ft", 103, 104, FEET},      {"m_ag", 105, 106, 1.0F},
-    {"ft_ag", 105, 106, FEET}, {"k", 113, 114, 1.0F},   {"mb_ag", 115, 116, 1.0F},   {"sig", 107, 108, 10000.0F},
-    {"lev", 109, MISS, 1.0F},  {"pv", 117, MISS, 1.0F}, {"eta", 119, 120, 10000.0F},
+    {"mb", 100, 101, 1.0F},      {"hpa", 100, 101, 1.0F},   {"m", 103, 104, 1.0F},   {"ft", 103, 104, FEET},
+    {"m_ag", 105, 106, 1.0F},    {"ft_ag", 105, 106, FEET}, {"k", 113, 114, 1.0F},   {"mb_ag", 115, 116, 1.0F},
+    {"sig", 107, 108, 10000.0F}, {"lev", 109, MISS, 1.0F},  {"pv", 117, MISS, 1.0F}, {"eta", 119, 120, 10000.0F},
 };
 
 const level_unit* find_unit(const std::string& unit) {
@@ -88,12 +88,15 @@ bool decode_letter(const std::string& str, int* ltype, int* level) {
         if (std::tolower(static_cast<unsigned char>(str[0])) != row.letter) continue;
         char* end = nullptr;
         float first = std::strtof(str.c_str() + 1, &end);
-        *ltype = row.single;
-        *level = VAR_to_int(row.factor * first);
-        if (*end != '-') return true;
+        if (*end == 0) {
+            *ltype = row.single;
+            *level = VAR_to_int(row.factor * first);
+            return true;
+        }
+        if (*end != '-') return false;
         const char* second_text = end + 1;
         float second = std::strtof(second_text, &end);
-        if (end == second_text) return true;
+        if (end == second_text || *end != 0) return false;
         if (row.layer == 101 && first < second) std::swap(first, second);
         *ltype = row.layer;
         *level = layer_code(row.layer, first, second);
@@ -112,22 +115,18 @@ int surface_number(const std::string& text) {
     return text.size() > 4 && text[3] == '[' ? text_to_int(text.substr(4)) : 0;
 }
 
-int decode_single(const std::string& text, int* ltype, int* level) {
-    if (starts_with(text, "sfc")) {
+bool decode_single(const std::string& text, int* ltype, int* level) {
+    if (starts_with(text, "sfc") && (text.size() == 3 || text[3] == '[')) {
         *ltype = 1;
         *level = surface_number(text);
-        return 2;
+        return true;
     }
     const key_number number = VAR_read_number(text);
-    if (!number.found) return 2;
-    const level_unit* unit = find_unit(number.unit);
-    *level = VAR_to_int(number.value * (unit == nullptr ? 1.0F : unit->factor));
-    if (unit != nullptr) {
-        *ltype = unit->single;
-    } else if (number.unit.empty()) {
-        *ltype = 100;
-    }
-    return 2;
+    const level_unit* unit = find_unit(number.unit.empty() ? "mb" : number.unit);
+    if (!number.found || unit == nullptr) return false;
+    *ltype = unit->single;
+    *level = VAR_to_int(number.value * unit->factor);
+    return true;
 }
 
 /// Words that stand for the first number of a pressure layer. False for another text.
@@ -150,24 +149,26 @@ void to_metres(key_number& number, const level_unit* own, const level_unit* othe
     if (unit != nullptr && unit->factor == FEET) number.value *= FEET;
 }
 
-int decode_layer(const std::string& first, const std::string& second, bool above, int* ltype, int* level) {
+/// The unit of a layer's two numbers: mb if neither has one. Null for unlike, unknown units and those without layers.
+const level_unit* layer_unit(const key_number& num1, const key_number& num2) {
+    const std::string& name = num1.unit.empty() ? num2.unit : num1.unit;
+    const std::string& other = num2.unit.empty() ? name : num2.unit;
+    const level_unit* unit = find_unit(name.empty() ? "mb" : name);
+    const level_unit* second = find_unit(other.empty() ? "mb" : other);
+    if (unit == nullptr || second == nullptr || unit->layer != second->layer) return nullptr;
+    return unit->layer == MISS ? nullptr : unit;
+}
+
+bool decode_layer(const std::string& first, const std::string& second, bool above, int* ltype, int* level) {
     key_number num1 = VAR_read_number(first);
     key_number num2 = VAR_read_number(second);
-    const level_unit* unit1 = find_unit(num1.unit);
-    const level_unit* unit2 = find_unit(num2.unit);
     float word_number = 0.0F;
     const bool has_word = pressure_word(first, word_number);
-    const level_unit* unit = unit1 != nullptr ? unit1 : unit2;
-    const bool bare = num1.unit.empty() && num2.unit.empty() && num2.found && (num1.found || has_word);
-    if (unit != nullptr && unit->layer != MISS) {
-        *ltype = unit->layer;
-    } else if (bare) {
-        *ltype = 101;
-    } else if (unit == nullptr) {
-        return 2;
-    }
-    to_metres(num1, unit1, unit2);
-    to_metres(num2, unit2, unit1);
+    const level_unit* unit = layer_unit(num1, num2);
+    if (unit == nullptr || !num2.found || (!num1.found && !has_word)) return false;
+    *ltype = unit->layer;
+    to_metres(num1, find_unit(num1.unit), find_unit(num2.unit));
+    to_metres(num2, find_unit(num2.unit), find_unit(num1.unit));
     if (*ltype == 104 || *ltype == 106) {
         if (starts_with(first, "trop")) num1.value = above ? 99500.0F : 99600.0F;
     } else if (*ltype == 101) {
@@ -178,7 +179,7 @@ int decode_layer(const std::string& first, const std::string& second, bool above
         }
     }
     *level = layer_code(*ltype, num1.value, num2.value);
-    return 2;
+    return true;
 }
 
 /// Place of the sign between the two parts of a layer, npos for a single level.
@@ -207,8 +208,10 @@ int decode_key(const std::string& str, int* ltype, int* level) {
         return 2;
     }
     const std::size_t split = split_place(str);
-    if (split == std::string::npos) return decode_single(str, ltype, level);
-    return decode_layer(str.substr(0, split), str.substr(split + 1), str[split] == '+', ltype, level);
+    const bool read = split == std::string::npos
+                          ? decode_single(str, ltype, level)
+                          : decode_layer(str.substr(0, split), str.substr(split + 1), str[split] == '+', ltype, level);
+    return read ? 2 : 0;
 }
 
 int inherit(int* ltype, int* level) {

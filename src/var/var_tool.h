@@ -209,7 +209,7 @@ std::string VAR_get_time_key(int i);
 
 /// Decodes a time key into a time code. 0: no time, `time` unchanged; 1: inherited; 2: given.
 int VAR_dec_time(const std::string& str, int* time);
-/// Decodes a level key. 1: inherited; 2: given.
+/// Decodes a level key. 0: no level, the codes unchanged; 1: inherited; 2: given.
 int VAR_dec_level(const std::string& str, int* ltype, int* level);
 /// The numbers of a level or layer in its units: `l1` the lower, `l2` the higher, FMISS for a single level.
 void VAR_get_level(int ltype, int level, float* l1, float* l2);

@@ -95,6 +95,12 @@ TEST(GrdTrans, ValueOnAnotherMap) {
     EXPECT_NEAR(y, 0.5, 1e-3);
     EXPECT_EQ(MAP_get_proj(), PROJ_MERCATOR);
 
+    GRD_report empty = grid;  // the place is told without values too
+    empty.grid.reset();
+    MAP_tran(40.5F, -101, &x, &y);
+    EXPECT_EQ(GRD_get_value_domain(&empty, &mercator, &x, &y), FMISS);
+    EXPECT_NEAR(std::hypot(x - 0.5, y - 0.5), 0, 1e-3);
+
     MAP_domain(&grid.domain);
     x = -100;
     y = 40;

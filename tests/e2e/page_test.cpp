@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <sstream>
 
 #include "e2e/program.h"
@@ -93,42 +96,71 @@ TEST(Page, LayersStackTheirLabelsInTheOrderOfTheVariables) {
     EXPECT_GE(place_of(texts, "5460"), 0) << "labels on the lines";
 }
 
-TEST(Page, PanelsHaveTheirOwnMapsAndLabels) {
-    const TempDir dir;
-    const Outcome outcome =
-        run_program(dir.path(),
-                    "-me warn -ft h24 -le 500 -de p,x.ps,color -pd lc,45,-97,71,53,0.95 -va panel:2x2+0+0,"
-                    "hght:gpm:ln:in=60,panel:2x2+1+0,temp:C:cf:in=4,panel:2x2+0+1,rhum:%:cf:in=10,"
-                    "panel:2x2+1+1,:sl:pmsl:mb:ln:in=4 " +
-                        SAMPLE);
-    ASSERT_EQ(outcome.status, 0) << outcome.err;
+/// Lines, areas and texts of a page in the order of their coordinates.
+std::vector<std::string> marks_of(const TempDir& dir, const std::string& variables) {
+    const Outcome outcome = run_program(dir.path(),
+                                        "-me warn -ft h24 -le 500 -de p,x.ps,color -pd lc,45,-97,71,53,0.95 "
+                                        "-va '" +
+                                            variables + "' " + SAMPLE);
+    EXPECT_EQ(outcome.status, 0) << variables << outcome.err;
     const Page page = read_page(dir.file("x.ps"));
     EXPECT_EQ(page.pages, 1);
-    std::vector<PagePath> borders;
-    for (const PagePath& line : page.lines) {
-        if (line.size() == 5 && line[2].x - line[0].x > 250.0 && line[2].y - line[0].y > 150.0) borders.push_back(line);
+    std::vector<std::string> marks;
+    const auto add = [&marks](char kind, const PagePath& path) {
+        std::ostringstream text;
+        text << kind;
+        for (const PagePoint& point : path) text << ' ' << std::lround(point.x) << ',' << std::lround(point.y);
+        marks.push_back(text.str());
+    };
+    for (const PagePath& line : page.lines) add('l', line);
+    for (const PagePath& area : page.fills) add('a', area);
+    std::istringstream lines(read_file(dir.file("x.ps")));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind("%%TE:", 0) == 0) marks.push_back(line);
     }
-    ASSERT_EQ(borders.size(), 4U);
-    for (std::size_t i = 0; i < borders.size(); i++) {
-        for (std::size_t k = 0; k < i; k++) {
-            const bool apart = borders[i][0].x > borders[k][2].x || borders[k][0].x > borders[i][2].x ||
-                               borders[i][0].y > borders[k][2].y || borders[k][0].y > borders[i][2].y;
-            EXPECT_TRUE(apart) << i << " and " << k;
-        }
+    std::sort(marks.begin(), marks.end());
+    return marks;
+}
+
+/// A page holds what each of its panels shows alone: no map, title, bar or label of another one.
+TEST(Page, PanelsAreDrawnAsIfAlone) {
+    const TempDir dir;
+    const std::vector<std::string> panels{
+        "panel:2x2+0+0,temp:C:cf:in=4:bar:nolr,hght:gpm:ln:in=60", "panel:2x2+1+0,:850mb:temp:C:ln:in=4",
+        "panel:2x2+0+1,rhum:%:cf:cof=rhum.lev,wind<uwnd,vwnd>[kt:vect:sk=4]", "panel:2x2+1+1,hght:gpm:ln:in=60"};
+    std::vector<std::string> each;
+    std::string all;
+    for (const std::string& panel : panels) {
+        const std::vector<std::string> marks = marks_of(dir, panel);
+        EXPECT_GT(marks.size(), 200U) << panel;
+        each.insert(each.end(), marks.begin(), marks.end());
+        all += (all.empty() ? "" : ",") + panel;
     }
-    // What is drawn before the first panel's border, its map and lines, stays in its quarter of the page.
-    for (const PagePath& line : page.lines) {
-        if (line.size() == 5 && line[2].x - line[0].x > 250.0) break;
-        for (const PagePoint& point : line) {
-            ASSERT_LT(point.x, 480.0);
-            ASSERT_GT(point.y, 200.0);
-        }
+    std::sort(each.begin(), each.end());
+    EXPECT_EQ(marks_of(dir, all), each);
+}
+
+/// A chart with an inset is the whole chart, a cleared ground, and the inset.
+TEST(Page, InsetsLeaveTheChartWhole) {
+    const TempDir dir;
+    for (const char* kind : {"ln", "cf"}) {
+        const std::string chart = std::string("hght:gpm:") + kind + ":in=60";
+        const std::string inset = "panel:3x3+2+2,temp:K:ln:in=2";
+        std::vector<std::string> each = marks_of(dir, chart);
+        const std::vector<std::string> alone = marks_of(dir, inset);
+        each.insert(each.end(), alone.begin(), alone.end());
+        std::sort(each.begin(), each.end());
+        std::vector<std::string> more;
+        const std::vector<std::string> both = marks_of(dir, chart + "," + inset);
+        std::set_difference(both.begin(), both.end(), each.begin(), each.end(), std::back_inserter(more));
+        EXPECT_EQ(both.size(), each.size() + 1) << kind;
+        ASSERT_EQ(more.size(), 1U) << kind;
+        EXPECT_EQ(more[0][0], 'a') << kind;
     }
-    const std::vector<std::string> texts = texts_of(dir.file("x.ps"));
-    for (const char* label :
-         {"500 mb Height (gpm)", "500 mb Temperature (C)", "Relative Humidity (%)", "Sea level Pressure (mb)"}) {
-        EXPECT_GE(place_of(texts, label), 0) << label;
-    }
+}
+
+TEST(Page, PanelsOutsideThePageLeaveTheOthers) {
+    const TempDir dir;
     // A panel outside the page draws nothing there, and the others are drawn.
     EXPECT_EQ(run_program(dir.path(),
                           "-me warn -ft h24 -le 500 -de p,y.ps -va panel:0.5x0.5+7+7,hght:gpm:ln:in=60,"

@@ -1,4 +1,5 @@
 #include "files/date.h"
+#include "files/time_code.h"
 
 #include <gtest/gtest.h>
 
@@ -141,6 +142,11 @@ TEST(Label, NamesForecastModelAndValidTime) {
                           {MISS, 1, 6, "Analysis for 0600Z 15 MAR 98", "6Z SUN 15 MAR 98"},
                           {6, 1, 6, "6 hour  valid 12Z SUN 15 MAR 98", "12Z SUN 15 MAR 98"},
                           {4012024, 7002, 0, "24 hour NGM valid 0Z MON 16 MAR 98", "0Z MON 16 MAR 98"},
+                          {6002014, 7002, 22, "14 hour NGM valid 12Z MON 16 MAR 98", "12Z MON 16 MAR 98"},
+                          {100000003, 7002, 0, "1:30 hour NGM valid 0130Z SUN 15 MAR 98", "0130Z SUN 15 MAR 98"},
+                          {300000002, 7002, 0, "10 min NGM valid 0010Z SUN 15 MAR 98", "0010Z SUN 15 MAR 98"},
+                          {4801803, 7002, 0, "3 day NGM valid 0Z WED 18 MAR 98", "0Z WED 18 MAR 98"},
+                          {911, 7002, 0, "11 month NGM valid 0Z MON 15 FEB 99", "0Z MON 15 FEB 99"},
                           {6006000, 7002, 0, "6 hour NGM analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"},
                           {6006000, 1, 0, "6 hour Analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"}};
     for (const Case& c : cases) {
@@ -163,6 +169,25 @@ TEST(Label, NamesForecastModelAndValidTime) {
     EXPECT_EQ(text, "NGM analysis");
     EXPECT_EQ(DATE_make_label_for(24, 7002, 0, text), -1);
     EXPECT_EQ(text, "24 hour NGM");
+}
+
+TEST(TimeCode, ComesApartAndTogether) {
+    for (const long step : {1L, 5L, 15L, 30L, 60L, 180L, 1440L}) {
+        for (long end = 0; end <= (step == TIME_HOUR ? 799 : 999) * step && end <= 100 * TIME_DAY; end += step) {
+            const long begin = end / 2 / step * step;
+            for (const int kind : {0, 2, 7, 23}) {
+                const TIME_range range{kind, kind == 0 ? 0 : begin, end};
+                const int code = TIME_make(range);
+                const TIME_range back = TIME_split(code);
+                ASSERT_NE(code, MISS) << end;
+                ASSERT_EQ(back.kind, kind) << code;
+                ASSERT_EQ(back.begin, range.begin) << code;
+                ASSERT_EQ(back.end, end) << code;
+                ASSERT_EQ(TIME_make(back), code);
+            }
+        }
+    }
+    for (const long far : {1001L, 3000L * TIME_HOUR, -1L}) EXPECT_EQ(TIME_make({4, 0, far}), MISS) << far;
 }
 
 // Last: the zone and its clock stay for the run.

@@ -1,9 +1,12 @@
 #include "frame/menu.h"
 
+#include <algorithm>
+
 #include "frame/flag.h"
 #include "frame/hooks.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/zav.h"
 #include "support/support.h"
 
@@ -108,14 +111,20 @@ TEST(Prompt, LongLinesAndCommands) {
 }
 
 TEST(PromptDeathTest, EndOfInputAndExitEndTheProgram) {
-    EXPECT_EXIT(test::capture([] { ZAV_promptd("Number: "); }, ""), ::testing::ExitedWithCode(0), "");
+    // Before the first chart a question was left open; behind one the script is done.
+    const auto ask = [](bool unfinished) {
+        ZAV_set_unfinished(unfinished);
+        ZAV_promptd("Number: ");
+    };
+    EXPECT_EXIT(test::capture([&] { ask(true); }, ""), ::testing::ExitedWithCode(STATUS_INPUT_ENDED), "");
+    EXPECT_EXIT(test::capture([&] { ask(false); }, ""), ::testing::ExitedWithCode(0), "");
     EXPECT_EXIT(test::capture(
                     [] {
                         std::string word;
                         MENU_process("", numbered(2), 0, "", word, 3);
                     },
                     "?\n\n?"),
-                ::testing::ExitedWithCode(0), "");
+                ::testing::ExitedWithCode(STATUS_INPUT_ENDED), "");
     EXPECT_EXIT(test::capture([] { ZAV_promptf(""); }, "EXIT now\n"), ::testing::ExitedWithCode(0), "");
 }
 
@@ -160,7 +169,7 @@ TEST_F(MenuFiles, ShowLinesByTheirRules) {
     dir.write("prog.tim",
               "h06 6_hour mo=eta|ngm\nh12 12_hour 0\nshort\nh18 18_hour_ x,mo=e*\nabbreviation y 1\nh24 n mo=ruc\n");
     EXPECT_EQ(GRD_read_time_menu(), 1);
-    EXPECT_EQ(abbreviations(GRD_time_menu()), "back;h06;h18;abbrevia;");
+    EXPECT_EQ(abbreviations(GRD_time_menu()), "back;h06;h18;abbreviation;");
     EXPECT_EQ(GRD_time_menu()[1].name, "6 hour");
     EXPECT_EQ(GRD_time_menu()[1].index, 1);
 
@@ -194,6 +203,31 @@ TEST_F(MenuFiles, VariableMenu) {
     EXPECT_EQ(string, "z");
     EXPECT_NE(listed.out.find(" Abbr    Description\nt        Temp C "), std::string::npos);
     EXPECT_NE(listed.out.find("\nh        Height "), std::string::npos);
+}
+
+TEST_F(MenuFiles, LongAbbreviationsArePickedWhole) {
+    dir.write("prog.var", "height_500mb_wind Height,_wind 1 hght\n");
+    ASSERT_EQ(VAR_open_file(""), 1);
+    VAR_read_menu();
+    for (const char* answer : {"1\n", "HEIGHT_500mb_wind\n"}) {
+        std::string string;
+        test::capture([&] { EXPECT_EQ(VAR_menu("", "", string, 3), 1); }, answer);
+        EXPECT_EQ(string, "height_500mb_wind") << answer;
+    }
+}
+
+TEST(Paging, CountsTheLinesOfMenus) {
+    MESS_set_str("print,page,line=10");
+    const test::Output output = test::capture(
+        [] {
+            MENU_print("\nTitle\n", numbered(12), 0, 3);
+            MESS_hold(MESS_PRINT, "");  // the next page begins anew
+        },
+        "\n\n");
+    MESS_set_page(1);
+    const std::size_t hold = output.out.find("Press return");
+    ASSERT_NE(hold, std::string::npos);
+    EXPECT_EQ(std::count(output.out.begin(), output.out.begin() + static_cast<std::ptrdiff_t>(hold), '\n'), 11);
 }
 
 TEST_F(MenuFiles, HoldMoreThanATableShows) {

@@ -155,6 +155,37 @@ TEST_F(Resources, Conversions) {
     EXPECT_EQ(wrong, 5);
 }
 
+TEST_F(Resources, TargetsAreChecked) {
+    FLAG_resetplot(1);
+    RES_put("draw", "-map");
+    RES_put("count", "12");
+    float wrong = 5;
+    const test::Output output = test::capture([&] {
+        EXPECT_EQ(RES_getval("draw", {}, CV_draw), 1);
+        EXPECT_EQ(RES_getval("count", &wrong, CV_int), 0);
+        EXPECT_EQ(RES_getval("count", {}, CV_int), 0);
+    });
+    EXPECT_EQ(FLAG_getplot(PLOT_MAP), 0);
+    EXPECT_EQ(wrong, 5);
+    const std::string fault = "RES_getval: The target doesn't take the value of the resource: count\n";
+    EXPECT_EQ(output.err, fault + fault);
+    FLAG_resetplot(1);
+}
+
+TEST_F(Resources, CommandsCountOnlyInFilesThatOthersCannotWrite) {
+    const test::EnvSetting path("zavdefault", ".");
+    const std::string file = dir.write(".zavdef", "*.message +fi=|command\n*.time h12\n");
+    for (const unsigned mode : {0666U, 0620U, 0644U}) {
+        std::filesystem::permissions(file, static_cast<std::filesystem::perms>(mode));
+        const test::Output output = test::capture([] { init({}); });
+        MESS_set_str("out2");
+        EXPECT_EQ(get("time"), "h12");
+        // Without the hook that starts commands, one opens a file of its name.
+        EXPECT_EQ(std::filesystem::exists("|command"), mode == 0644U) << mode;
+        EXPECT_EQ(output.err.empty(), mode == 0644U) << output.err;
+    }
+}
+
 TEST_F(Resources, DrawSwitchesComponents) {
     FLAG_resetplot(1);
     RES_conv_data("-text,-map", {}, CV_draw);

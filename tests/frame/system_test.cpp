@@ -22,6 +22,16 @@ TEST(System, StopwatchCountsSleeps) {
     EXPECT_EQ(ZAV_elapse_time(), 0);
 }
 
+TEST(SystemDeathTest, ClosedStandardStreamsAreNotTakenByFiles) {
+    EXPECT_EXIT(
+        {
+            for (const int descriptor : {0, 1, 2}) close(descriptor);
+            ZAV_open_standard_streams();
+            _exit(fileno(std::fopen("/dev/null", "r")));
+        },
+        ::testing::ExitedWithCode(3), "");
+}
+
 TEST(SystemDeathTest, BackgroundProcessGoesOnDetached) {
     const test::TempDir dir;
     const std::string mark = dir.file("mark");

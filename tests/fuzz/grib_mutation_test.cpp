@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -33,13 +32,12 @@ std::vector<Bytes> seeds() {
     std::vector<std::string> paths;
     for (const char* name : {"26011512_wave.grb2", "26011512_wavelc.grb"})
         paths.push_back(test::source_dir() + "/samples/" + name);
-    if (const char* folder = std::getenv("ZAV_TEST_DATA")) {
-        for (const char* name :
-             {"bulletin_40bytes.grib2", "bulletin_41bytes.grib1", "cmc_wind300_polar.grib1", "eta_lambert_f24.grib2",
-              "gfs_2p5deg_f120.grib2", "jma_nowcast_runlength.grib2", "missing_values.grib1",
-              "ndfd_temp_mercator.grib2", "ngm_polar_f48.grib2", "reduced_latlon.grib1"}) {
-            paths.push_back(std::string(folder) + "/" + name);
-        }
+    for (const char* name :
+         {"bulletin_40bytes.grib2", "bulletin_41bytes.grib1", "cmc_wind300_polar.grib1", "eta_lambert_f24_cut.grib2",
+          "gfs_2p5deg_f120_cut.grib2", "jma_nowcast_runlength.grib2", "missing_values.grib1",
+          "ndfd_temp_mercator.grib2", "ngm_polar_f48.grib2", "ngm_polar_jpeg2000.grib2", "reduced_latlon.grib1"}) {
+        const std::string path = test::data_file(name);
+        if (!path.empty()) paths.push_back(path);
     }
     std::vector<Bytes> files;
     for (const std::string& path : paths) {
@@ -139,7 +137,7 @@ TEST_F(GribMutation, HeadersOfImages) {
             try_bytes(bytes);
         }
     }
-    if (images == 0) GTEST_SKIP() << "no JPEG 2000 file: ZAV_TEST_DATA isn't set";
+    EXPECT_GT(images, 0);
 }
 
 TEST_F(GribMutation, PiecesInTheWrongPlace) {

@@ -103,6 +103,13 @@ TEST_P(TextPlace, PutsStrokesWhereTheFontSays) {
     EXPECT_NEAR(drawn[3].y, b.y, 0.02);
 }
 
+std::string name_of(const ::testing::TestParamInfo<Case>& given) {
+    const char* const across[] = {"normal", "left", "center", "right"};
+    const char* const upward[] = {"normal", "top", "cap", "half", "base", "bottom"};
+    return std::string(across[given.param.hor]) + "_" + upward[given.param.vert] +
+           (given.param.upx != 0 ? "_turned" : "") + (given.param.expan != 1 ? "_stretched" : "");
+}
+
 // "AB" is 0 + 25 + 50 = 75 units long, its half 37; stretched by 2, 150.
 INSTANTIATE_TEST_SUITE_P(All, TextPlace,
                          ::testing::Values(Case{GLEFT_HOR, GBASE_VERT, 0, 1, 1, {0.4F, 0.5F}, {0.475F, 0.5F}},
@@ -113,7 +120,8 @@ INSTANTIATE_TEST_SUITE_P(All, TextPlace,
                                            Case{GLEFT_HOR, GBOTTOM_VERT, 0, 1, 1, {0.4F, 0.535F}, {0.475F, 0.535F}},
                                            Case{GRIGHT_HOR, GBASE_VERT, 0, 1, 2, {0.25F, 0.5F}, {0.4F, 0.5F}},
                                            Case{GLEFT_HOR, GBASE_VERT, 1, 0, 1, {0.4F, 0.5F}, {0.4F, 0.425F}},
-                                           Case{GLEFT_HOR, GBOTTOM_VERT, 1, 0, 1, {0.435F, 0.5F}, {0.435F, 0.425F}}));
+                                           Case{GLEFT_HOR, GBOTTOM_VERT, 1, 0, 1, {0.435F, 0.5F}, {0.435F, 0.425F}}),
+                         name_of);
 
 TEST_F(Text, FixedPitchCountsBlanksAndUnknownCharactersTakeNoRoom) {
     open();

@@ -164,7 +164,8 @@ TEST_P(NativeFormat, DamageEndsInAResult) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, NativeFormat, testing::Values(2, 3));
+INSTANTIATE_TEST_SUITE_P(Kinds, NativeFormat, testing::Values(2, 3),
+                         [](const auto& given) { return given.param == 2 ? "text" : "binary"; });
 
 class Native : public TempDirTest {
   protected:

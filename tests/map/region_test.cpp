@@ -83,7 +83,7 @@ TEST_F(Region, ProjectionWordsAreToldByTheirBeginning) {
 
 TEST_F(Region, PrintedDomainsReadBack) {
     for (const char* text : {"ps:60:-100,40,-95,61,45,1.2", "lc:25:-95:25:35:1,40,-100,30,20,0.5,0.25",
-                             "ll,0,0,73,37,5,5", "sat:e:0:-75:421.6400:1,10,-75,100,80,1,1",
+                             "ll,0,0,73,37,5,5", "sat:e,10,-75,100,80,1,1", "sat:e:0:-75:421.6400:1,10,-75,100,80,1,1",
                              "la:45:-100,44,-90,30,30,1,1", "ps::-100,40,-95,61,45,1.2", "ll:60:,1,2,3,4,5,6"}) {
         Domain first;
         Domain second;
@@ -96,6 +96,8 @@ TEST_F(Region, PrintedDomainsReadBack) {
     const test::Output shown = test::capture([&] { DOM_print(MESS_PRINT, &domain); });
     EXPECT_EQ(shown.out, "lamb:25.000:-95.000:25.000:35.000:,40.000,-100.000,30,20,0.5000,0.2500\n");
     EXPECT_FLOAT_EQ(DOM_aspect(&domain), 29.0F / 19.0F);
+    DOM_decode("sat:e,10,-75,100,80,1,1", &domain);
+    EXPECT_EQ(domain.ellipse, 1);
     domain.ny = 1;
     EXPECT_EQ(DOM_aspect(&domain), 1.0F);
 }

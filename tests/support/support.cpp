@@ -5,7 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -122,15 +124,32 @@ bool have_program(const std::string& name) {
     return status == 0;
 }
 
+std::string case_name(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return text;
+}
+
 std::string source_dir() { return ZAV_SOURCE_DIR; }
 
 std::string program_path() { return ZAV_PROGRAM; }
 
+std::vector<std::string> data_folders() {
+    std::vector<std::string> folders{source_dir() + "/tests/data"};
+    const char* given = std::getenv("ZAV_TEST_DATA");
+    if (given != nullptr) {
+        const std::filesystem::path folder = std::filesystem::path(source_dir()) / given;
+        if (std::filesystem::exists(folder / "inventory.tsv")) folders.push_back(folder.string());
+    }
+    return folders;
+}
+
 std::string data_file(const std::string& name) {
-    const char* folder = std::getenv("ZAV_TEST_DATA");
-    if (folder == nullptr) return {};
-    const std::filesystem::path path = std::filesystem::path(folder) / name;
-    return std::filesystem::exists(path) ? path.string() : std::string();
+    for (const std::string& folder : data_folders()) {
+        const std::filesystem::path path = std::filesystem::path(folder) / name;
+        if (std::filesystem::exists(path)) return path.string();
+    }
+    return {};
 }
 
 EnvSetting::EnvSetting(const std::string& name, const char* value) : name_(name) {

@@ -58,12 +58,21 @@ std::string run_command(const std::string& command, int* status = nullptr);
 /// True if a program of that name can be run.
 bool have_program(const std::string& name);
 
+/// The name of a parametrised test's case: letters and digits of `text`, anything else as "_".
+std::string case_name(std::string text);
+
 /// The folder of the project, absolute.
 std::string source_dir();
 /// The program under test.
 std::string program_path();
 
-/// Path of a file of the real data folder, empty if the folder isn't given by ZAV_TEST_DATA or lacks it.
+/// Why a test is skipped whose file `data_file` doesn't find; script/test counts these words.
+inline constexpr const char* NO_DATA_FILE = "needs the large model files of ZAV_TEST_DATA";
+
+/// The folders with model files and the list of their fields, inventory.tsv: tests/data, and that which ZAV_TEST_DATA
+/// names, if it holds them. A relative name starts at the folder of the project.
+std::vector<std::string> data_folders();
+/// Path of a file in one of them, empty if none has it.
 std::string data_file(const std::string& name);
 
 /// An environment variable for the life of this object; a null value removes it.

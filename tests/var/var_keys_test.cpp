@@ -48,6 +48,22 @@ TEST_F(VarKeys, TimeKeysGiveTheirCodes) {
         {"h24-12zzz", 2, 2012024},
         {"h24-12", 2, 24},
         {"48-24MAX", 2, 6024048},
+        {"10min", 2, 300000002},
+        {"1:30", 2, 100000003},
+        {"120min", 2, 2},
+        {"90min-30minacc", 2, 104002003},
+        {"1:30-0:30min", 2, 107002003},
+        {"time-0:30", 1, 100000047},
+        {"d40", 2, 840},
+        {"900hours", 2, 900},
+        {"1200", 2, 850},
+        {"foo", 0, -1},
+        {"+24", 0, -1},
+        {"10foo", 0, -1},
+        {"h12x", 0, -1},
+        {"1:75", 0, -1},
+        {"h12-", 0, -1},
+        {"h6-12acc", 0, -1},
         {"temp", 0, -1},
         {"dewp", 0, -1},
         {"hght", 0, -1},
@@ -74,6 +90,8 @@ TEST_F(VarKeys, LevelKeysGiveTheirCodes) {
     } const cases[] = {
         {"850", 100, 850},
         {"850mb", 100, 850},
+        {"500hPa", 100, 500},
+        {"1000-500hPa", 101, 50100},
         {"p850", 100, 850},
         {"1000-500", 101, 50100},
         {"500-1000mb", 101, 50100},
@@ -120,9 +138,11 @@ TEST_F(VarKeys, LevelKeysGiveTheirCodes) {
     }
     int ltype = 5;
     int level = 6;
-    EXPECT_EQ(VAR_dec_level("gibberish", &ltype, &level), 2);
-    EXPECT_EQ(ltype, 5);
-    EXPECT_EQ(level, 6);
+    for (const char* key : {"gibberish", "500foo", "p850x", "850-", "850-x", "1000mb-500m", "1-5lev", "sfcx", "+"}) {
+        EXPECT_EQ(VAR_dec_level(key, &ltype, &level), 0) << key;
+        EXPECT_EQ(ltype, 5) << key;
+        EXPECT_EQ(level, 6) << key;
+    }
     FLAG_setl(FLAG_LTYPE, 100);
     FLAG_set(FLAG_LEVEL, 700);
     for (const char* key : {"", "level"}) {

@@ -4,13 +4,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 #include <string_view>
 
+#include "files/files.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
@@ -61,6 +64,12 @@ void put_word(int value) {
     state.out.write(bytes.data(), bytes.size());
 }
 
+/// A place beyond all floats lies as far out as one can, so that other readers find a number.
+double held_finite(float value) {
+    constexpr float most = std::numeric_limits<float>::max();
+    return std::isnan(value) ? 0 : static_cast<double>(std::clamp(value, -most, most));
+}
+
 void put_coordinate(float value) { put_word(std::clamp(gtruncate(value), -32767, 32767)); }
 
 void write_text_head() {
@@ -77,12 +86,6 @@ void write_cgm_head() {
         gcgm_control(element.maj, element.min, element.len, 0);
         state.out.write(element.bytes);
     }
-}
-
-std::string file_name(const std::vector<std::string>& words) {
-    if (!words.empty() && !words[0].empty()) return words[0];
-    if (const char* name = std::getenv("zavmeta_out")) return name;
-    return state.meta_type == GMETA_CGM ? "zav.cgm" : "zav.meta";
 }
 
 void read_parameters(const std::vector<std::string>& words) {
@@ -121,6 +124,12 @@ Gdevice_area drawing_area() {
 
 }  // namespace
 
+std::string gmeta_file_name(const std::vector<std::string>& words) {
+    if (!words.empty() && !words[0].empty()) return words[0];
+    if (const char* name = std::getenv("zavmeta_out"); name != nullptr && *name != '\0') return name;
+    return state.meta_type == GMETA_CGM ? "zav.cgm" : "zav.meta";
+}
+
 int gmeta_open(const std::vector<std::string>& words) {
     gset_cache(0);
     gset_redraw(0);
@@ -128,7 +137,7 @@ int gmeta_open(const std::vector<std::string>& words) {
     gset_area(drawing_area());
     gset_win_type(GWS_META);
     gset_win_depth(META_DEPTH);
-    if (!gmeta_open_file(file_name(words))) {
+    if (!gmeta_open_file(gmeta_file_name(words))) {
         gerr_printf("gopen_ws", "unable to open metafile\n");
         return -1;
     }
@@ -140,6 +149,7 @@ void gmeta_set_type(int type) { state.meta_type = type; }
 int gmeta_get_type() { return state.meta_type; }
 
 bool gmeta_open_file(const std::string& filename) {
+    if (FILE_is_stdio(filename)) MESS_use_stderr();
     MESS_print(MESS_PROGRESS, "Creating metafile: %s\n", filename.c_str());
     return state.out.open(filename);
 }
@@ -149,6 +159,24 @@ void gmeta_init_file() {
         write_cgm_head();
     } else {
         write_text_head();
+    }
+}
+
+void gmeta_new_picture() {
+    gmeta_printf("PICTURE\n");
+    if (state.meta_type != GMETA_CGM) return;
+    gcgm_control(0, 5, 0, 0);  // END PICTURE
+    gcgm_control(0, 3, 0, 0);
+    gcgm_control(0, 4, 0, 0);
+}
+
+void gmeta_keep() { state.out.keep(); }
+
+void gmeta_break_off() {
+    if (state.out.kept()) {
+        gmeta_close_file();
+    } else {
+        state.out.abandon();
     }
 }
 
@@ -170,7 +198,7 @@ void gmeta_printf(const char* mess, ...) {
 
 void gmeta_points(Gint num_pt, const Gpt* array_pt, bool last_break) {
     for (int i = 0; i < num_pt; ++i) {
-        gmeta_printf("%f,%f ", array_pt[i].x, array_pt[i].y);
+        gmeta_printf("%f,%f ", held_finite(array_pt[i].x), held_finite(array_pt[i].y));
         const bool fourth = i % POINTS_A_LINE == POINTS_A_LINE - 1;
         if (fourth && (last_break || i < num_pt - 1)) gmeta_printf("\n   ");
     }

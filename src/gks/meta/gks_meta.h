@@ -16,6 +16,9 @@ enum : int { GMETA_TEXT = 0, GMETA_CGM = 1 };
 /// What opens the metafile workstation for gopen_ws; `words` are those of the connection string. 0, or -1.
 int gmeta_open(const std::vector<std::string>& words);
 
+/// The output that the first of the words, the environment or the default names.
+std::string gmeta_file_name(const std::vector<std::string>& words);
+
 void gmeta_set_type(int type);
 int gmeta_get_type();
 
@@ -23,8 +26,15 @@ int gmeta_get_type();
 bool gmeta_open_file(const std::string& filename);
 void gmeta_init_file();
 
-/// 0, or -1 if no file is open.
+/// Ends the picture and begins the next.
+void gmeta_new_picture();
+
+/// 0, or -1 if no file is open or it couldn't be written whole.
 int gmeta_close_file();
+
+/// As gps_keep and gps_break_off.
+void gmeta_keep();
+void gmeta_break_off();
 
 /// Writes to the text form. Nothing on a CGM or with no file open, so that a caller needn't ask.
 void gmeta_printf(const char* mess, ...) __attribute__((format(printf, 1, 2)));

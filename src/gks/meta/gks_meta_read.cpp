@@ -4,72 +4,91 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "files/files.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
+#include "gks/gks_ws.h"
 #include "gks/meta/gks_meta.h"
 
 namespace zav {
 namespace {
 
-constexpr std::size_t LARGEST_FILE = std::size_t{1} << 30;  // bytes; ends the reading of a source without an end
+constexpr std::size_t BLOCK = std::size_t{1} << 16;  // bytes read at a time
+constexpr std::size_t LONGEST_NUMBER = 400;          // bytes, more than "%f" makes of any float
 constexpr std::size_t WORD_LENGTH = 9;
 constexpr std::size_t TEXT_LENGTH = 100;
-constexpr std::size_t POINT_BYTES = 3;  // the least that "x,y" takes
+constexpr long POINT_BYTES = 3;  // the least that "x,y" takes
 
-/// Walks over the text of a metafile. The calls that take something give nothing where the text doesn't hold it.
+/// Walks over a metafile. The calls that take something give nothing where the file doesn't hold it.
 class Reader {
   public:
-    explicit Reader(std::string text) : text_(std::move(text)) {}
+    Reader(file_ptr file, long size) : file_(std::move(file)), size_(size) {}
 
     bool at_end() {
         skip_space();
-        return place_ >= text_.size();
+        return !has(1);
     }
 
-    std::size_t bytes_left() const { return text_.size() - place_; }
+    long bytes_left() const { return size_ - taken_ - static_cast<long>(place_); }
 
     /// The next word; of a longer one the first characters.
     std::string word() {
-        const std::size_t start = place_;
-        while (place_ < text_.size() && !is_space(text_[place_])) ++place_;
-        return text_.substr(start, std::min(place_ - start, WORD_LENGTH));
+        std::string word;
+        for (; has(1) && !is_space(text_[place_]); ++place_) {
+            if (word.size() < WORD_LENGTH) word += text_[place_];
+        }
+        in_new_line_ = false;
+        return word;
     }
 
     void skip_line() {
-        const std::size_t end = text_.find('\n', place_);
-        place_ = end == std::string::npos ? text_.size() : end + 1;
+        while (has(1)) {
+            const std::size_t end = text_.find('\n', place_);
+            place_ = end == std::string::npos ? text_.size() : end + 1;
+            if (end != std::string::npos) return;
+        }
+    }
+
+    /// Goes on behind an item that lacks arguments: at the next line, which the search for them may have reached.
+    void skip_item() {
+        if (!in_new_line_) skip_line();
     }
 
     std::optional<int> integer() {
         skip_space();
+        has(LONGEST_NUMBER);
         const char* start = text_.c_str() + place_;
         char* end = nullptr;
         const long value = std::strtol(start, &end, 10);
         if (end == start) return std::nullopt;
         place_ += static_cast<std::size_t>(end - start);
+        in_new_line_ = false;
         return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
     }
 
     std::optional<float> number() {
         skip_space();
+        has(LONGEST_NUMBER);
         const char* start = text_.c_str() + place_;
         char* end = nullptr;
         const float value = std::strtof(start, &end);
         if (end == start) return std::nullopt;
         place_ += static_cast<std::size_t>(end - start);
+        in_new_line_ = false;
         return value;
     }
 
     std::optional<Gpt> point() {
         const std::optional<float> x = number();
-        if (!x || place_ >= text_.size() || text_[place_] != ',') return std::nullopt;
+        if (!x || !has(1) || text_[place_] != ',') return std::nullopt;
         ++place_;
         const std::optional<float> y = number();
         if (!y) return std::nullopt;
@@ -86,19 +105,35 @@ class Reader {
 
     /// The rest of the line behind blanks, cut where it is too long for a text.
     std::string rest_of_line() {
-        while (place_ < text_.size() && (text_[place_] == ' ' || text_[place_] == '\t')) ++place_;
-        const std::size_t start = place_;
+        while (has(1) && (text_[place_] == ' ' || text_[place_] == '\t')) ++place_;
+        has(TEXT_LENGTH + 2);
+        const std::size_t end = std::min(text_.find('\n', place_), text_.size());
+        std::string text = text_.substr(place_, std::min(end - place_, TEXT_LENGTH));
+        while (!text.empty() && text.back() == '\r') text.pop_back();
         skip_line();
-        std::size_t end = place_;
-        while (end > start && (text_[end - 1] == '\n' || text_[end - 1] == '\r')) --end;
-        return text_.substr(start, std::min(end - start, TEXT_LENGTH));
+        return text;
     }
 
   private:
     static bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+    /// True if `count` more bytes are there; reads them in if need be.
+    bool has(std::size_t count) {
+        if (place_ + count <= text_.size()) return true;
+        text_.erase(0, place_);
+        taken_ += static_cast<long>(place_);
+        place_ = 0;
+        while (text_.size() < count) {
+            const std::size_t old = text_.size();
+            text_.resize(old + BLOCK);
+            text_.resize(old + std::fread(text_.data() + old, 1, BLOCK, file_.get()));
+            if (text_.size() == old) return false;
+        }
+        return true;
+    }
+
     void skip_space() {
-        while (place_ < text_.size() && is_space(text_[place_])) ++place_;
+        for (; has(1) && is_space(text_[place_]); ++place_) in_new_line_ = in_new_line_ || text_[place_] == '\n';
     }
 
     std::optional<Gpt> pair() {
@@ -108,8 +143,12 @@ class Reader {
         return Gpt{*a, *b};
     }
 
-    std::string text_;
+    file_ptr file_;
+    long size_ = 0;     ///< bytes of the file
+    long taken_ = 0;    ///< bytes in front of the text at hand
+    std::string text_;  ///< the text at hand
     std::size_t place_ = 0;
+    bool in_new_line_ = false;  ///< a line ended behind what was taken last
 };
 
 // Items. Each reads its arguments and makes its call; false if the arguments aren't there.
@@ -142,13 +181,12 @@ template <int (*draw)(Gint, const Gpt*)>
 bool play_points(Reader& in) {
     const std::optional<int> count = in.integer();
     if (!count || *count < 0) return false;
-    const auto wanted = static_cast<std::size_t>(*count);
-    if (wanted > in.bytes_left() / POINT_BYTES) {
+    if (*count > in.bytes_left() / POINT_BYTES) {
         MESS_print(MESS_WARN, "gread_metafile: Point list is longer than the file: %d\n", *count);
         return false;
     }
+    const auto wanted = static_cast<std::size_t>(*count);
     std::vector<Gpt> points;
-    points.reserve(wanted);
     while (points.size() < wanted) {
         const std::optional<Gpt> point = in.point();
         if (!point) return false;
@@ -207,6 +245,11 @@ bool play_font(Reader& in) {
     return true;
 }
 
+bool play_picture(Reader&) {
+    gnew_page();
+    return true;
+}
+
 struct Item {
     const char* word;
     bool (*play)(Reader& in);
@@ -217,6 +260,7 @@ constexpr Item ITEMS[] = {
     {"WIN", play_limits<gset_win>},
     {"VP", play_limits<gset_vp>},
     {"TR", play_integer<gsel_norm_tran>},
+    {"PICTURE", play_picture},
     {"PL", play_points<gpolyline>},
     {"PM", play_points<gpolymarker>},
     {"FA", play_points<gfill_area>},
@@ -250,32 +294,34 @@ const Item* find_item(const std::string& word) {
     return nullptr;
 }
 
-std::optional<std::string> read_whole(const std::string& filename) {
-    const file_ptr file = FILE_open_data(filename);
-    if (!file) return std::nullopt;
-    std::string text;
-    std::vector<char> block(1 << 16);
-    while (text.size() < LARGEST_FILE) {
-        const std::size_t count = std::fread(block.data(), 1, block.size(), file.get());
-        if (count == 0) break;
-        text.append(block.data(), count);
+/// Plays the next item. An item that doesn't fit into the memory is left out.
+void play_next(Reader& in) {
+    const Item* item = find_item(in.word());
+    try {
+        if (item == nullptr || !item->play(in)) in.skip_item();
+    } catch (const std::bad_alloc&) {
+        MESS_print(MESS_WARN, "gread_metafile: Not enough memory for an item: %s\n", item->word);
+        ZAV_note(STATUS_LAYER);
+        in.skip_item();
     }
-    return text;
 }
 
 }  // namespace
 
 int gread_metafile(const std::string& filename) {
-    std::optional<std::string> text = read_whole(filename);
-    if (!text) {
+    file_ptr file = FILE_open_data(filename);
+    if (!file) {
         MESS_print(MESS_WARN, "gread_metafile: Unable to open image file: %s\n", filename.c_str());
+        ZAV_note(STATUS_LAYER);
         return 0;
     }
-    Reader in(std::move(*text));
-    in.skip_line();
-    while (!in.at_end()) {
-        const Item* item = find_item(in.word());
-        if (item == nullptr || !item->play(in)) in.skip_line();
+    try {
+        Reader in(std::move(file), FILE_size(filename));
+        in.skip_line();
+        while (!in.at_end()) play_next(in);
+    } catch (const std::bad_alloc&) {
+        MESS_print(MESS_WARN, "gread_metafile: Not enough memory: %s\n", filename.c_str());
+        ZAV_note(STATUS_LAYER);
     }
     return 0;
 }

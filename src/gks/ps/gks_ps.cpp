@@ -8,8 +8,10 @@
 #include <cmath>
 #include <cstdarg>
 #include <ctime>
+#include <string>
 #include <string_view>
 
+#include "files/files.h"
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_out.h"
@@ -25,11 +27,23 @@ constexpr float GREY = 0.7F;
 constexpr float SMALLEST_BASE = 0.001F;  // dots; stands for a base width of none
 constexpr int NO_COLOR = -9999;
 
+/// A box on the page in whole points.
+struct Gps_box {
+    int left = 0, bottom = 0, right = 0, top = 0;
+};
+
+/// What ends the last page of a file: enough bytes for any of the program's own endings.
+constexpr std::size_t LONGEST_ENDING = 256;
+constexpr std::string_view ENDING_START = "%%End of plot\n";
+
 struct State {
     Gout_file out;
-    int pr_color = 0;  ///< colour output; else grey
-    int pr_rev = 0;    ///< reverse the grey scale
-    int pr_port = 0;   ///< portrait; else landscape
+    std::string ending;  ///< of a file that is added to, as it was
+    int pages = 0;       ///< pages begun in a file of several, 0 in a file of one
+    Gps_box box;         ///< what an EPS file says that it paints
+    int pr_color = 0;    ///< colour output; else grey
+    int pr_rev = 0;      ///< reverse the grey scale
+    int pr_port = 0;     ///< portrait; else landscape
     int pr_eps = 0;
     float pr_scale = 1;
     float sx = 11, sy = 8.5F;  ///< paper, inches
@@ -96,23 +110,24 @@ void write_initial_color() { gps_printf(state.pr_color ? "0 0 0 setrgbcolor\n" :
 void write_plot_line() { gps_printf("%%%%ZAV Plot: %s\n", gout_line(gget_win_title()).c_str()); }
 
 void write_comments() {
+    const bool pages = gget_pages();
     if (state.pr_eps) {
+        const Gps_box& box = state.box;
         gps_printf("%%!PS-Adobe-3.0 EPSF-3.0\n");
-        gps_printf(state.pr_port ? "%%%%BoundingBox: 0 0 756 576\n" : "%%%%BoundingBox: 0 0 576 756\n");
+        gps_printf("%%%%BoundingBox: %d %d %d %d\n", box.left, box.bottom, box.right, box.top);
     } else {
-        gps_printf("%%!PS-Adobe-1.0\n");
+        gps_printf(pages ? "%%!PS-Adobe-3.0\n" : "%%!PS-Adobe-1.0\n");
     }
     gps_printf("%%%%Title: ZAV Graphics Display: %s\n", gout_line(gget_win_title()).c_str());
     gps_printf("%%%%Creator: ZAV Postscript Processor-2.0\n");
     const std::time_t now = std::time(nullptr);
     const char* date = std::ctime(&now);
     gps_printf("%%%%CreationDate: %s", date != nullptr ? date : "\n");
+    if (pages) gps_printf("%%%%Pages: (atend)\n");
     gps_printf("%%%%EndComments\n");
 }
 
-void write_dictionary() {
-    gps_printf("%%%%Postscript initialization\n");
-    if (!state.pr_eps) gps_printf("30 dict begin\n/saveobj save def\n");
+void write_abbreviations() {
     gps_printf("/inch {72 mul} def\n");
     gps_printf("/dot {.33 mul} def\n");
     gps_printf("/mv {moveto} def\n");
@@ -120,6 +135,18 @@ void write_dictionary() {
     gps_printf("/lw {setlinewidth} def\n");
     gps_printf("/np {newpath} def\n");
     gps_printf("/cp {closepath} def\n");
+}
+
+void write_dictionary() {
+    if (gget_pages()) {
+        gps_printf("%%%%BeginProlog\n30 dict begin\n");
+        write_abbreviations();
+        gps_printf("%%%%EndProlog\n");
+        return;
+    }
+    gps_printf("%%%%Postscript initialization\n");
+    if (!state.pr_eps) gps_printf("30 dict begin\n/saveobj save def\n");
+    write_abbreviations();
 }
 
 void write_origin() {
@@ -133,6 +160,47 @@ void write_origin() {
     } else if (!state.pr_eps) {
         gps_printf(".25 inch .25 inch translate\n");
     }
+}
+
+/// What each page begins with: its axes and the state of the pen.
+void begin_page() {
+    if (gget_pages()) {
+        ++state.pages;
+        gps_printf("%%%%Page: %d %d\n/saveobj save def\n", state.pages, state.pages);
+    }
+    write_origin();
+    write_initial_color();
+    gps_printf("2 setlinejoin\n");
+    write_initial_width();
+    gps_printf("[] 0 setdash\n");
+    if (state.pr_scale != 1) gps_printf("%.2f %.2f scale\n", state.pr_scale, state.pr_scale);
+    gps_printf("%%%%Begin plot\n");
+    write_plot_line();
+}
+
+void end_page() {
+    state.out.write(ENDING_START);
+    if (!state.pr_eps) gps_printf("saveobj restore\n");
+    gps_printf("showpage\n");
+}
+
+void end_file() {
+    if (gget_pages()) gps_printf("%%%%Trailer\n%%%%Pages: %d\n", state.pages);
+    if (!state.pr_eps) gps_printf("end\n");
+    gps_printf("%%%%EOF\n");
+}
+
+/// A plot that is added goes in front of what ends the last page, so that it is painted on that page. A file that this
+/// program hasn't ended gets a page of its own behind what it holds, as it does for each of several pages.
+void find_ending() {
+    state.ending.clear();
+    if (gget_pages()) return;
+    const std::string text = state.out.end_of_file(LONGEST_ENDING);
+    const std::size_t start = text.rfind(ENDING_START);
+    if (start == std::string::npos || !text.ends_with("%%EOF\n")) return;
+    if (text.find("showpage\n", start) == std::string::npos) return;
+    state.ending = text.substr(start);
+    state.out.cut_end(state.ending.size());
 }
 
 /// A number with two decimals at `at`; the place behind it. A hundred times a float is exact in a double, so rounding
@@ -165,6 +233,7 @@ void put_point(float x, float y, std::string_view action) {
 }  // namespace
 
 bool gps_open_file(const std::string& filename) {
+    if (FILE_is_stdio(filename)) MESS_use_stderr();
     const Gout_mode mode = gout_mode(filename);
     const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
     switch (mode) {
@@ -178,7 +247,9 @@ bool gps_open_file(const std::string& filename) {
             MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
             break;
     }
-    return state.out.open(filename);
+    if (!state.out.open(filename)) return false;
+    find_ending();
+    return true;
 }
 
 void gps_init() {
@@ -189,37 +260,68 @@ void gps_init() {
 }
 
 void gps_init_file() {
-    if (state.out.appended()) {
+    if (!state.ending.empty()) {
         write_initial_color();
         write_initial_width();
         gps_printf("[] 0 setdash\n");
         write_plot_line();
         return;
     }
+    if (gget_pages() && state.pr_eps) {
+        MESS_print(MESS_WARN, "gps_init_file: An EPS file has one page: plain PostScript is written\n");
+        state.pr_eps = 0;
+    }
+    state.pages = 0;
     write_comments();
     write_dictionary();
-    write_origin();
-    write_initial_color();
-    gps_printf("2 setlinejoin\n");
-    write_initial_width();
-    gps_printf("[] 0 setdash\n");
-    if (state.pr_scale != 1) gps_printf("%.2f %.2f scale\n", state.pr_scale, state.pr_scale);
-    gps_printf("%%%%Begin plot\n");
-    write_plot_line();
+    begin_page();
+}
+
+void gps_new_page() {
+    if (!gget_pages() || !state.out.is_open()) return;
+    end_page();
+    gps_init();
+    begin_page();
+}
+
+void gps_keep() { state.out.keep(); }
+
+void gps_break_off() {
+    if (state.out.kept()) {
+        gps_close_file();
+    } else {
+        state.out.abandon();
+    }
 }
 
 int gps_close_file() {
     if (!state.out.is_open()) return -1;
-    gps_printf("%%%%End of plot\n");
-    if (!state.out.appended()) {
-        if (!state.pr_eps) gps_printf("saveobj restore\n");
-        gps_printf("showpage\n");
-        if (!state.pr_eps) gps_printf("end\n");
-        gps_printf("%%%%EOF\n");
+    if (state.ending.empty()) {
+        end_page();
+        end_file();
+    } else {
+        state.out.write(state.ending);
     }
     if (!state.out.close("gps_close_file")) return -1;
     MESS_print(MESS_PROGRESS, "Created Postscript file\n");
     return 0;
+}
+
+void gps_set_box(const Gdevice_area& area, const Gdevice_area& paper) {
+    const auto scale = static_cast<double>(state.pr_scale);
+    const double left = scale * std::min(area.x, paper.x);
+    const double bottom = scale * std::min(area.y, paper.y);
+    const double right = scale * std::max(area.x + area.width, paper.x + paper.width);
+    const double top = scale * std::max(area.y + area.height, paper.y + paper.height);
+    const auto down = [](double value) { return gtruncate(std::floor(value)); };
+    const auto up = [](double value) { return gtruncate(std::ceil(value)); };
+    // A sheet that lies on its side is turned: its upper edge is the page's left one.
+    const double edge = 72 * std::round(100.0 * static_cast<double>(state.sy)) / 100;
+    if (state.pr_port) {
+        state.box = {down(left), down(bottom), up(right), up(top)};
+    } else {
+        state.box = {down(edge - top), down(left), up(edge - bottom), up(right)};
+    }
 }
 
 void gps_set_size(float x, float y) {

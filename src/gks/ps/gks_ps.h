@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gks/gks.h"
+#include "gks/gks_ws.h"
 
 namespace zav {
 
@@ -14,20 +15,33 @@ struct IMG_report;
 /// What opens the PostScript workstation for gopen_ws; `words` are those of the connection string. 0, or -1.
 int gps_open(const std::vector<std::string>& words);
 
+/// The output that the first of the words, the environment or the default names.
+std::string gps_file_name(const std::vector<std::string>& words);
+
 /// Opens the output: "|" a command, "+" an existing file to add to, else a new file. False on failure.
 bool gps_open_file(const std::string& filename);
 
 void gps_init();
 
-/// Writes the file's head, or on an appended file the lines that reset the state.
+/// Writes the file's head, or on a page that is added to the lines that reset the state.
 void gps_init_file();
 
-/// Writes the trailer and closes. 0, or -1 if no file is open.
+/// Ends the page and begins the next, in a file of several pages (gset_pages).
+void gps_new_page();
+
+/// Writes the trailer and closes. 0, or -1 if no file is open or it couldn't be written whole.
 int gps_close_file();
+
+/// What is written from here on, and was before, goes to its place; before that it waits.
+void gps_keep();
+/// Closes a plot that was broken off: whole if it was kept, else without a trace.
+void gps_break_off();
 
 /// Paper size in inches.
 void gps_set_size(float x, float y);
 void gps_set_EPS(int eps);
+/// What an EPS file's bounding box holds: the plot's area, and the paper's, where plots may be added.
+void gps_set_box(const Gdevice_area& area, const Gdevice_area& paper);
 
 /// 1 portrait, 0 landscape.
 void gps_set_orient(int portrait);

@@ -29,14 +29,6 @@ struct Paper {
     float sx = 11, sy = 8.5F;  // inches
 };
 
-std::string file_name(const std::vector<std::string>& words) {
-    if (!words.empty() && !words[0].empty()) return words[0];
-    for (const char* variable : {"zavps_print", "PSPRINT"}) {
-        if (const char* name = std::getenv(variable)) return name;
-    }
-    return "zav.ps";
-}
-
 bool is_size(float value) { return value > 0 && value <= LARGEST_PAPER; }
 
 void read_value(const std::string& word, Paper* paper) {
@@ -54,6 +46,12 @@ void read_value(const std::string& word, Paper* paper) {
     }
 }
 
+/// Colour, with black for white, as the paper is white.
+void set_color() {
+    gps_set_colorPS(1);
+    gset_inverse(1);
+}
+
 void read_word(const std::string& word, Paper* paper) {
     if (stricmp(word, "port") == 0) {
         gps_set_orient(1);
@@ -64,8 +62,7 @@ void read_word(const std::string& word, Paper* paper) {
     } else if (stricmp(word, "noeps") == 0) {
         gps_set_EPS(0);
     } else if (stricmp(word, "color") == 0) {
-        gps_set_colorPS(1);
-        gset_inverse(1);
+        set_color();
     } else if (stricmp(word, "gray") == 0) {
         gps_set_colorPS(0);
     } else {
@@ -115,26 +112,36 @@ Gdevice_area drawing_area(const Paper& paper) {
 
 }  // namespace
 
+std::string gps_file_name(const std::vector<std::string>& words) {
+    if (!words.empty() && !words[0].empty()) return words[0];
+    for (const char* variable : {"zavps_print", "PSPRINT"}) {
+        if (const char* name = std::getenv(variable); name != nullptr && *name != '\0') return name;
+    }
+    return "zav.ps";
+}
+
 int gps_open(const std::vector<std::string>& words) {
     gset_cache(0);
     gset_redraw(0);
     gset_win_type(GWS_PS);
     gset_win_depth(PAPER_DEPTH);
-    const bool opened = gps_open_file(file_name(words));
-    if (std::getenv("PSCOLOR") != nullptr) gps_set_colorPS(1);
+    const bool opened = gps_open_file(gps_file_name(words));
+    if (std::getenv("PSCOLOR") != nullptr) set_color();
     if (!opened) {
         gerr_printf("gopen_ws", "unable to open postscript file\n");
         return -1;
     }
     gps_init();
     const Paper paper = read_parameters(words);
-    Gdevice_area area = drawing_area(paper);
-    gps_set_size(paper.sx, paper.sy);
-    gps_init_file();
+    const Gdevice_area page = drawing_area(paper);
+    Gdevice_area area = page;
     const std::string text = geometry();
     if (!gws_panel_geometry(text, &area)) read_hundredths(text, &area);
     area.width = std::max(area.width, 2);
     area.height = std::max(area.height, 2);
+    gps_set_size(paper.sx, paper.sy);
+    gps_set_box(area, page);
+    gps_init_file();
     gset_area(area);
     return 0;
 }

@@ -36,8 +36,8 @@ int GRIB_getinfo(int grd_fd, GRD_info* info);
 
 /// Reads record `*grdnum`; each field of a message with several is a record. `rep_type` 0 reads all, 1 the header only,
 /// 2 the header with its labels. `cur_pos` and `new_pos` are the positions that GRD_get_pos tells: the start of the
-/// record read and of the next one. `*grdnum` takes the number of the record read. 0; 1 if the message holds no field
-/// where one should be; -1 at the end of the file.
+/// record read and of the next one. `*grdnum` takes the number of the record read. A message without a field is told
+/// and is no record. 0; 1 if an index line leads to such a message; -1 at the end of the file.
 int GRIB_read(int grd_fd, GRD_report* grd, int rep_type, int* grdnum, long* cur_pos, long* new_pos);
 
 /// Forgets a message read in part, for the next file or another position.
@@ -55,8 +55,8 @@ int GRIB_header_ldm(int grd_fd, long old_pos);
 int GRIB_header_raw(int grd_fd, long old_pos);
 /// Scans for the next keyword. 1, or -1 at the end of the file.
 int GRIB_search(int grd_fd);
-/// Position of the next message; with `where` not 0 the file is moved there. -1 at the end of the file, 0 with a
-/// warning for a length that can't be.
+/// Position where the next message is looked for; with `where` not 0 the file is moved there. A length that isn't borne
+/// out by the end mark is told, and the next keyword counts. -1 if there is none.
 long GRIB_next(int grd_fd, int where);
 /// Edition of the current message.
 int GRIB_get_version();

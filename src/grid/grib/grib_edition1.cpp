@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "frame/mess.h"
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
 #include "grid/grib/grib_state.h"
+#include "grid/grib/grib_time.h"
 #include "grid/zavgrd.h"
 
 namespace zav {
@@ -22,29 +24,18 @@ int full_year(int year) {
     return year;
 }
 
-/// Octets 19 and 20 in the system's form by the time unit.
-int period(int value, int unit) {
-    switch (unit) {
-        case 2:
-            return value + 800;
-        case 3:
-            return value + 900;
-        case 12:
-            return value * 12;
-        default:
-            return value;
-    }
-}
-
+/// Time codes by the time range indicator, octet 21. Indicators that aren't here leave the time missing.
 void decode_time(const Octets& block, GRD_report* grd) {
     const int unit = block.u8(18);
-    const int p1 = period(block.u8(19), unit);
-    const int p2 = period(block.u8(20), unit);
-    const int end = block.u16(22) * block.u8(20) + (unit == 2 ? 800 : unit == 3 ? 900 : 0);
+    const GribSpan start = grib_span_edition1(unit, 0);
+    const GribSpan p1 = grib_span_edition1(unit, block.u8(19));
+    const GribSpan p2 = grib_span_edition1(unit, block.u8(20));
+    const GribSpan averaged = grib_span_edition1(unit, std::int64_t{block.u16(22)} * block.u8(20));
     const int indicator = block.u8(21);
+    grd->time = MISS;
     switch (indicator) {
         case 0:
-            grd->time = p1;
+            grd->time = grib_time(0, start, p1);
             break;
         case 1:
             grd->time = 0;
@@ -53,24 +44,25 @@ void decode_time(const Octets& block, GRD_report* grd) {
         case 3:
         case 4:
         case 5:
-            grd->time = indicator * 1000000 + p1 * 1000 + p2;
+            grd->time = grib_time(indicator, p1, p2);
             break;
         case 10:
-            grd->time = block.u16(19);
+            grd->time = grib_time(0, start, grib_span_edition1(unit, block.u16(19)));
             break;
         case 113:
-            grd->time = 13000000 + p1 * 1000 + end;
-            break;
         case 118:
-            grd->time = 18000000 + p1 * 1000 + end;
+            grd->time = grib_time(indicator - 100, p1, averaged);
             break;
         case 123:
-            grd->time = 23000000 + end;
+            grd->time = grib_time(indicator - 100, start, averaged);
             break;
         default:
             break;
     }
 }
+
+/// True for a level type that has no value by nature: surface, tropopause, cloud layers and the like.
+bool is_valueless(int ltype) { return ltype <= 10 || ltype >= 200; }
 
 void decode_level(const Octets& block, GRD_report* grd) {
     grd->ltype = block.u8(10);
@@ -106,6 +98,7 @@ void decode_level(const Octets& block, GRD_report* grd) {
             grd->level = block.u8(11) * 1000 + block.u8(12);
             break;
         default:
+            grd->level = is_valueless(grd->ltype) ? 0 : MISS;
             break;
     }
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 #include "frame/mess.h"
@@ -69,7 +70,7 @@ void fill_thin(GRD_report* grd, Values& values) {
             line[static_cast<std::size_t>(i)] = values.next();
         }
         if (values.ended()) return;
-        grib_stretch_rows({n}, line, grd->domain.nx, grid_row(grd, row));
+        grib_stretch_rows({n}, line, grd->domain.nx, grib_goes_round(grd->domain), grid_row(grd, row));
     }
 }
 
@@ -143,6 +144,20 @@ bool read_scale(std::FILE* stream, const GRD_report* grd) {
     return state.bpval <= MAX_BITS;
 }
 
+/// Bytes up to the end of the message, so that one that was cut short doesn't reach into the next one. The end of an
+/// edition 0 message isn't told, only guessed.
+std::size_t room_in_message(std::FILE* stream) {
+    const GribState& state = grib_state();
+    if (state.version == 0) return std::numeric_limits<std::size_t>::max();
+    return static_cast<std::size_t>(std::max(state.message_end - std::ftell(stream), 0L));
+}
+
+/// Tells that the message holds too few values. -1 at the end of the file, else 0.
+int too_short(std::FILE* stream) {
+    MESS_print(MESS_WARN, "GRIB_BDB: data section too short for its grid\n");
+    return std::getc(stream) == EOF ? -1 : 0;
+}
+
 }  // namespace
 
 int GRIB_BMB(int grd_fd, GRD_report* /*grd*/) {
@@ -165,12 +180,16 @@ int GRIB_BDB(int grd_fd, GRD_report* grd) {
     if (!stream || !grd) return -1;
     GribState& state = grib_state();
     state.bitmap.offset = 0;
-    if (grd->domain.nx < 1 || grd->domain.ny < 1) return 0;
+    if (grd->domain.proj == MISS || grd->domain.nx < 1 || grd->domain.ny < 1) {
+        MESS_print(MESS_WARN, "GRIB_BDB: grid of this field is not decoded\n");
+        return 0;
+    }
     if (!read_scale(stream, grd)) return -1;
-    const std::uint64_t bits = values_needed(grd) * state.bpval;
+    const std::size_t size = static_cast<std::size_t>((values_needed(grd) * state.bpval + 7) / 8);
+    const std::size_t room = room_in_message(stream);
     // The layouts that leave points out are small, and their end shows while they are filled.
-    const bool whole = grib_read_bytes(stream, static_cast<std::size_t>((bits + 7) / 8), state.packed);
-    if (!whole && !leaves_points_out(grd)) return -1;
+    const bool whole = grib_read_bytes(stream, std::min(size, room), state.packed) && size <= room;
+    if (!whole && !leaves_points_out(grd)) return too_short(stream);
     state.bits = BitReader(state.packed.data(), state.packed.size());
     if (GRD_alloc(grd) < 1) return 0;
     Values values(grd_fd);
@@ -183,7 +202,7 @@ int GRIB_BDB(int grd_fd, GRD_report* grd) {
     }
     state.bitmap = GribBitmap{};
     state.rows.clear();
-    return values.ended() ? -1 : 1;
+    return values.ended() ? too_short(stream) : 1;
 }
 
 }  // namespace zav

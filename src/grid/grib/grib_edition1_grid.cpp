@@ -4,9 +4,9 @@
 #include "frame/mess.h"
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
+#include "grid/grib/grib_place.h"
 #include "grid/grib/grib_state.h"
 #include "grid/zavgrd.h"
-#include "map/maptran.h"
 
 namespace zav {
 namespace {
@@ -16,106 +16,69 @@ constexpr int MAX_SIDE = 2000;    ///< most points of a row or column
 constexpr long SHORT_BLOCK = 32;  ///< octets that all descriptions have
 constexpr long LONG_BLOCK = 42;   ///< octets of the projected ones
 
+constexpr double THOUSANDTH = 0.001;
+
 /// Latitude or longitude in degrees.
-float degrees(const Octets& block, int number) { return static_cast<float>(block.s24(number)) / 1000.0F; }
+double degrees(const Octets& block, int number) { return block.s24(number) * THOUSANDTH; }
 
-/// Grid length in map units of 100 km.
-float grid_length(const Octets& block, int number) { return static_cast<float>(block.u24(number)) / 100000.0F; }
+/// Increment of a latitude-longitude grid; FMISS if the message gives none.
+double increment(const Octets& block, int number) {
+    const bool given = (block.u8(17) & 0x80) && block.u16(number) != 0xFFFF && block.u16(number) != 0;
+    return given ? block.u16(number) * THOUSANDTH : FMISS;
+}
 
-/// Steps between `points`, at least 1.
-float steps(int points) { return static_cast<float>(std::max(points - 1, 1)); }
-
-float wrap(float lon) { return lon > 180.0F ? lon - 360.0F : lon; }
+/// Metres; 0 if the message gives none.
+double length(const Octets& block, int number) { return block.u24(number) == 0xFFFFFF ? 0.0 : block.u24(number); }
 
 void decode_latlon(const Octets& block, GRD_report* grd) {
-    GribState& state = grib_state();
-    Domain& domain = grd->domain;
-    const float lat1 = degrees(block, 11);
-    const float lat2 = degrees(block, 18);
-    const float lon1 = degrees(block, 14);
-    const float ydir = static_cast<float>(state.ydir);
-    domain.proj = PROJ_LATLON;
-    state.lat = lat1;
-    if (block.u8(17) & 0x80) {
-        domain.dx = static_cast<float>(block.u16(24)) / 1000.0F;
-        domain.dy = static_cast<float>(block.u16(26)) / 1000.0F;
-    } else {
-        domain.dy = (lat2 - lat1) * ydir / steps(domain.ny);
-        domain.dx = domain.dy;
-    }
-    if (domain.dx > 30.0F && grd->type >= 37 && grd->type <= 44) domain.dx = 1.25F;
-    domain.clon = wrap(lon1 + domain.dx * static_cast<float>(domain.nx - 1) / 2.0F);
-    domain.clat = lat1 + domain.dy * ydir * static_cast<float>(domain.ny - 1) / 2.0F;
+    GribLatlon grid;
+    grid.lat1 = degrees(block, 11);
+    grid.lon1 = degrees(block, 14);
+    grid.lat2 = degrees(block, 18);
+    grid.lon2 = degrees(block, 21);
+    grid.dx = increment(block, 24);
+    grid.dy = increment(block, 26);
+    grid.unit = THOUSANDTH;
+    const bool exchange = grd->type >= 37 && grd->type <= 44;  // their step is known
+    if (exchange && grid.lon1 == grid.lon2 && (grid.dx == FMISS || grid.dx > 30.0)) grid.dx = 1.25;
+    grib_state().lat = static_cast<float>(grid.lat1);
+    grib_place_latlon(grid, grib_state().ydir, &grd->domain);
+}
+
+/// What the grids with steps of length share; `plon` and the true latitudes lie elsewhere in each.
+GribPlane plane(const Octets& block, int dx, int dy) {
+    GribPlane grid;
+    grid.lat1 = degrees(block, 11);
+    grid.lon1 = degrees(block, 14);
+    grid.dx = length(block, dx);
+    grid.dy = length(block, dy);
+    grid.earth = block.u8(17) & 0x40 ? GRIB_IAU_1965 : GRIB_SPHERE;
+    return grid;
 }
 
 void decode_mercator(const Octets& block, GRD_report* grd) {
-    Domain& domain = grd->domain;
-    const float lat1 = degrees(block, 11);
-    const float lon1 = degrees(block, 14);
-    const float lat2 = degrees(block, 18);
-    const float lon2 = degrees(block, 21);
-    domain.proj = PROJ_MERCATOR;
-    domain.plat = 0.0F;
-    if (lon1 > lon2) {
-        domain.plon = (lon1 - 360.0F + lon2) / 2.0F;
-        if (domain.plon < -180.0F) domain.plon += 360.0F;
-    } else {
-        domain.plon = (lon1 + lon2) / 2.0F;
-    }
-    MAP_domain(&domain);
-    float x1 = 0.0F;
-    float y1 = 0.0F;
-    float x2 = 0.0F;
-    float y2 = 0.0F;
-    MAP_tran(lat1, lon1, &x1, &y1);
-    MAP_tran(lat2, lon2, &x2, &y2);
-    domain.dx = (x2 - x1) / steps(domain.nx);
-    // Spacing is positive whichever row comes first.
-    domain.dy = (y2 - y1) / steps(domain.ny);
-    if (domain.dy < 0.0F) domain.dy = -domain.dy;
-    MAP_untran((x1 + x2) / 2.0F, (y1 + y2) / 2.0F, &domain.clat, &domain.clon);
+    GribPlane grid = plane(block, 29, 32);
+    grid.lat2 = degrees(block, 18);
+    grid.lon2 = degrees(block, 21);
+    grid.true1 = degrees(block, 24);
+    grib_place_mercator(grid, grib_state().ydir, &grd->domain);
 }
 
 void decode_lambert(const Octets& block, GRD_report* grd) {
-    Domain& domain = grd->domain;
-    const bool south = (block.u8(28) & 0x01) || (block.u8(27) & 0x80);
-    domain.proj = PROJ_LAMBERT;
-    domain.plon = wrap(degrees(block, 18));
-    domain.plat = south ? -90.0F : 90.0F;
-    domain.param[0] = degrees(block, 29);
-    domain.param[1] = degrees(block, 32);
-    domain.param[2] = 1.0F;
-    if (south) {  // the projection takes true latitudes of either hemisphere as positive
-        domain.param[0] = domain.param[0] < 0.0F ? -domain.param[0] : domain.param[0];
-        domain.param[1] = domain.param[1] < 0.0F ? -domain.param[1] : domain.param[1];
-    }
-    domain.dx = grid_length(block, 21);
-    domain.dy = grid_length(block, 24);
-    MAP_domain(&domain);
-    float x = 0.0F;
-    float y = 0.0F;
-    MAP_tran(degrees(block, 11), degrees(block, 14), &x, &y);
-    x += static_cast<float>((domain.nx - 1) / 2) * domain.dx;
-    y += static_cast<float>(grib_state().ydir * (domain.ny - 1) / 2) * domain.dy;
-    MAP_untran(x, y, &domain.clat, &domain.clon);
+    GribPlane grid = plane(block, 21, 24);
+    grid.plon = degrees(block, 18);
+    grid.true1 = degrees(block, 29);
+    grid.true2 = degrees(block, 32);
+    grid.south = (block.u8(28) & 0x01) || (block.u8(27) & 0x80);
+    grib_place_lambert(grid, grib_state().ydir, &grd->domain);
 }
 
 void decode_polar(const Octets& block, GRD_report* grd) {
-    Domain& domain = grd->domain;
-    const bool south = (block.u8(27) & 0x81) != 0;
-    domain.proj = PROJ_POLAR;
-    domain.plon = grd->source == ECMWF && grd->type == 45 ? 0.0F : wrap(degrees(block, 18));
-    domain.plat = south ? -90.0F : 90.0F;
-    domain.param[0] = south ? -60.0F : 60.0F;
-    domain.dx = grid_length(block, 21);
-    domain.dy = grid_length(block, 24);
-    MAP_domain(&domain);
-    float x = 0.0F;
-    float y = 0.0F;
-    MAP_tran(degrees(block, 11), degrees(block, 14), &x, &y);
-    x += static_cast<float>(domain.nx - 1) * domain.dx / 2.0F;
-    y += static_cast<float>((domain.ny - 1) * grib_state().ydir) * domain.dy / 2.0F;
-    MAP_untran(x, y, &domain.clat, &domain.clon);
+    GribPlane grid = plane(block, 21, 24);
+    grid.plon = grd->source == ECMWF && grd->type == 45 ? 0.0 : degrees(block, 18);
+    grid.true1 = 60.0;
+    grid.south = (block.u8(27) & 0x81) != 0;
+    grib_place_polar(grid, grib_state().ydir, &grd->domain);
 }
 
 struct GridType {
@@ -158,6 +121,24 @@ bool read_block(std::FILE* stream, std::vector<unsigned char>& bytes) {
     return std::fseek(stream, start, SEEK_SET) == 0 && grib_read_bytes(stream, static_cast<std::size_t>(needed), bytes);
 }
 
+/// Size of the grid, with the row lengths of a quasi-regular one. False if it is too large.
+bool read_size(const Octets& block, int* nx, int* ny) {
+    GribState& state = grib_state();
+    const long list = row_list(block);
+    state.thin = list > 0 ? 1 : 0;
+    *nx = block.u16(7);
+    *ny = block.u16(9);
+    if (*ny < 1 || *ny > MAX_SIDE) return false;
+    if (state.thin) {
+        *nx = 0;
+        for (int row = 0; row < *ny; ++row) {
+            state.rows.push_back(block.u16(static_cast<int>(list) + 2 * row));
+            *nx = std::max(*nx, state.rows.back());
+        }
+    }
+    return *nx >= 1 && *nx <= MAX_SIDE;
+}
+
 }  // namespace
 
 int GRIB_GDB(int grd_fd, GRD_report* grd) {
@@ -170,32 +151,22 @@ int GRIB_GDB(int grd_fd, GRD_report* grd) {
     std::vector<unsigned char> bytes;
     if (!read_block(stream, bytes)) return -1;
     const Octets block(bytes.data(), bytes.size(), 1);
-    const long list = row_list(block);
-    state.thin = list > 0 ? 1 : 0;
-    state.ydir = block.u8(28) & 0x42 ? 1 : -1;
-    if (state.ydir > 0) {
-        MESS_print(MESS_DEBUG, "Gridpoint direction: %x : south to north\n", static_cast<unsigned>(block.u8(28)));
-    } else {
-        MESS_print(MESS_DEBUG, "Gridpoint direction: %x : north to south\n", static_cast<unsigned>(block.u8(28)));
-    }
+    const int scanning = block.u8(28);
+    state.ydir = scanning & 0x42 ? 1 : -1;
+    MESS_print(MESS_DEBUG, "Gridpoint direction: %x : %s\n", static_cast<unsigned>(scanning),
+               state.ydir > 0 ? "south to north" : "north to south");
     Domain& domain = grd->domain;
-    domain.nx = block.u16(7);
-    domain.ny = block.u16(9);
-    if (domain.ny < 1 || domain.ny > MAX_SIDE) return 0;
-    if (state.thin) {
-        domain.nx = 0;
-        for (int row = 0; row < domain.ny; ++row) {
-            state.rows.push_back(block.u16(static_cast<int>(list) + 2 * row));
-            domain.nx = std::max(domain.nx, state.rows.back());
-        }
-    }
-    if (domain.nx < 1 || domain.nx > MAX_SIDE) return 0;
-    Domain before;
-    MAP_get_domain(&before);
+    DOM_init(&domain);  // a description takes the place of what the grid number says
+    int nx = 0;
+    int ny = 0;
+    if (!read_size(block, &nx, &ny)) return 0;
+    if (scanning & (GRIB_WESTWARD | GRIB_COLUMNS_FIRST)) return 1;
     for (const GridType& type : GRID_TYPES) {
-        if (type.code == block.u8(6)) type.decode(block, grd);
+        if (type.code != block.u8(6)) continue;
+        domain.nx = nx;
+        domain.ny = ny;
+        type.decode(block, grd);
     }
-    MAP_domain(&before);
     return 1;
 }
 

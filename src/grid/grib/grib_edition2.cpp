@@ -4,9 +4,9 @@
 
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
+#include "grid/grib/grib_place.h"
 #include "grid/grib/grib_state.h"
 #include "grid/zavgrd.h"
-#include "map/maptran.h"
 
 namespace zav {
 namespace {
@@ -16,22 +16,13 @@ constexpr std::size_t MAX_SECTION = 200000;
 constexpr int MAX_LATLON_ROWS = 10000;
 constexpr int MAX_ROWS = 2000;
 
-float degrees(const Octets& section, int number) { return static_cast<float>(section.s32(number) / 1e6); }
+constexpr double MILLIONTH = 1e-6;
 
-float longitude(const Octets& section, int number) {
-    const float lon = degrees(section, number);
-    return lon > 180.0F ? lon - 360.0F : lon;
-}
+double degrees(const Octets& section, int number) { return section.s32(number) * MILLIONTH; }
 
-/// Grid length in map units of 100 km, from millimetres.
-float grid_length(const Octets& section, int number) { return static_cast<float>(section.u32(number) * 1e-8); }
-
-float steps(int points) { return static_cast<float>(std::max(points - 1, 1)); }
-
-void set_scanning(const Octets& section, int number) {
-    GribState& state = grib_state();
-    state.ydir = section.u8(number) & 0x42 ? 1 : -1;
-    state.xalt = section.u8(number) & 0x10 ? 1 : 0;
+/// Metres, from millimetres; 0 if the message gives none.
+double length(const Octets& section, int number) {
+    return section.u32(number) == 0xFFFFFFFFU ? 0.0 : section.u32(number) * 1e-3;
 }
 
 /// Row lengths of a quasi-regular grid. False if they aren't octets.
@@ -48,122 +39,145 @@ bool read_rows(const Octets& section) {
 }
 
 /// Template 3.0. The increments in the message aren't used.
-bool decode_latlon(const Octets& section) {
-    Domain& dv = grib_state().dv;
-    if (section.u32(31) == 0xFFFFFFFFU && !read_rows(section)) {
-        DOM_init(&dv);
-        return true;
-    }
-    const float lat1 = degrees(section, 47);
-    const float lat2 = degrees(section, 56);
-    const float lon1 = longitude(section, 51);
-    float lon2 = longitude(section, 60);
-    if (lon1 > lon2) lon2 += 360.0F;
-    dv.proj = PROJ_LATLON;
-    dv.plat = 0.0F;
-    dv.clon = (lon1 + lon2) / 2.0F;
-    dv.plon = dv.clon;
-    dv.clat = (lat1 + lat2) / 2.0F;
-    dv.dx = std::fabs(lon2 - lon1) / steps(dv.nx);
-    dv.dy = std::fabs(lat2 - lat1) / steps(dv.ny);
-    set_scanning(section, 72);
-    return true;
+void decode_latlon(const Octets& section) {
+    GribState& state = grib_state();
+    if (section.u32(31) == 0xFFFFFFFFU && !read_rows(section)) return;
+    // Angles are in millionths of a degree unless a basic angle and its divisor are told.
+    const std::uint32_t angle = section.u32(39);
+    const std::uint32_t divisor = section.u32(43);
+    const bool basic = angle != 0 && angle != 0xFFFFFFFFU && divisor != 0 && divisor != 0xFFFFFFFFU;
+    GribLatlon grid;
+    grid.unit = basic ? static_cast<double>(angle) / divisor : MILLIONTH;
+    grid.lat1 = section.s32(47) * grid.unit;
+    grid.lon1 = section.s32(51) * grid.unit;
+    grid.lat2 = section.s32(56) * grid.unit;
+    grid.lon2 = section.s32(60) * grid.unit;
+    state.dv.plat = 0.0F;
+    grib_place_latlon(grid, state.ydir, &state.dv);
+    state.dv.plon = state.dv.clon;
 }
 
-/// Template 3.10.
-bool decode_mercator(const Octets& section) {
-    Domain& dv = grib_state().dv;
-    const EarthPoint first{degrees(section, 39), longitude(section, 43)};
-    EarthPoint last{degrees(section, 52), longitude(section, 56)};
-    if (first.lon > last.lon) last.lon += 360.0F;
-    dv.proj = PROJ_MERCATOR;
-    dv.plat = 0.0F;
-    dv.plon = (first.lon + last.lon) / 2.0F;
-    if (dv.plon > 180.0F) dv.plon -= 360.0F;
-    MAP_domain(&dv);
-    Point corner1;
-    Point corner2;
-    MAP_tran_ep(first, &corner1);
-    MAP_tran_ep(last, &corner2);
-    dv.dx = std::fabs(corner2.x - corner1.x) / steps(dv.nx);
-    dv.dy = std::fabs(corner2.y - corner1.y) / steps(dv.ny);
-    EarthPoint middle;
-    MAP_tran_pe({(corner1.x + corner2.x) / 2.0F, (corner1.y + corner2.y) / 2.0F}, &middle);
-    dv.clat = middle.lat;
-    dv.clon = middle.lon;
-    set_scanning(section, 60);
-    return true;
+/// Half axis of the earth in metres, 0 if it isn't given. `number` is the octet of its scale factor.
+double axis(const Octets& section, int number) {
+    if (section.u8(number) == 0xFF || section.u32(number + 1) == 0xFFFFFFFFU) return 0.0;
+    return section.u32(number + 1) * std::pow(10.0, -section.s8(number));
+}
+
+/// The earth of WMO code table 3.2.
+GribEarth earth(const Octets& section) {
+    static constexpr GribEarth GRS_80{6378137.0, 6356752.314140};
+    static constexpr GribEarth WGS_84{6378137.0, 6356752.314245};
+    static constexpr GribEarth AIRY{6377563.396, 6356256.909};
+    const double radius = axis(section, 16);
+    const double major = axis(section, 21);
+    const double minor = axis(section, 26);
+    switch (section.u8(15)) {
+        case 0:
+            return GRIB_SPHERE;
+        case 1:
+            return {radius, radius};
+        case 2:
+            return GRIB_IAU_1965;
+        case 3:
+            return {1000.0 * major, 1000.0 * minor};
+        case 4:
+            return GRS_80;
+        case 5:
+        case 10:
+            return WGS_84;
+        case 6:
+            return {6371229.0, 6371229.0};
+        case 7:
+            return {major, minor};
+        case 8:
+            return {6371200.0, 6371200.0};
+        case 9:
+            return AIRY;
+        default:
+            return {};
+    }
+}
+
+/// What the grids with steps of length share; the latitude and the steps lie elsewhere in each.
+GribPlane plane(const Octets& section, int latitude, int steps) {
+    GribPlane grid;
+    grid.lat1 = degrees(section, 39);
+    grid.lon1 = degrees(section, 43);
+    grid.true1 = degrees(section, latitude);
+    grid.dx = length(section, steps);
+    grid.dy = length(section, steps + 4);
+    grid.earth = earth(section);
+    return grid;
+}
+
+/// Template 3.10. A map that is turned isn't decoded.
+void decode_mercator(const Octets& section) {
+    GribState& state = grib_state();
+    if (section.u32(61) != 0 && section.u32(61) != 0xFFFFFFFFU) return;
+    GribPlane grid = plane(section, 48, 65);
+    grid.lat2 = degrees(section, 52);
+    grid.lon2 = degrees(section, 56);
+    grib_place_mercator(grid, state.ydir, &state.dv);
 }
 
 /// Template 3.20.
-bool decode_polar(const Octets& section) {
+void decode_polar(const Octets& section) {
     GribState& state = grib_state();
-    Domain& dv = state.dv;
-    const bool south = (section.u8(47) & 0x01) || (section.u8(64) & 0x80);
-    dv.proj = PROJ_POLAR;
-    dv.plat = south ? -90.0F : 90.0F;
-    dv.param[0] = degrees(section, 48);
-    dv.plon = longitude(section, 52);
-    dv.dx = grid_length(section, 56);
-    dv.dy = grid_length(section, 60);
-    set_scanning(section, 65);
-    MAP_domain(&dv);
-    Point point;
-    MAP_tran_ep({degrees(section, 39), longitude(section, 43)}, &point);
-    point.x += static_cast<float>(dv.nx - 1) * dv.dx / 2.0F;
-    point.y += static_cast<float>((dv.ny - 1) * state.ydir) * dv.dy / 2.0F;
-    EarthPoint middle;
-    MAP_tran_pe(point, &middle);
-    dv.clat = middle.lat;
-    dv.clon = middle.lon;
-    return true;
+    GribPlane grid = plane(section, 48, 56);
+    grid.plon = degrees(section, 52);
+    grid.south = (section.u8(64) & 0x80) != 0;
+    grib_place_polar(grid, state.ydir, &state.dv);
 }
 
 /// Template 3.30.
-bool decode_lambert(const Octets& section) {
+void decode_lambert(const Octets& section) {
     GribState& state = grib_state();
-    Domain& dv = state.dv;
-    // Octet 28 belongs to the earth's minor axis, which is all ones where a centre leaves it out.
-    const bool marked = (section.u8(28) & 0x01) && section.u32(27) != 0xFFFFFFFFU;
-    const bool south = marked || (section.u8(64) & 0x80);
-    dv.proj = PROJ_LAMBERT;
-    dv.plat = south ? -90.0F : 90.0F;
-    dv.plon = longitude(section, 52);
-    dv.dx = grid_length(section, 56);
-    dv.dy = grid_length(section, 60);
-    dv.param[0] = degrees(section, 66);
-    dv.param[1] = degrees(section, 70);
-    dv.param[2] = 1.0F;
-    if (south) {  // the projection takes true latitudes of either hemisphere as positive
-        dv.param[0] = std::fabs(dv.param[0]);
-        dv.param[1] = std::fabs(dv.param[1]);
-    }
-    set_scanning(section, 65);
-    MAP_domain(&dv);
-    Point point;
-    MAP_tran_ep({degrees(section, 39), longitude(section, 43)}, &point);
-    point.x += dv.dx * static_cast<float>((dv.nx - 1) / 2);
-    point.y += dv.dy * static_cast<float>(state.ydir * (dv.ny - 1) / 2);
-    EarthPoint middle;
-    MAP_tran_pe(point, &middle);
-    dv.clat = middle.lat;
-    dv.clon = middle.lon;
-    return true;
+    GribPlane grid = plane(section, 66, 56);
+    grid.plon = degrees(section, 52);
+    grid.true2 = degrees(section, 70);
+    grid.south = (section.u8(64) & 0x80) != 0;
+    grib_place_lambert(grid, state.ydir, &state.dv);
 }
 
 struct Template {
     int code;
     int max_rows;
-    bool (*decode)(const Octets& section);
+    int scanning;  ///< octet of the scanning mode
+    void (*decode)(const Octets& section);
 };
 
 /// Grid definition templates of WMO code table 3.1 that are decoded.
 constexpr Template TEMPLATES[] = {
-    {0, MAX_LATLON_ROWS, decode_latlon},
-    {10, MAX_ROWS, decode_mercator},
-    {20, MAX_ROWS, decode_polar},
-    {30, MAX_ROWS, decode_lambert},
+    {0, MAX_LATLON_ROWS, 72, decode_latlon},
+    {10, MAX_ROWS, 60, decode_mercator},
+    {20, MAX_ROWS, 65, decode_polar},
+    {30, MAX_ROWS, 65, decode_lambert},
 };
+
+/// Points in x that the message tells; 0 where it lists the lengths of rows instead, or for a count that can't be.
+int told_columns(const Octets& section) {
+    return section.u32(31) > static_cast<std::uint32_t>(GRIB_MAX_POINTS) ? 0 : static_cast<int>(section.u32(31));
+}
+
+/// Fills the domain of the state, which stays unset for a grid that isn't decoded. False for one too large.
+bool decode_grid(const Octets& section, const Template& grid) {
+    GribState& state = grib_state();
+    Domain& dv = state.dv;
+    const int scanning = section.u8(grid.scanning);
+    state.ydir = scanning & 0x42 ? 1 : -1;
+    state.xalt = scanning & 0x10 ? 1 : 0;
+    const std::uint32_t rows = section.u32(35);
+    if (rows < 1 || rows > static_cast<std::uint32_t>(grid.max_rows)) return false;
+    if (scanning & (GRIB_WESTWARD | GRIB_COLUMNS_FIRST)) return true;
+    dv.nx = told_columns(section);
+    dv.ny = static_cast<int>(rows);
+    grid.decode(section);
+    if (dv.proj == MISS) {
+        DOM_init(&dv);
+        return true;
+    }
+    return dv.nx >= 1 && dv.nx <= GRIB_MAX_POINTS / dv.ny;
+}
 
 /// A number by which grids can be told apart, made from the definition.
 int grid_number(const Octets& section, int code) {
@@ -179,7 +193,8 @@ int grid_number(const Octets& section, int code) {
         const std::int64_t first = section.s32(51);
         std::int64_t last = section.s32(60);
         if (last <= first) last += 360000000;
-        const std::int64_t count = std::max<std::int64_t>(static_cast<std::int32_t>(section.u32(31)) - 1, 1);
+        const std::int64_t count =
+            std::max<std::int64_t>(std::int64_t{static_cast<std::int32_t>(section.u32(31))} - 1, 1);
         d = 10 * (last - first) / count / 1000000;
     }
     return static_cast<int>(code * std::int64_t{10000000} + a * 1000000 + b * 10000 + c * 100 + d);
@@ -223,18 +238,10 @@ int GRIB_GDS(int grd_fd, GRD_report* grd) {
     state.xalt = 0;
     state.thin = 0;
     state.rows.clear();
-    Domain before;
-    MAP_get_domain(&before);
     bool good = true;
     for (const Template& grid : TEMPLATES) {
-        if (grid.code != code) continue;
-        state.dv.nx = static_cast<std::int32_t>(section.u32(31));
-        state.dv.ny = static_cast<std::int32_t>(section.u32(35));
-        good = state.dv.ny >= 1 && state.dv.ny <= grid.max_rows && grid.decode(section);
-        const bool unset = state.dv.proj == MISS;
-        if (!unset && (state.dv.nx < 1 || state.dv.nx > GRIB_MAX_POINTS / state.dv.ny)) good = false;
+        if (grid.code == code) good = decode_grid(section, grid);
     }
-    MAP_domain(&before);
     if (!good) {
         DOM_init(&state.dv);
         grd->domain = state.dv;

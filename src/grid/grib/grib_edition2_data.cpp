@@ -85,7 +85,7 @@ void place_points(GRD_report* grd, const std::vector<float>& points) {
     const std::size_t width = static_cast<std::size_t>(nx);
     float* grid = grd->grid.get();
     if (state.thin) {
-        grib_stretch_rows(state.rows, points, nx, grid);
+        grib_stretch_rows(state.rows, points, nx, grib_goes_round(grd->domain), grid);
     } else {
         std::copy_n(points.begin(), std::min(points.size(), width * static_cast<std::size_t>(ny)), grid);
     }
@@ -336,7 +336,10 @@ int GRIB_DS(int grd_fd, GRD_report* grd) {
             MESS_print(MESS_WARN, "GRIB_DS: grid of this field is not decoded\n");
             return 1;
         }
-        const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(state.slen - 5), state.packed);
+        // A message that was cut short doesn't reach into the next one.
+        const long told = state.slen - 5;
+        const long held = std::clamp(state.message_end - std::ftell(stream), 0L, told);
+        const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(held), state.packed) && held == told;
         state.bits = BitReader(state.packed.data(), state.packed.size());
         const bool good = unpacker.unpack(grd);
         return good && (whole || data_too_short()) ? 1 : 0;

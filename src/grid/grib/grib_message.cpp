@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 
 #include "frame/mess.h"
@@ -10,8 +12,10 @@
 namespace zav {
 namespace {
 
-constexpr long MAX_OLD_SIZE = 2000000;  ///< longest message of an edition 0 or 1 file
+constexpr long MAX_OLD_SIZE = 2000000;  ///< longest edition 1 message that is expected; longer ones need an end mark
 constexpr int HEADER_FIELD = 31;        ///< size of the bulletin header's field
+constexpr long KEYWORD_SIZE = 4;        ///< bytes of "GRIB"
+constexpr long END_MARK = 4;            ///< bytes of "7777"
 
 bool keyword_is(const char* word) { return std::memcmp(grib_state().head.data(), word, 4) == 0; }
 
@@ -43,20 +47,59 @@ bool read_indicator(std::FILE* file) {
     return true;
 }
 
-/// End of a message without a length: behind a run of "7", where the next header or keyword begins.
-long scan_for_end(std::FILE* file) {
-    int run = 0;
-    while (run < 3) {
-        const int c = std::getc(file);
-        if (c == EOF) return -1;
-        run = c == '7' ? run + 1 : 0;
+/// Where the next message is looked for behind one without a length, or whose length isn't borne out: at the next
+/// keyword of a known edition or, with `by_mark`, at the header or keyword behind a run of "7". -1 without one.
+long scan_for_end(std::FILE* file, bool by_mark) {
+    constexpr std::uint64_t KEYWORD = 0x47524942;  // "GRIB"
+    std::uint64_t last = 0;                        // the last eight bytes
+    for (int c = getc_unlocked(file); c != EOF; c = getc_unlocked(file)) {
+        last = last << 8 | static_cast<unsigned>(c);
+        if (last >> 32 == KEYWORD && (last & 0xFF) <= 2) return std::ftell(file) - 8;
+        if (by_mark && (last & 0xFFFFFF) == 0x373737) break;
     }
-    for (;;) {
-        const int c = std::getc(file);
-        if (c == EOF) return -1;
+    for (int c = getc_unlocked(file); c != EOF; c = getc_unlocked(file)) {
         if (c == '*' || c == '\x03') return std::ftell(file);
         if (c == 'G' || c == 'B') return std::ftell(file) - 1;
     }
+    return -1;
+}
+
+/// True if a message that ends at `end` has its end mark there.
+bool has_end_mark(std::FILE* file, long end) {
+    std::array<char, END_MARK> mark{};
+    return std::fseek(file, end - END_MARK, SEEK_SET) == 0 &&
+           std::fread(mark.data(), 1, mark.size(), file) == mark.size() && std::memcmp(mark.data(), "7777", 4) == 0;
+}
+
+/// Tells, once for each message, that it doesn't end where its length says.
+void complain_of_length(long size) {
+    GribState& state = grib_state();
+    if (state.message_pos <= state.complained) return;
+    state.complained = state.message_pos;
+    if (state.version == 1 && size > MAX_OLD_SIZE) {
+        MESS_print(MESS_WARN, "Invalid product size: %d\n", static_cast<int>(size));
+    } else {
+        MESS_print(MESS_WARN, "GRIB message at byte %ld doesn't end with 7777 after %ld bytes\n", state.message_pos,
+                   size);
+    }
+}
+
+/// Bytes between a message and the next one's header.
+long gap(int style, int edition) {
+    if (style == GRIB_STYLE_LDM) return 4;
+    return style != GRIB_STYLE_OWN ? 0 : edition == 2 ? 4 : 1;
+}
+
+/// Position behind a message with a length, the next one's if that isn't borne out. -1 without one.
+long behind_sized(std::FILE* file, int style) {
+    GribState& state = grib_state();
+    const Octets head(state.head.data(), state.head.size(), 0);
+    state.grid_size = state.version == 2 ? static_cast<long>(head.u32(12)) : head.u24(4);
+    const long end = state.message_pos + state.grid_size;
+    if (state.grid_size > KEYWORD_SIZE + END_MARK && has_end_mark(file, end)) return end + gap(style, state.version);
+    complain_of_length(state.grid_size);
+    if (std::fseek(file, state.message_pos + KEYWORD_SIZE, SEEK_SET) != 0) return -1;
+    return scan_for_end(file, false);
 }
 
 void keep_header(const char* text) { grib_state().wmo_header = fit_text(text, HEADER_FIELD); }
@@ -203,32 +246,18 @@ long GRIB_next(int grd_fd, int where) {
     GribState& state = grib_state();
     const long here = std::ftell(stream);
     if (here < 0) return -1;
-    const int style = file->itype;
-    const unsigned char* head = state.head.data();
-    const bool sized = state.version == 1 && (keyword_is("GRIB") || keyword_is("BUFR"));
+    const bool sized = (state.version == 2 && keyword_is("GRIB")) ||
+                       (state.version == 1 && (keyword_is("GRIB") || keyword_is("BUFR")));
     long next = 0;
-    if (style == GRIB_STYLE_OLD_OWN) {
-        if (state.grid_size < 0 || state.grid_size - here > MAX_OLD_SIZE) return -1;
+    if (file->itype == GRIB_STYLE_OLD_OWN && state.grid_size >= here && state.grid_size - here <= MAX_OLD_SIZE) {
         next = state.grid_size + 1;
-    } else if (state.version == 2 && keyword_is("GRIB")) {
-        state.grid_size = static_cast<long>(Octets(head, state.head.size(), 0).u32(12));
-        next = state.message_pos + state.grid_size;
-        if (style == GRIB_STYLE_OWN || style == GRIB_STYLE_LDM) next += 4;
     } else if (sized) {
-        state.grid_size = Octets(head, state.head.size(), 0).u24(4);
-        if (state.grid_size > MAX_OLD_SIZE) {
-            MESS_print(MESS_WARN, "Invalid product size: %d\n", static_cast<int>(state.grid_size));
-            return 0;
-        }
-        next = state.message_pos + state.grid_size;
-        if (style == GRIB_STYLE_OWN) next += 1;
-        if (style == GRIB_STYLE_LDM) next += 4;
+        next = behind_sized(stream, file->itype);
     } else {
-        next = scan_for_end(stream);
+        next = scan_for_end(stream, true);
         state.version = 0;
-        if (!where) std::fseek(stream, here, SEEK_SET);
     }
-    if (where && next > 0 && std::fseek(stream, next, SEEK_SET) != 0) return -1;
+    if (std::fseek(stream, where && next > 0 ? next : here, SEEK_SET) != 0) return -1;
     return next;
 }
 

@@ -89,20 +89,22 @@ int GRIB_BMB_read() {
     return map.bytes[byte] >> (7 - (bit & 7)) & 1;
 }
 
-void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, float* out) {
+void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, bool round, float* out) {
     std::size_t start = 0;
     for (const int n : rows) {
         auto value = [&](int i) {
-            const std::size_t at = start + static_cast<std::size_t>(i);
-            return i < n && at < values.size() ? values[at] : FMISS;
+            const std::size_t at = start + static_cast<std::size_t>(round && i == n ? 0 : i);
+            return n > 0 && at < values.size() ? values[at] : FMISS;
         };
-        const float step = nx > 1 ? static_cast<float>(n - 1) / static_cast<float>(nx - 1) : 0.0F;
+        const int last = round ? n : n - 1;
+        const int columns = round ? nx : nx - 1;
+        const float step = columns > 0 ? static_cast<float>(last) / static_cast<float>(columns) : 0.0F;
         float f = 0.0F;
         float a = value(0);
-        float b = n > 1 ? value(1) : a;
+        float b = last > 0 ? value(1) : a;
         int k = 2;
         for (int x = 0; x < nx; ++x) {
-            if (f >= 1.0F && k < n) {
+            if (f >= 1.0F && k <= last) {
                 a = b;
                 b = value(k++);
                 f -= 1.0F;

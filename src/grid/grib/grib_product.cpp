@@ -7,6 +7,7 @@
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
 #include "grid/grib/grib_state.h"
+#include "grid/grib/grib_time.h"
 #include "grid/zavgrd.h"
 
 namespace zav {
@@ -74,7 +75,7 @@ Level instant_level(const Surfaces& s) {
         case 102:
             return single ? Level{103, whole(a)} : Level{104, hundreds};
         case 103:
-            return single ? Level{105, whole(a + 0.5)} : Level{106, hundreds};
+            return single ? Level{105, a == FMISS ? MISS : whole(a + 0.5)} : Level{106, hundreds};
         case 104:
             return single ? Level{107, whole(10000 * a + 0.01)} : Level{108, hundredths};
         case 105:
@@ -127,6 +128,9 @@ double surface_value(const Octets& section, int number, int scale) {
     return scale == 0 ? value : value * std::pow(10.0, -scale);
 }
 
+/// True for a surface of WMO code table 4.5 that has no value by nature: ground, tropopause, cloud layers and the like.
+bool is_valueless(int type) { return type < 20 || type == 101 || (type >= 162 && type <= 167) || type >= 200; }
+
 void decode_level(const Octets& section, bool interval, GRD_report* grd) {
     const int scale = section.u8(24) > 128 ? 128 - section.u8(24) : section.u8(24);
     const Surfaces surfaces{section.u8(23), section.u8(29), surface_value(section, 25, scale),
@@ -134,42 +138,55 @@ void decode_level(const Octets& section, bool interval, GRD_report* grd) {
     const Level level = interval ? interval_level(surfaces) : instant_level(surfaces);
     grd->ltype = level.ltype;
     grd->level = level.level;
+    if (surfaces.level1 == FMISS) grd->level = is_valueless(surfaces.type1) ? 0 : MISS;
     MESS_print(MESS_DEBUG, "Scale: %d\n", scale);
     MESS_print(MESS_DEBUG, "LEV %d %d %f %f\n", surfaces.type1, surfaces.type2, surfaces.level1, surfaces.level2);
 }
 
-/// Hours from the reference time to the end of the interval of template 8.
-std::int64_t hours_to_end(const Octets& section) {
+/// Time from the reference time to the end of the whole interval; `octet` is the first of that date.
+GribSpan span_to_end(const Octets& section, int octet) {
     Date start = grib_state().date;
     Date end;
-    end.year = section.u16(35);
-    end.month = section.u8(37);
-    end.day = section.u8(38);
-    end.hour = section.u8(39);
-    end.min = section.u8(40);
-    end.sec = section.u8(41);
+    end.year = section.u16(octet);
+    end.month = section.u8(octet + 2);
+    end.day = section.u8(octet + 3);
+    end.hour = section.u8(octet + 4);
+    end.min = section.u8(octet + 5);
+    end.sec = section.u8(octet + 6);
     start.sec = 0;
-    return (DATE_num_sec(&end) - DATE_num_sec(&start)) / 3600;
+    return {DATE_num_sec(&end) - DATE_num_sec(&start), false, false, end.month >= 1 && end.month <= 12};
+}
+
+/// The interval's end: its begin and length, or its date where the length is missing, one of several, or can't be true.
+GribSpan interval_end(const Octets& section, const Template& product, const GribSpan& begin) {
+    constexpr std::int64_t MISSING = 0xFFFFFFFF;
+    constexpr int DATE_BEFORE = 12;  // octets from the date of the end to the process
+    constexpr int COUNT_BEFORE = 5;  // to the number of intervals
+    constexpr int LONGEST_IN_OCTET = 251;
+    const int unit = section.u8(product.length - 1);
+    const std::int64_t length = section.u32(product.length);
+    const bool unlikely =
+        product.code == 8 && section.u8(product.process) == 255 && section.u8(18) == 1 && length >= LONGEST_IN_OCTET;
+    const bool several = section.u8(product.process - COUNT_BEFORE) > 1;
+    if (length == MISSING || unlikely || several) {
+        const GribSpan end = span_to_end(section, product.process - DATE_BEFORE);
+        if (end.known) return end;
+    }
+    return grib_sum(begin, grib_span_edition2(unit, length));
 }
 
 void decode_interval(const Octets& section, const Template& product, GRD_report* grd) {
-    const int unit = section.u8(18);
-    std::int64_t start = section.u32(19);
-    std::int64_t length = section.u32(product.length);
+    const GribSpan begin = grib_span_edition2(section.u8(18), section.s32(19));
+    const GribSpan end = interval_end(section, product, begin);
     const int process = section.u8(product.process);
-    if (product.code == 8 && process == 255 && unit == 1 && length >= 251) length = hours_to_end(section) - start;
-    const int factor = unit == 10 ? 3 : unit == 11 ? 6 : unit == 12 ? 12 : 1;
-    start *= factor;
-    length *= factor;
-    if (product.code == 9 && unit == 2) start += 800;
-    if (product.code == 9 && unit == 3) start += 900;
-    static constexpr std::array<int, 5> KINDS{3000000, 4000000, 6000000, 7000000, 5000000};
+    static constexpr std::array<int, 5> KINDS{3, 4, 6, 7, 5};
     const bool known = process < static_cast<int>(KINDS.size());
+    grd->time = MISS;
     if (known || product.code == 8) {
-        const int kind = known ? KINDS[static_cast<std::size_t>(process)] : 2000000;
-        grd->time = as_int(kind + start * 1000 + start + length);
+        constexpr int RANGE = 2;
+        grd->time = grib_time(known ? KINDS[static_cast<std::size_t>(process)] : RANGE, begin, end);
     }
-    MESS_print(MESS_DEBUG, "TIM %d %d %d\n", grd->time, as_int(start), as_int(length));
+    MESS_print(MESS_DEBUG, "TIM %d %d %d\n", grd->time, as_int(begin.amount), as_int(end.amount));
 }
 
 /// Limit of a probability; `scale` is the octet of its scale factor, the value follows it.
@@ -228,7 +245,8 @@ void decode_product(const Octets& section, const Template& product, GRD_report* 
     grd->model = section.u8(14);
     decode_kind(section, product, grd);
     if (product.process == 0) {
-        grd->time = as_int(section.u32(19));
+        const int unit = section.u8(18);
+        grd->time = grib_time(0, grib_span_edition2(unit, 0), grib_span_edition2(unit, section.s32(19)));
     } else {
         decode_interval(section, product, grd);
     }

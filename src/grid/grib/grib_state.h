@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,16 +20,19 @@ struct GRD_report;
 
 // Shared by the files of the GRIB reader and by nothing else.
 
+/// Start of a record: of its message, or of the sections of a later field inside one.
+struct GribStart {
+    long pos = 0;
+    bool inside = false;
+};
+
 /// Where the walk through a file stands.
 struct GribPlace {
-    std::FILE* stream = nullptr;  ///< the file that this is about, to notice another one
-    int num = 0;                  ///< number of the record that starts at `pos`
-    long pos = 0;                 ///< start of that record
-    bool inside = false;          ///< the record lies inside an edition 2 message, behind its first field
-    bool walked = false;          ///< the record has been read or passed over, and `more` and `next` hold for it
-    bool more = false;            ///< the next record lies in the same message
-    long next = -1;               ///< its start, or the end of the message if `inside`
-    std::string index_line;       ///< description of the record in the index file
+    std::FILE* stream = nullptr;    ///< the file that this is about, to notice another one
+    int num = 0;                    ///< number of the record at which the file stands
+    GribStart record;               ///< start of that record
+    std::optional<GribStart> next;  ///< start of the one behind it, once that is known
+    std::string index_line;         ///< description of the record in the index file
 };
 
 /// Ensemble description of the current message.
@@ -98,6 +102,8 @@ struct GribState {
     std::array<unsigned char, 600> head{};  ///< first bytes of the message, from its keyword on
     std::size_t head_len = 0;
     long message_pos = 0;  ///< position of the keyword
+    long message_end = 0;  ///< where the next message is looked for
+    long complained = -1;  ///< the last message of the file whose length was told to be wrong
     int pdb_start = 8;     ///< where the product block starts in `head`
     std::size_t pdb_len = 0;
     std::vector<unsigned char> section;  ///< edition 2 section, from octet 6 on
@@ -159,8 +165,11 @@ struct GribScale {
 /// The same for a single number.
 inline float grib_value(const GribState& state, float n) { return GribScale(state).value(n); }
 /// Stretches rows of a quasi-regular grid, given in message order, into `out` of `nx` by rows, first row of the message
-/// first. `values` ends where the message did; what is missing becomes FMISS.
-void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, float* out);
+/// first. `values` ends where the message did; what is missing becomes FMISS. Rows that go `round` the earth end one
+/// step of their own before their first point.
+void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, bool round, float* out);
+/// True if the columns of a latitude-longitude grid divide the whole earth.
+bool grib_goes_round(const Domain& domain);
 /// Unpacks complex packing, with or without spatial differencing, into `values` (FMISS for missing ones). False for a
 /// group description that can't be.
 bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values);

@@ -16,6 +16,7 @@ namespace {
 
 constexpr float POLE = 90.0F;
 constexpr float DATE_LINE = 180.0F;
+constexpr float EDGE_WIDTH = 1e-3F;  ///< what counts as the edge itself, in distances of a label from it
 
 float whole(float value) { return std::trunc(value); }
 
@@ -109,7 +110,9 @@ void Lines::piece(Point from, Point to, const Line& line) const {
     const float edge = line.at_left ? limits.x_min : limits.y_min;
     const float a = line.at_left ? from.x : from.y;
     const float b = line.at_left ? to.x : to.y;
-    if ((a < edge) == (b < edge) || line.label.empty()) return;
+    // A line may begin at the edge, as all do on a map of the whole world.
+    const float near_edge = edge + EDGE_WIDTH * off;
+    if ((a <= near_edge) == (b <= near_edge) || line.label.empty()) return;
     Gpt place;
     if (line.at_left) {
         place = {limits.x_min + off, linear_interp(edge, from.x, to.x, from.y, to.y)};

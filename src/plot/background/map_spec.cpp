@@ -7,6 +7,7 @@
 #include "files/files.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "gks/gks.h"
@@ -144,12 +145,10 @@ int draw_lines(const std::string& text) {
     for (int i = 0; i < 2; ++i) {
         const std::size_t cut = rest.find(':');
         float value = 0.0F;
-        if (!is_number(rest.substr(0, cut), value)) {
-            // An empty first place keeps the usual step.
-            if (i == 0 && cut == 0) rest.erase(0, 1);
-            break;
-        }
-        for (int k = i; k < 2; ++k) steps[k] = value;
+        const bool empty = cut == 0;
+        if (!empty && !is_number(rest.substr(0, cut), value)) break;
+        // An empty place keeps the step that it has.
+        for (int k = i; k < 2 && !empty; ++k) steps[k] = value;
         rest.erase(0, cut == std::string::npos ? cut : cut + 1);
     }
     Gattribs attrib;
@@ -193,6 +192,7 @@ int draw_map_file(const std::string& text) {
     const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
     if (file == nullptr) {
         MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
+        ZAV_note(STATUS_LAYER);
         return -1;
     }
     PLT_mess("Map: %s", name.c_str());
@@ -215,7 +215,8 @@ constexpr Item ITEMS[] = {
 int MAP_process(const std::string& str) {
     if (str.empty()) return -1;
     std::string spec = str;
-    if (!in_pass(spec)) return -1;
+    // A block without a prefix holds for the items of every pass.
+    if (!begins(spec, "[") && !in_pass(spec)) return -1;
     if (begins(spec, "[")) {
         open_region(spec);
         return -1;

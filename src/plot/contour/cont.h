@@ -19,6 +19,9 @@ enum : int {
     CONT_VALUE = 17,
 };
 
+/// Order of map and contours.
+enum : int { CONT_UNDER_MAP = 0, CONT_OVER_MAP = 1 };
+
 /// Most contour levels and bands, the ending entry of a level list inside them.
 constexpr int CONT_LEVELS = 256;
 
@@ -91,6 +94,10 @@ int CONT_set_bar(int bar);
 int CONT_get_bar();
 int CONT_set_scale(float scale);
 int CONT_set_skip(int x, int y);
+/// Step of value plots whose plot format gives none.
+int CONT_set_usual_skip(int x, int y);
+/// CONT_UNDER_MAP or CONT_OVER_MAP where a plot parameter gives the order, else MISS.
+int CONT_get_map_order();
 int CONT_set_plot_offset(float x, float y);
 int CONT_set_fill_pat(int pat);
 int CONT_get_fill_pat();

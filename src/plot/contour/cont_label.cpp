@@ -48,22 +48,22 @@ float most_lines() {
     return static_cast<float>(cont.color_num) * static_cast<float>(cont.max_line_fact);
 }
 
-/// First level to label in interval mode. With a base, labelled levels keep their place from plot to plot.
-float first_labelled(float step) {
-    if (cont.base == FMISS) return cont.conlo;
-    constexpr double MOST_STEPS = 1e6;
-    const double away = (static_cast<double>(cont.conlo) - cont.base) / step;
-    if (!(std::fabs(away) < MOST_STEPS)) return cont.conlo;
-    float level = cont.base;
-    const bool climbs = cont.base < cont.conlo;
-    while (climbs ? level < cont.conlo : level > cont.conlo) {
-        const float before = level;
-        level += climbs ? step : -step;
-        if (level == before) return cont.conlo;  // the step is lost in the rounding
-    }
-    return cont.base > cont.conlo ? level + step : level;
+/// Levels to label in interval mode. With a base, labelled levels keep their place from plot to plot.
+Cont_ladder labelled_ladder() {
+    Cont_ladder ladder = cont_ladder();
+    ladder.stride = cont.label_skip;
+    if (cont.base == FMISS) return ladder;
+    const double from_base = ladder.origin + ladder.first * ladder.step - cont.base;
+    const double levels = std::nearbyint(from_base / ladder.step);
+    // By whole strides from the base: the first of them that isn't below the levels of the plot, above it when the base
+    // is.
+    const double rest = std::fmod(-levels, ladder.stride);
+    const bool above = levels < 0.0 ? !(rest > 0.0) : rest < 0.0;
+    ladder.first += above ? rest + ladder.stride : rest;
+    return ladder;
 }
 
+/// The levels of a list that get labels, those between the cuts.
 std::vector<Labelled> listed_levels() {
     std::vector<Labelled> levels;
     const int count = std::min(cont.num_cont, CONT_LEVELS);
@@ -74,28 +74,9 @@ std::vector<Labelled> listed_levels() {
         if (found != end) start = static_cast<int>(found - cont.cont_value.begin());
     }
     for (int k = start; k < count; k += cont.label_skip) {
-        levels.push_back({k, cont.cont_value[k]});
+        if (!cont_is_cut(cont.cont_value[k])) levels.push_back({k, cont.cont_value[k]});
         if (k > CONT_LEVELS - cont.label_skip) break;
     }
-    return levels;
-}
-
-std::vector<Labelled> stepped_levels() {
-    std::vector<Labelled> levels;
-    const float step = cont.intrvl * static_cast<float>(cont.label_skip);
-    if (!(step > 0.0F) || cont.num_cont < 1) return levels;
-    const int count = (cont.num_cont - 1) / cont.label_skip + 1;
-    const std::vector<float> table = cont_level_table(first_labelled(step), step, count);
-    for (std::size_t n = 0; n < table.size(); ++n) {
-        levels.push_back({static_cast<int>(n) * cont.label_skip, table[n]});
-    }
-    return levels;
-}
-
-std::vector<Labelled> labelled_levels() {
-    std::vector<Labelled> levels = cont_has_values() ? listed_levels() : stepped_levels();
-    const auto is_cut = [](const Labelled& label) { return cont_is_cut(label.level); };
-    levels.erase(std::remove_if(levels.begin(), levels.end(), is_cut), levels.end());
     return levels;
 }
 
@@ -156,16 +137,30 @@ bool is_crowded() {
     return cont.text_size * cont.text_size > (dx * dx + dy * dy) * lattice;
 }
 
-void label_cell(const std::vector<Labelled>& levels, float max_lines, int i, int j) {
+/// What stays the same for all labels of a plot.
+struct Label_scan {
+    std::vector<Labelled> listed;
+    Cont_ladder ladder;
+    float max_lines = 0.0F;
+};
+
+/// Outside its range of values a cell has no crossings.
+void label_stepped_levels(const Cont_ladder& ladder, const Cont_range& range, int i, int j) {
+    for (double number = ladder.below(range.low); number <= ladder.last; number = ladder.next(number)) {
+        const float level = ladder.level(number);
+        if (level > range.high) return;
+        const double k = std::min(number - ladder.first, static_cast<double>(CONT_LEVELS));
+        if (!cont_is_cut(level)) label_level({static_cast<int>(k), level}, i, j);
+    }
+}
+
+void label_cell(const Label_scan& scan, int i, int j) {
     if (!cont_cell_complete() || is_crowded()) return;
     const Cont_range range = cont_cell_range();
-    if (!cont_has_values() && (range.high - range.low) / cont.intrvl > max_lines) return;
-    // outside its range of values a cell has no crossings
-    const auto below = [&range](const Labelled& label) { return label.level < range.low; };
-    auto label = cont_has_values() ? levels.begin() : std::partition_point(levels.begin(), levels.end(), below);
-    for (; label != levels.end(); ++label) {
-        if (!cont_has_values() && label->level > range.high) return;
-        label_level(*label, i, j);
+    if (cont_has_values()) {
+        for (const Labelled& label : scan.listed) label_level(label, i, j);
+    } else if ((range.high - range.low) / cont.intrvl <= scan.max_lines) {
+        label_stepped_levels(scan.ladder, range, i, j);
     }
 }
 
@@ -244,15 +239,20 @@ int CONT_draw_labels(GRD_report* grid) {
     if (cont.label_skip < 1) return 0;
     cont_label_attributes();
     if (!cont_start_labels(cont.scale * cont.vert_size * TEXT_SHARE)) return 0;
-    const std::vector<Labelled> levels = labelled_levels();
-    const float max_lines = most_lines();
+    Label_scan scan;
+    scan.max_lines = most_lines();
+    if (cont_has_values()) {
+        scan.listed = listed_levels();
+    } else {
+        scan.ladder = labelled_ladder();
+    }
     for (int j = grid->domain.ny - 2; j >= 0; --j) {
         for (int i = 0; i < grid->domain.nx - 1; ++i) {
             const bool on_lattice = on_column(i) || on_row(j);
             if (!on_lattice && !cont.draw_grid) continue;
             cont_load_cell(*grid, i, j);
             if (cont.draw_grid) outline_cell();
-            if (on_lattice) label_cell(levels, max_lines, i, j);
+            if (on_lattice) label_cell(scan, i, j);
         }
     }
     gset_char_up_vec(&UPRIGHT);

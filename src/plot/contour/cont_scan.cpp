@@ -31,8 +31,10 @@ struct Traced_cell {
 /// What stays the same for all cells of a plot.
 struct Scan {
     float max_lines = ANY_NUMBER_OF_LINES;
-    std::vector<float> levels;  ///< of interval mode, from `conlo` up
-    int first_band = 0;         ///< band of `levels[0]`
+    Cont_ladder ladder;         ///< levels of interval mode
+    int first_band = 0;         ///< band of the lowest of them
+    std::vector<float> listed;  ///< levels of value-list mode
+    bool ascending = false;     ///< the list rises, so that a cell needs but a part of it
     Traced_cell traced;
 };
 
@@ -109,12 +111,26 @@ void prepare_plot(GRD_report* grid) {
     start_attributes();
 }
 
+/// The levels of the list as the steps of the level loop give them.
+std::vector<float> listed_levels() {
+    std::vector<float> levels;
+    float level = cont.conlo;
+    for (int k = 0; k < std::min(cont.num_cont, CONT_LEVELS); ++k) {
+        cont_step_level(k, &level);
+        levels.push_back(level);
+    }
+    return levels;
+}
+
 Scan make_scan() {
     Scan scan;
     scan.max_lines = most_lines();
     scan.traced = traced_cell();
-    if (!cont_has_values()) {
-        scan.levels = cont_level_table(cont.conlo, cont.intrvl, cont.num_cont);
+    if (cont_has_values()) {
+        scan.listed = listed_levels();
+        scan.ascending = std::is_sorted(scan.listed.begin(), scan.listed.end());
+    } else {
+        scan.ladder = cont_ladder();
         scan.first_band = cont_band_of(cont.conlo);
     }
     return scan;
@@ -168,18 +184,6 @@ bool draw_pass(const Scan& scan, float clevel, const Cont_range& range) {
     return false;
 }
 
-void draw_listed_levels(const Scan& scan, const Cont_range& range) {
-    float clevel = cont.conlo;
-    cont.con_off = 0;
-    for (int k = 0; k < std::min(cont.num_cont, CONT_LEVELS); ++k) {
-        cont_step_level(k, &clevel);
-        if (scan.traced.here) std::printf("Loop %d\n", k);
-        if (k == 0) evaluate(scan, "AA-val", clevel);
-        if (k > 0) cont.con_off = cont_wrap_band(cont.con_off + 1.0);
-        if (draw_pass(scan, clevel, range)) return;
-    }
-}
-
 /// True if nothing of the band from `level` up is drawn, nor of any above it: a line beyond the cell's values, or one
 /// beyond the upper cut.
 bool is_past(float level, const Cont_range& range) {
@@ -187,20 +191,39 @@ bool is_past(float level, const Cont_range& range) {
     return cont.max_cut != FMISS && level >= cont.max_cut && top_of(level) > cont.max_cut;
 }
 
+/// Walks the list. The first level is evaluated before its pass; below it nothing is drawn.
+void draw_listed_levels(const Scan& scan, const Cont_range& range) {
+    const bool in_part = scan.ascending && !scan.traced.here;
+    std::size_t k = 0;
+    if (in_part) {
+        // From the band that holds the cell's lowest value, which may be the one that ends at it.
+        const auto above = std::lower_bound(scan.listed.begin(), scan.listed.end(), range.low);
+        k = static_cast<std::size_t>(std::max<std::ptrdiff_t>(above - scan.listed.begin() - 2, 0));
+    }
+    for (; k < scan.listed.size(); ++k) {
+        float clevel = scan.listed[k];
+        cont_step_level(static_cast<int>(k), &clevel);
+        if (in_part && is_past(clevel, range)) return;
+        if (scan.traced.here) std::printf("Loop %d\n", static_cast<int>(k));
+        if (k == 0) evaluate(scan, "AA-val", clevel);
+        cont.con_off = cont_wrap_band(static_cast<double>(k));
+        if (draw_pass(scan, clevel, range)) return;
+    }
+}
+
 /// Walks the levels that can draw in the cell; the traced cell shows them all.
 void draw_stepped_levels(const Scan& scan, const Cont_range& range) {
-    const auto ends_below = [&range](float level) {
-        const float top = top_of(level);
-        return range.low > top || (cont.min_cut != FMISS && top < cont.min_cut);
-    };
-    auto first = scan.levels.begin();
-    if (!scan.traced.here) first = std::partition_point(first, scan.levels.end(), ends_below);
-    for (auto level = first; level != scan.levels.end(); ++level) {
-        const auto k = level - scan.levels.begin();
-        if (!scan.traced.here && is_past(*level, range)) return;
-        if (scan.traced.here) std::printf("Loop %d\n", static_cast<int>(k));
-        cont.con_off = cont_wrap_band(scan.first_band + static_cast<double>(k));
-        if (draw_pass(scan, *level, range)) return;
+    const Cont_ladder& ladder = scan.ladder;
+    const float low = cont.min_cut == FMISS ? range.low : std::max(range.low, cont.min_cut);
+    const double start = scan.traced.here ? ladder.first : ladder.below(low - cont.intrvl);
+    double band = scan.first_band;
+    if (start > ladder.first) band += std::fmod(start, cont.color_num) - std::fmod(ladder.first, cont.color_num);
+    for (double number = start; number <= ladder.last; number = ladder.next(number)) {
+        const float level = ladder.level(number);
+        if (!scan.traced.here && is_past(level, range)) return;
+        if (scan.traced.here) std::printf("Loop %.0f\n", number - ladder.first);
+        cont.con_off = cont_wrap_band(band++);
+        if (draw_pass(scan, level, range)) return;
     }
 }
 

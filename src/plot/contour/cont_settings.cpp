@@ -42,6 +42,14 @@ int CONT_set_skip(int x, int y) {
     return 0;
 }
 
+int CONT_set_usual_skip(int x, int y) {
+    cont.usual_x_skip = std::max(x, 1);
+    cont.usual_y_skip = std::max(y, 1);
+    return CONT_set_skip(x, y);
+}
+
+int CONT_get_map_order() { return cont.mapcon; }
+
 int CONT_set_plot_offset(float x, float y) {
     cont.x_off = x;
     cont.y_off = y;

@@ -23,23 +23,16 @@ constexpr int PLOT_TYPE_NONE = 99;
 
 bool plot_is_off() { return FLAG_get(FLAG_PLOT_TYPE) == PLOT_TYPE_NONE; }
 
-/// Index into the memory of the variables.
-std::size_t memory_of(int ind) { return static_cast<std::size_t>(ind >= 0 && ind < CONT_VARIABLES ? ind : 0); }
-
-void recall_choices(int ind) {
-    const std::size_t i = memory_of(ind);
-    cont.cont_type = cont.cont_types[i];
-    cont.intrvl = cont.intrvls[i];
-    cont.dash = cont.dashs[i];
-    cont.base = cont.bases[i];
+Cont_memory& memory_of(int ind) {
+    return cont.memory[static_cast<std::size_t>(ind >= 0 && ind < CONT_VARIABLES ? ind : 0)];
 }
 
-void remember_choices(int ind) {
-    const std::size_t i = memory_of(ind);
-    cont.cont_types[i] = cont.cont_type;
-    cont.intrvls[i] = cont.intrvl;
-    cont.dashs[i] = cont.dash;
-    cont.bases[i] = cont.cbase;
+void recall_choices(const Cont_memory& memory) {
+    if (!memory.settled) return;
+    cont.cont_type = memory.cont_type;
+    cont.intrvl = memory.intrvl;
+    cont.dash = memory.dash;
+    cont.base = memory.base;
 }
 
 /// Shows the range and asks for the interval where nothing gives it.
@@ -169,8 +162,8 @@ int CONT_init() {
     cont.ext_radius = 2;
     cont.x_label_space = MISS;
     cont.y_label_space = MISS;
-    cont.x_skip = 1;
-    cont.y_skip = 1;
+    cont.x_skip = cont.usual_x_skip;
+    cont.y_skip = cont.usual_y_skip;
     cont.over = 0;
     return 0;
 }
@@ -208,7 +201,10 @@ int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain*, CONT_eve
     CONT_init();
     GPH_text_font(nullptr);
     CONT_set_format(VAR_get_type(ind), VAR_get_format(ind).c_str());
-    if (plot > 0) recall_choices(ind);
+    // A variable without data at the first time of a sequence is settled at the first at which it has some.
+    Cont_memory& memory = memory_of(ind);
+    if (plot == 0) memory = {};
+    recall_choices(memory);
     CONT_format_decode_type(cont.format.c_str());
     CONT_param_decode();
     CONT_set_fill_colors(nullptr, 0);
@@ -216,7 +212,7 @@ int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain*, CONT_eve
 
     MESS_print(MESS_PROGRESS, "Contouring data for %s\n\n", grid->info.c_str());
     settle_levels(grid);
-    if (plot == 0) remember_choices(ind);
+    if (!memory.settled) memory = {true, cont.cont_type, cont.dash, cont.intrvl, cont.cbase};
     return 0;
 }
 

@@ -8,6 +8,7 @@
 #include "files/files.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "plot/contour/cont_state.h"
@@ -85,13 +86,22 @@ void fill_in_levels(int count) {
     for (int i = start + 1; i < count; i++) cont.cont_value[i] = cont.cont_value[i - 1] + step;
 }
 
-void read_level_file(std::FILE* file) {
+/// The entries of a contour level file. False, with a warning, without any: the chart gets other colours than asked
+/// for.
+bool read_level_file(const std::string& entry) {
+    const std::string name = FILE_add_path(RES_get("file_path"), entry);
+    const file_ptr file = FILE_open(name, "r");
     std::string line;
-    while (state.entries < CONT_LEVELS && fgetnline(file, line, LEVEL_LINE) >= 0) {
+    while (file && state.entries < CONT_LEVELS && fgetnline(file.get(), line, LEVEL_LINE) >= 0) {
         if (line.empty() || line[0] == '@' || line[0] == '#') continue;
         wstrim_string(line);
         CONT_decode_fill_color(line);
     }
+    if (state.entries > 0) return true;
+    const char* fault = file ? "No levels in contour level file" : "Unable to read contour level file";
+    MESS_print(MESS_WARN, "CONT_set_fill_colors: %s: %s\n", fault, name.c_str());
+    ZAV_note(STATUS_LAYER);
+    return false;
 }
 
 /// The bands are the first colours of the colour table.
@@ -173,26 +183,19 @@ int CONT_set_fill_colors(const char* string, int flag) {
     if (cont.color_fill_set != 0) return -1;
     const std::string list = chosen_list(string, flag);
     std::vector<std::string> entries;
-    if (!list.empty()) {
-        entries = parse_string(list, ',');
-    } else if (CLR_get_num_fill() > 0) {
-        take_table_colors(CLR_get_num_fill());
-        return -1;
-    } else {
-        entries.assign(DEFAULT_COLORS.begin(), DEFAULT_COLORS.end());
-    }
+    if (!list.empty()) entries = parse_string(list, ',');
     state.entries = 0;
     cont.color_fill_set = 1;
-    if (entries.size() == 1 && entries[0].find('-') == std::string::npos) {
-        const char* folder = RES_get("file_path");
-        const std::string name = FILE_add_path(folder, entries[0]);
-        const file_ptr file = FILE_open(name, "r");
-        if (!file) {
-            MESS_print(MESS_WARN, "CONT_set_fill_colors: Unable to read contour level file: %s\n", name.c_str());
-            return 0;
+    const bool is_file = entries.size() == 1 && entries[0].find('-') == std::string::npos;
+    if (is_file && !read_level_file(entries[0])) entries.clear();
+    if (entries.empty()) {
+        if (CLR_get_num_fill() > 0) {
+            take_table_colors(CLR_get_num_fill());
+            return -1;
         }
-        read_level_file(file.get());
-    } else {
+        entries.assign(DEFAULT_COLORS.begin(), DEFAULT_COLORS.end());
+    }
+    if (state.entries == 0) {
         for (const std::string& entry : entries) CONT_decode_fill_color(entry);
     }
     end_set();

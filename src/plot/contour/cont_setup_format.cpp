@@ -137,8 +137,8 @@ constexpr std::array<Param_word, 10> PARAM_WORDS = {{
     {"conmin", true, 7, [](const char* value) { cont.min_cut = read_float(value); }},
     {"conmax", true, 7, [](const char* value) { cont.max_cut = read_float(value); }},
     {"grid", false, 0, [](const char*) { CONT_draw_grid(1); }},
-    {"mapcon", false, 0, [](const char*) { cont.mapcon = 1; }},
-    {"conmap", false, 0, [](const char*) { cont.mapcon = 0; }},
+    {"mapcon", false, 0, [](const char*) { cont.mapcon = CONT_OVER_MAP; }},
+    {"conmap", false, 0, [](const char*) { cont.mapcon = CONT_UNDER_MAP; }},
 }};
 
 }  // namespace

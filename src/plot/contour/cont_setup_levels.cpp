@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "calc/grd_trans.h"
 #include "frame/resrc.h"
@@ -29,12 +30,12 @@ constexpr std::array<Rounding, 8> ROUNDINGS = {{
     {0.0001F, 1.0F, 10000.0F},
 }};
 
-/// Number of whole intervals between the first level and the last.
+/// Number of whole intervals between the first level and the last; INT_MAX stands for all beyond it.
 int count_levels() {
     const double range = static_cast<double>(cont.conhi) - static_cast<double>(cont.conlo);
     const double count = (0.01 + range) / static_cast<double>(cont.intrvl);
     if (std::isnan(count)) return 0;
-    return static_cast<int>(std::clamp<double>(count, -1, CONT_MOST_LEVELS));
+    return static_cast<int>(std::clamp<double>(count, -1, std::numeric_limits<int>::max()));
 }
 
 /// Interval given by the user, by the resource, or by the rule. False when no range is known.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace zav {
 
@@ -45,13 +46,31 @@ void cont_step_level(int k, float* level) {
     }
 }
 
-std::vector<float> cont_level_table(float level, float step, int num) {
-    std::vector<float> levels;
-    for (int k = 0; k < std::min(num, CONT_MOST_LEVELS); ++k) {
-        levels.push_back(level);
-        level += step;
-    }
-    return levels;
+double Cont_ladder::below(float value) const {
+    const double number = std::floor((value - origin) / step) - 1.0;
+    if (number <= first || stride == 1.0) return std::max(first, number);
+    const double beside = std::fmod(number, stride) - std::fmod(first, stride);
+    return std::max(first, number - (beside < 0.0 ? beside + stride : beside));
+}
+
+double Cont_ladder::next(double number) const {
+    const double higher = number + stride;
+    return level(higher) > level(number) ? higher : std::numeric_limits<double>::infinity();
+}
+
+Cont_ladder cont_ladder() {
+    Cont_ladder ladder;
+    ladder.step = cont.intrvl;
+    if (!(ladder.step > 0.0) || !std::isfinite(ladder.step) || cont.num_cont < 1) return ladder;
+    // Levels that are multiples from the base are counted from there: `conlo` may be too far off to count from.
+    const double base = cont.base == FMISS ? 0.0 : cont.base;
+    const double number = std::nearbyint((cont.conlo - base) / ladder.step);
+    const bool from_base = static_cast<float>(base + number * ladder.step) == cont.conlo;
+    ladder.origin = from_base ? base : cont.conlo;
+    ladder.first = from_base ? number : 0.0;
+    const bool countless = cont.num_cont == std::numeric_limits<int>::max();
+    ladder.last = countless ? std::numeric_limits<double>::max() : ladder.first + cont.num_cont - 1.0;
+    return ladder;
 }
 
 bool cont_is_missing(float value) { return value == FMISS || !std::isfinite(value); }

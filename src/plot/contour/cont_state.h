@@ -32,15 +32,20 @@ constexpr int NOT_EVALUATED = -2;  ///< no level below has been evaluated in thi
 /// Start of the part of `pt` that holds the level below.
 constexpr int LOWER = 10;
 
-/// Most levels of a plot in interval mode. More can't be told apart on any page, and an interval so small that adding
-/// it to a level changes nothing would never get through the range, which stays blank beyond them.
-constexpr int CONT_MOST_LEVELS = 100000;
-
 /// Interval of the last level of a list, which reaches past all values.
 constexpr float CONT_LAST_INTERVAL = 1000000.0F;
 
 /// A saddle's lines run about corners 1 and 2 from this measure on.
 constexpr float SADDLE_MIDDLE = 2.0F;
+
+/// What the first plot of a time sequence settled for a variable.
+struct Cont_memory {
+    bool settled = false;
+    int cont_type = MISS;
+    int dash = 0;
+    float intrvl = FMISS;
+    float base = FMISS;
+};
 
 /// Settings, levels and bands, as the set-up leaves them for the engine.
 struct Cont_settings {
@@ -72,17 +77,16 @@ struct Cont_settings {
     int y_label_space = MISS;
     int x_skip = 1;  ///< step of value plots
     int y_skip = 1;
+    int usual_x_skip = 1;  ///< step where no plot format gives one
+    int usual_y_skip = 1;
     float x_off = 0.0F;  ///< offset of value plots, in heights of the map
     float y_off = 0.0F;
     int rot_label = 0;       ///< 1: labels run along the line
-    int mapcon = 0;          ///< 1: map under the contours
+    int mapcon = MISS;       ///< order of map and contours, CONT_*_MAP; MISS: as the layers need it
     int max_line_fact = -2;  ///< limit on lines in a cell
     int draw_grid = 0;
-    int over = 0;                                  ///< overlay index
-    std::array<int, CONT_VARIABLES> cont_types{};  ///< memory by variable
-    std::array<int, CONT_VARIABLES> dashs{};
-    std::array<float, CONT_VARIABLES> intrvls{};
-    std::array<float, CONT_VARIABLES> bases{};
+    int over = 0;  ///< overlay index
+    std::array<Cont_memory, CONT_VARIABLES> memory{};
     CONT_event callback = nullptr;
     GRD_report* grd_ptr = nullptr;  ///< grid being set up, owned by the grid table
 };
@@ -146,8 +150,24 @@ int cont_band_of(float level);
 /// Step of the level loop: `level`, and in value-list mode the interval, become those of pass `k`.
 void cont_step_level(int k, float* level);
 
-/// Levels of interval mode that start at `level` and rise by `step`, `num` of them but at most CONT_MOST_LEVELS.
-std::vector<float> cont_level_table(float level, float step, int num);
+/// Levels of interval mode: the multiples of an interval from an origin, every `stride`-th of them. A level is worked
+/// out from its number, so that a cell is drawn from its own levels alone, however many lie below it.
+struct Cont_ladder {
+    double origin = 0.0;
+    double step = 0.0;
+    double stride = 1.0;
+    double first = 0.0;  ///< number of the lowest level
+    double last = -1.0;  ///< and of the highest
+
+    float level(double number) const { return static_cast<float>(origin + number * step); }
+    /// Number of a level that lies below `value`, but not below `first`; all levels under it lie below `value` too.
+    double below(float value) const;
+    /// Number of the level after `number`, beyond `last` when the interval is lost in the rounding of the levels.
+    double next(double number) const;
+};
+
+/// The levels of the plot in interval mode, `num_cont` of them from `conlo` up.
+Cont_ladder cont_ladder();
 
 /// `conlo`, `conhi` and `num_cont` of interval mode for a range of values: whole multiples of the interval from the
 /// base, the lowest at or below `min`, the end above `max`. In cont_setup_levels.cpp.

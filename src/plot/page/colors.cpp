@@ -71,7 +71,8 @@ void set_components(RGB& color, const std::array<int, 3>& values) {
 /// can't be read gives a black entry without a name.
 RGB parse_entry(const std::string& line) {
     RGB color;
-    std::size_t pos = 0;
+    std::size_t pos = line[0] == '-' || line[0] == '+' ? 1 : 0;
+    if (pos >= line.size() || !is_digit(line[pos])) pos = 0;
     while (pos < line.size() && is_digit(line[pos])) ++pos;
     std::array<char, NAME_SIZE> name{};
     float red = 0.0F;

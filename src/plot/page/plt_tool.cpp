@@ -24,6 +24,11 @@ constexpr float MAX_PANELS = 8.0F;
 
 PLT_state state;
 
+/// In batch mode the rest of the run goes on in the background.
+void leave_batch() {
+    if (FLAG_batch() && !ZAV_back_proc()) ZAV_exit(STATUS_NO_PROCESS);
+}
+
 bool plotting_off() { return !FLAG_getplot(PLOT_ALL) || FLAG_get(FLAG_PLOT_TYPE) == PLOT_TYPE_NONE; }
 
 }  // namespace
@@ -54,18 +59,28 @@ int PLT_panel(float aspect) {
 }
 
 int PLT_close() {
-    if (FLAG_batch() && !ZAV_back_proc()) ZAV_exit(STATUS_NO_PROCESS);
+    // A window is held in the background. What is printed is closed before, so that the status tells whether it is
+    // whole.
+    const bool on_display = gtype_is_WIN_PIX(state.wk_type);
+    if (on_display) leave_batch();
     if (FLAG_get(FLAG_PLOT_TYPE) == PLOT_TYPE_NONE) return -1;
     gsel_norm_tran(2);
     if (state.dump == PLT_DUMP_NONE) GPH_hold(state.work_id);
     gclear_ws(state.work_id, GALWAYS);
     GPH_end(state.work_id);
     PLT_init_labels();
+    if (!on_display) leave_batch();
     return 0;
 }
 
-void PLT_exit(int val) {
+void PLT_break_off() {
+    gbreak_off();
     GPH_end(state.work_id);
+    PLT_init_labels();
+}
+
+void PLT_exit(int val) {
+    PLT_break_off();
     ZAV_exit(val);
 }
 

@@ -30,9 +30,13 @@ int PLT_open_page(float aspect);
 int PLT_reset(float aspect);
 /// Moves to the panel set by PLT_panel_decode. An aspect of 0 keeps that of the present plot.
 int PLT_panel(float aspect);
-/// Shows the plot to the user and closes the workstation. 0 or -1.
+/// Shows the plot to the user and closes the workstation; in batch mode the rest of the run goes on in the background.
+/// 0 or -1.
 int PLT_close();
-/// Closes the workstation and ends the program with status `val`.
+/// Closes the workstation of a plot that came to nothing: its output is left as it was before, unless gkeep_output said
+/// that it holds something.
+void PLT_break_off();
+/// Breaks off and ends the program with status `val`.
 [[noreturn]] void PLT_exit(int val);
 /// Leaves a comment of at most 79 characters in the output.
 int PLT_mess(const char* mess, ...) __attribute__((format(printf, 1, 2)));

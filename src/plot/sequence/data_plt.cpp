@@ -3,17 +3,18 @@
 #include "plot/sequence/data_plt.h"
 
 #include <algorithm>
+#include <array>
 
 #include "calc/grd_calc.h"
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
-#include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/zavgks.h"
 #include "grid/grd_tool.h"
+#include "map/maptran.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
 #include "plot/page/colors.h"
@@ -29,20 +30,24 @@ namespace {
 /// Plot type of station data drawn as filled areas.
 constexpr int FILLED_STATIONS = 52;
 
+/// What the layers of a frame may change, as the page began with it.
+struct Page_settings {
+    int fill = 0;
+    int num_over = 0;
+    int low_right = 1;  ///< the lower right labels are on
+    PLT_requests requests;
+    Glim view;  ///< the page's part of the display, as fractions
+};
+
 struct State {
     int fill = 0;   ///< 1 if a layer fills areas, so that the map goes over the data
     int bar = 0;    ///< 1 once the colour bar of this frame is drawn
     int vbar = 0;   ///< 1 once the vector key of this frame is drawn
     int vfunc = 0;  ///< 1 while a plot function of two grids is asked for
-    int map = 0;    ///< 1: a variable is a map layer; -1: panels without a map layer before them
+    int map = 0;    ///< 1: a variable is a map layer; -1: the page begins with a panel and has no map layer
     int panel = 0;  ///< panels begun in this frame
-    Gattribs data_attr;
-    Gattribs wind_attr;
-    Gattribs cld_attr;
-    Gattribs wx_attr;
-    float scale = 1.0F;
-    int plt_site = 0;
-    float plt_dist = 0.0F;
+    int drawn = 0;  ///< layers drawn on the page outside of panels
+    Page_settings page;
 };
 State state;
 
@@ -60,20 +65,8 @@ void find_map_layers() {
     state.map = 0;
     for (int i = 0; i < VAR_get_num(); i++) {
         if (VAR_is_type_MAP(i) != 0) state.map = 1;
-        if (state.map != 1 && VAR_is_PANEL(i) != 0) state.map = -1;
     }
-}
-
-void read_attributes() {
-    const bool inverse = gget_inverse() != 0;
-    ATTRIB_init(&state.data_attr);
-    ATTRIB_init(&state.wind_attr);
-    ATTRIB_init(&state.cld_attr);
-    ATTRIB_init(&state.wx_attr);
-    ATTRIB_get("color_data", "green", &state.data_attr);
-    ATTRIB_get("color_wind", inverse ? "black" : "white", &state.wind_attr);
-    ATTRIB_get("color_cloud", inverse ? "black" : "white", &state.cld_attr);
-    ATTRIB_get("color_wx", inverse ? "brown" : "yellow", &state.wx_attr);
+    if (state.map != 1 && VAR_get_num() > 0 && VAR_is_PANEL(0) != 0) state.map = -1;
 }
 
 /// The grids of a vector layer are converted to the layer's units, or lend it theirs.
@@ -119,6 +112,65 @@ Layer draw_vector_forms(int ind, DATA_info* info, int* last) {
     return Layer::none;
 }
 
+Glim page_view() {
+    Glim view;
+    float x = 1.0F;
+    float y = 1.0F;
+    GPH_get_view_size(&view);
+    ginq_maxview(PLT_get_work_type(), &x, &y);
+    return {view.x_min / x, view.x_max / x, view.y_min / y, view.y_max / y};
+}
+
+void keep_page() {
+    state.page = {state.fill, PLT_get_num_over(), FLAG_getplot(PLOT_TEXT_LR), PLT_layer_requests(), page_view()};
+}
+
+/// A panel starts as the page did, with nothing of the frame before it.
+void restore_page() {
+    state.fill = state.page.fill;
+    FLAG_setplot(PLOT_TEXT_LR, state.page.low_right);
+    PLT_layer_requests() = state.page.requests;
+    PLT_init_labels();
+    PLT_set_num_overlay(-state.page.num_over);
+    MAP_fill_cont(0);
+}
+
+/// Makes room for an inset on paper and displays: what the page shows there would run through it.
+void clear_panel() {
+    const bool paper = PLT_get_work_type() == GWS_PS;
+    if (!paper && !gtype_is_WIN(PLT_get_work_type())) return;
+    Glim view;
+    Glim panel;
+    Glim margins;
+    PLT_get_view(&view);
+    GPH_get_view_size(&panel);
+    PLT_get_view_offsets(&margins);
+    const float below = margins.y_min * (panel.y_max - panel.y_min);
+    const float above = margins.y_max * (panel.y_max - panel.y_min);
+    const std::array<Gpt, 5> area{{{view.x_min, view.y_min - below},
+                                   {view.x_max, view.y_min - below},
+                                   {view.x_max, view.y_max + above},
+                                   {view.x_min, view.y_max + above},
+                                   {view.x_min, view.y_min - below}}};
+    GPH_trans(1);
+    GPH_fill_attr(nullptr);
+    gset_fill_colr_ind(CLR_get_ind(paper || gget_inverse() != 0 ? "white" : "black"));
+    gfill_area(static_cast<Gint>(area.size()), area.data());
+    GPH_fill_attr(nullptr);
+    GPH_trans(2);
+}
+
+/// The map goes over layers that would hide it, unless the user says how.
+bool map_goes_over() {
+    const int order = CONT_get_map_order();
+    return order == MISS ? state.fill != 0 : order == CONT_UNDER_MAP;
+}
+
+void end_frame() {
+    DATA_map_overlay();
+    PLT_labels();
+}
+
 /// The label of a layer that was drawn.
 void label_layer(int ind) {
     if (VAR_is_LABEL(ind) == 0) return;
@@ -132,22 +184,10 @@ void label_layer(int ind) {
 
 }  // namespace
 
-int DATA_set_site(int site) {
-    state.plt_site = site;
-    return 0;
-}
-
-int DATA_set_dist(float dist) {
-    state.plt_dist = dist;
-    return 0;
-}
-
 int DATA_plot_init() {
     state.fill = fills_areas(FLAG_get(FLAG_PLOT_TYPE)) ? 1 : 0;
     find_map_layers();
-    read_attributes();
-    state.scale = 1.0F;
-    RES_getval("plot_scale", &state.scale, CV_float);
+    CONT_param_decode();  // tells the order of map and contours
     return 0;
 }
 
@@ -164,31 +204,42 @@ int DATA_plot_begin() {
 }
 
 int DATA_plot_start() {
+    // The former page may have left the plot in its last panel.
+    if (state.panel > 0) {
+        PLT_panel(0.0F);
+        const Domain domain = *MAP_get_domain(nullptr);
+        MAP_setup(&domain);
+    }
     GPH_trans(2);
-    // With panels to come and no map layer before them, the page as a whole has no map: each panel draws its own.
+    keep_page();
+    // A page that begins with a panel has no map of its own: each panel draws one.
     if (state.map == -1) {
         DATA_new_frame();
     } else {
         DATA_plot_begin();
     }
     state.panel = 0;
+    state.drawn = 0;
     return 0;
 }
 
 int DATA_plot_end() {
-    DATA_map_overlay();
-    PLT_labels();
+    end_frame();
+    if (state.panel == 0) return 0;
+    const Glim& view = state.page.view;
+    GPH_set_view_size(view.x_max - view.x_min, view.y_max - view.y_min, view.x_min, view.y_min);
+    restore_page();
     return 0;
 }
 
 int DATA_map_underlay() {
-    const bool lines = state.map != 1 && state.fill == 0;
+    const bool lines = state.map != 1 && !map_goes_over();
     return MAP_draw(lines ? MAP_PASS_UNDER | MAP_PASS_PLAIN : MAP_PASS_UNDER);
 }
 
 int DATA_map_overlay() {
-    if (state.map == 1 || state.fill == 0) return MAP_draw(MAP_PASS_OVER);
-    MAP_fill_cont(1);
+    if (state.map == 1 || !map_goes_over()) return MAP_draw(MAP_PASS_OVER);
+    MAP_fill_cont(state.fill);
     return MAP_draw(MAP_PASS_OVER | MAP_PASS_PLAIN);
 }
 
@@ -207,6 +258,7 @@ int DATA_plot_grid(int ind, DATA_info* info) {
         if (layer == Layer::vector) DATA_plot_vect_bar();
     }
     if (layer == Layer::none) return ind;
+    if (state.panel == 0) state.drawn++;
     label_layer(ind);
     MESS_print(0x40000000, "GRID--BEG: %d END: %d\n", ind, last);
     return last;
@@ -276,9 +328,13 @@ int DATA_plot_control(int ind, Domain* domain) {
 }
 
 int DATA_plot_panel(int ind, Domain* domain) {
-    if (state.panel > 0) DATA_plot_end();
+    if (state.panel > 0 || state.drawn > 0) {
+        end_frame();
+        restore_page();
+    }
     PLT_panel_decode(VAR_get_format(ind));
     PLT_panel(0.0F);
+    if (state.drawn > 0) clear_panel();
     MAP_setup(domain);
     DATA_plot_begin();
     state.panel++;

@@ -30,7 +30,7 @@ struct DATA_info {
     PLT_event_func callback = nullptr;
 };
 
-/// Once per plot: looks through the variables and reads the attribute resources.
+/// Once per plot: looks through the variables and the plot parameters for the order of map and data.
 int DATA_plot_init();
 /// Once per frame: selects the plot area and draws the map below the data.
 int DATA_plot_start();
@@ -59,8 +59,5 @@ int DATA_plot_map(int ind);
 /// Starts a panel if variable `ind` is one. 0, or -1 past the end.
 int DATA_plot_control(int ind, Domain* domain);
 int DATA_plot_panel(int ind, Domain* domain);
-
-int DATA_set_site(int site);
-int DATA_set_dist(float dist);
 
 }  // namespace zav

@@ -69,7 +69,7 @@ void skip(const std::string& value) {
     int x = 0;
     int y = 0;
     const int read = std::sscanf(value.c_str(), "%d:%d", &x, &y);
-    if (read >= 1) CONT_set_skip(x, read >= 2 ? y : x);
+    if (read >= 1) CONT_set_usual_skip(x, read >= 2 ? y : x);
 }
 
 void plot_offset(const std::string& value) {
@@ -170,8 +170,17 @@ void take_out_file(const std::string& item) {
 }  // namespace
 
 int PLT_open(float aspect) {
+    GPH_set_view_size(1.0F, 1.0F, 0.0F, 0.0F);  // not the last panel's
     PLT_param_decode();
     return PLT_open_page(aspect);
+}
+
+int PLT_next_page(float aspect) {
+    gnew_page();
+    PLT_init_labels();
+    GPH_set_view_size(1.0F, 1.0F, 0.0F, 0.0F);
+    PLT_param_decode();
+    return PLT_reset(aspect);
 }
 
 int PLT_param_decode() {

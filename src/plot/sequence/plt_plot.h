@@ -9,6 +9,8 @@ namespace zav {
 /// Decodes the plot parameters and opens the workstation for a plot of the given width over height. 0, or -1 when
 /// plotting is off.
 int PLT_open(float aspect);
+/// Goes on to the next page of a sequence. 0, or -1 when plotting is off.
+int PLT_next_page(float aspect);
 /// Decodes the resources "plot_param" and "out_file".
 int PLT_param_decode();
 

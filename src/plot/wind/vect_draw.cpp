@@ -1,6 +1,7 @@
 // Arrows and barbs at the grid points, and the key of the longest arrow.
 
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 #include "calc/grd_trans.h"
@@ -97,6 +98,39 @@ void set_plot_space(const GRD_report& grid, const Glim& view) {
     vect.vert_size = dis_wind.y_max;
 }
 
+/// At a pole directions count from the meridian that a grid point belongs to, which a place on the map can't tell.
+constexpr float AT_POLE = 89.99F;
+
+/// Moves the map place of a point at a pole a little along its meridian, where it turns directions as that meridian
+/// does.
+void leave_pole(EarthPoint point, float* x, float* y) {
+    constexpr float BESIDE_POLE = 89.9F;
+    if (point.lat == FMISS || std::fabs(point.lat) < AT_POLE) return;
+    Point beside;
+    if (MAP_tran(std::copysign(BESIDE_POLE, point.lat), point.lon, &beside.x, &beside.y) == 0) return;
+    *x = beside.x;
+    *y = beside.y;
+}
+
+/// Place on the earth of a point of the current domain's grid.
+EarthPoint grid_place(int i, int j) {
+    Point at;
+    EarthPoint place{FMISS, FMISS};
+    MAP_grid_tran(static_cast<float>(i), static_cast<float>(j), &at.x, &at.y);
+    MAP_tran_pe(at, &place);
+    return place;
+}
+
+/// The same for a grid of another domain.
+EarthPoint grid_place(const GRD_report& grid, int i, int j) {
+    Domain map;
+    MAP_get_domain(&map);
+    MAP_domain(&grid.domain);
+    const EarthPoint place = grid_place(i, j);
+    MAP_domain(&map);
+    return place;
+}
+
 /// Rewrites components along the grid's axes as components along the earth's.
 void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
     Domain map;
@@ -113,6 +147,7 @@ void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
             float y = 0.0F;
             vect2wind(u, v, &dir, &spd);
             MAP_grid_tran(static_cast<float>(i), static_cast<float>(j), &x, &y);
+            leave_pole(grid_place(i, j), &x, &y);
             const float turned = MAP_undir_adj(dir, x, y);
             if (turned != dir) wind2vect(turned, spd, &u, &v);
         }
@@ -134,13 +169,14 @@ void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
     vect2wind(u, v, &dir, &spd);
     if (vect_has_bands()) vect_band_attributes(spd);
     if (!vect_map_position(grid, i, j, &x, &y)) return;
-    dir = MAP_dir_adj(dir, x, y);
+    const bool southern = vect.vect_type == VECT_BARBS && WIND_is_southern(x, y);
+    dir = vect_plot_direction(grid, i, j, dir, x, y);
     if (vect.grdx == nullptr) {
         x = static_cast<float>(i);
         y = static_cast<float>(grid.domain.ny - j - 1);
     }
     if (vect.attrib.color == CLR_NONE || !within_cuts(spd)) return;
-    if (vect.vect_type == VECT_BARBS) WIND_barb(x, y, dir, spd, vect.vect_size, 0.0F);
+    if (vect.vect_type == VECT_BARBS) WIND_barb(x, y, dir, spd, vect.vect_size, 0.0F, southern);
     if (vect.vect_type == VECT_VECTORS) WIND_vect(x, y, dir, spd / vect.grid_max, vect.vect_size, 1.0F);
 }
 
@@ -172,6 +208,18 @@ bool vect_map_position(const GRD_report& grid, int i, int j, float* x, float* y)
     *x = vect.grdx[place_of(grid, i, j)];
     *y = vect.grdy[place_of(grid, i, j)];
     return *x != FMISS;
+}
+
+float vect_plot_direction(const GRD_report& grid, int i, int j, float dir, float x, float y) {
+    EarthPoint place{FMISS, FMISS};
+    MAP_untran(x, y, &place.lat, &place.lon);
+    if (std::fabs(place.lat) >= AT_POLE && place.lat != FMISS) leave_pole(grid_place(grid, i, j), &x, &y);
+    const float on_map = MAP_dir_adj(dir, x, y);
+    const double dx = grid.domain.dx;
+    const double dy = grid.domain.dy;
+    if (vect.grdx != nullptr || on_map == FMISS || dx == dy || !(dx > 0.0 && dy > 0.0)) return on_map;
+    constexpr double DEGREE = std::numbers::pi / 180.0;
+    return static_cast<float>(std::atan2(std::sin(on_map * DEGREE) / dx, std::cos(on_map * DEGREE) / dy) / DEGREE);
 }
 
 int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {

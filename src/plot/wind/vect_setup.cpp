@@ -116,6 +116,9 @@ void vect_read_base() {
 }
 
 int VECT_plot_setup(int plot, int ind, GRD_report* ugrid, GRD_report* vgrid, Domain* domain, PLT_event_func call) {
+    // Winds without data at the first time of a sequence are settled at the first at which they have some.
+    Vect_memory& memory = memory_of(ind);
+    if (plot == 0) memory = {};
     if (FLAG_get(FLAG_PLOT_TYPE) == VECT_NONE || ugrid == nullptr || vgrid == nullptr) return 0;
     vect.callback = call;
     vect.ugrd_ptr = ugrid;
@@ -134,7 +137,7 @@ int VECT_plot_setup(int plot, int ind, GRD_report* ugrid, GRD_report* vgrid, Dom
     find_largest_speed(*ugrid, *vgrid);
     settle_interval();
     set_labels(*ugrid);
-    if (plot == 0) memory_of(ind) = {vect.vect_type, vect.intrvl, vect.base};
+    if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base};
     return 0;
 }
 

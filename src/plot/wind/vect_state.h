@@ -71,4 +71,8 @@ int vect_draw_streamlines(GRD_report* ugrid, GRD_report* vgrid, float length);
 /// False off the map.
 bool vect_map_position(const GRD_report& grid, int i, int j, float* x, float* y);
 
+/// Direction in plot space of a wind along `dir` at the point in column `i`, stored row `j`, whose map position is
+/// (x, y). In grid space the cells are square, whatever their sides on the map.
+float vect_plot_direction(const GRD_report& grid, int i, int j, float dir, float x, float y);
+
 }  // namespace zav

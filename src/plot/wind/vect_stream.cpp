@@ -63,8 +63,8 @@ class Line {
   public:
     Line(const GRD_report& u_field, const GRD_report& v_field) : ugrid(u_field), vgrid(v_field) {
         head_scale = 4.0F * vect.arrow_scale;
-        const double steps = 10.0 * static_cast<double>(vect.arrow_scale);
-        period = steps >= 1.0 && steps < MOST_STEPS ? static_cast<int>(steps) : 1;
+        const float steps = 10.0F * vect.arrow_scale;  // in double 0.7 would give one less than 7
+        period = steps >= 1.0F && steps < MOST_STEPS ? static_cast<int>(steps) : 1;
         if (steps >= MOST_STEPS) period = static_cast<int>(MOST_STEPS);
     }
 
@@ -191,7 +191,7 @@ void turn_to_map(GRD_report& ugrid, GRD_report& vgrid) {
             float dir = 0.0F;
             float spd = 0.0F;
             vect2wind(u, v, &dir, &spd);
-            const float turned = MAP_dir_adj(dir, x, y);
+            const float turned = vect_plot_direction(ugrid, i, j, dir, x, y);
             // A component of exactly 0 stays so on a map without rotation: it starts no line.
             if (turned != dir) wind2vect(turned, spd, &u, &v);
         }

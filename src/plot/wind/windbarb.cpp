@@ -52,16 +52,21 @@ Feathers count_feathers(float spd) {
             static_cast<int>(std::floor(rest / HALF_SPEED)) % 2};
 }
 
-/// A staff with its foot at (x, y) that points along the unit vector (u, v).
+/// A staff with its foot at (x, y) that points along the unit vector (u, v). `side` is 1 for feathers on its clockwise
+/// side, -1 for the other one.
 struct Staff {
     float x;
     float y;
     float u;
     float v;
     float size;
+    float side;
 
-    /// Point at fraction `a` of the staff, moved clockwise across it by fraction `b`.
-    Gpt at(float a, float b) const { return {x + size * (a * u + b * v), y + size * (a * v - b * u)}; }
+    /// Point at fraction `a` of the staff, moved across it to the side of the feathers by fraction `b`.
+    Gpt at(float a, float b) const {
+        const float across = side * b;
+        return {x + size * (a * u + across * v), y + size * (a * v - across * u)};
+    }
 };
 
 void draw_line(const Gpt& from, const Gpt& to) {
@@ -104,13 +109,22 @@ void draw_head(const Gpt& tip, float u, float v, float a) {
 
 }  // namespace
 
-int WIND_barb(float x, float y, float dir, float spd, float size, float offset) {
+bool WIND_is_southern(float x, float y) {
+    const int proj = MAP_get_proj();
+    if (proj < PROJ_POLAR || proj > PROJ_LAST_MAP) return false;
+    float lat = FMISS;
+    float lon = FMISS;
+    MAP_untran(x, y, &lat, &lon);
+    return lat != FMISS && lat < 0.0F;
+}
+
+int WIND_barb(float x, float y, float dir, float spd, float size, float offset, bool southern) {
     if (!is_drawable(dir, spd) || spd < 0.0F) return -1;
     gset_fill_int_style(GSOLID);
     const Feathers feathers = count_feathers(std::min(spd, MOST_SPEED) + NUDGE);
     const auto u = static_cast<float>(std::sin(dir * DEGREE));
     const auto v = static_cast<float>(std::cos(dir * DEGREE));
-    const Staff staff{x, y, u, v, size};
+    const Staff staff{x, y, u, v, size, southern ? -1.0F : 1.0F};
     draw_line({x + offset * u, y + offset * v}, staff.at(1.0F, 0.0F));
     if (feathers.flags == 0 && feathers.full == 0) {
         if (feathers.half != 0) draw_half(staff, 0.0F);
@@ -122,7 +136,7 @@ int WIND_barb(float x, float y, float dir, float spd, float size, float offset) 
 
 int WIND_barb_map(float x, float y, float dir, float spd, float size, float offset) {
     if (!is_drawable(dir, spd)) return -1;
-    return WIND_barb(x, y, MAP_dir_adj(dir, x, y), spd, size, offset);
+    return WIND_barb(x, y, MAP_dir_adj(dir, x, y), spd, size, offset, WIND_is_southern(x, y));
 }
 
 int WIND_vect(float x, float y, float dir, float spd, float size, float arrow) {

@@ -2,6 +2,12 @@
 
 #include "gks/meta/gks_meta.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <limits>
+
+#include "frame/status.h"
 #include "gks/kernel_scene.h"
 
 namespace zav {
@@ -95,6 +101,7 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
          "gread_metafile: Point list is longer than the file: 2000000000\n"},
         {"count below 0", "PL -3 0,0\n" + line, 1, ""},
         {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
+        {"short item before another", "PL_CLR\nPL 2 0,0 1,1\nCLR 1\n" + line + "WIN 2 0\n" + line, 3, ""},
         {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},
         {"no end of line", "PL 2 0,0 1,1", 1, ""},
         {"bad numbers", "TR 99\nPL_LW -1\n" + line, 1,
@@ -112,6 +119,49 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
         EXPECT_EQ(lines, c.lines) << c.name;
         EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "") << c.name;
     }
+}
+
+TEST_F(Metafile, WritesPatternsPicturesAndNumbersThatReadersTake) {
+    ASSERT_EQ(open(dir.file("a.meta"), GWS_META), 0);
+    gset_fill_style_ind(5);
+    gset_fill_style_ind(1);
+    gnew_page();
+    const float out = std::numeric_limits<float>::infinity();
+    const Gpt points[2] = {{0, -out}, {out, 1}};
+    EXPECT_EQ(gpolyline(2, points), 1);
+    close();
+    const std::string far = "340282346638528859811704183484516925440.000000";
+    EXPECT_EQ(text_body("a.meta"), "FA_ST 5\nFA_ST 1\nPICTURE\nPL 2 0.000000,-" + far + " " + far + ",1.000000 \n");
+    // In a CGM each picture has its own begin and end.
+    ASSERT_EQ(open(dir.file("a.cgm") + ",cgm", GWS_META), 0);
+    gnew_page();
+    close();
+    gmeta_set_type(GMETA_TEXT);
+    const std::string text = test::read_file(dir.file("a.cgm"));
+    EXPECT_EQ(text.substr(46 + 10, 6), std::string("\x00\xA0\x00\x60\x00\x80", 6));
+    EXPECT_TRUE(text.ends_with(std::string("\x00\xA0", 2)));
+}
+
+TEST_F(Metafile, NoMemoryForAListEndsTheItemAlone) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs the address space";
+#endif
+    std::string list = "PL 10000000 ";
+    for (int i = 0; i < 8000000; ++i) list += "1,1 ";
+    dir.write("big.meta", "ZAVMETA\n" + list + "\nPL 2 0,0 1,1\n");
+    list = {};
+    EXPECT_EXIT(
+        {
+            rlimit small{};
+            small.rlim_cur = small.rlim_max = 100000000;
+            open("a.ps");
+            setrlimit(RLIMIT_AS, &small);
+            gread_metafile("big.meta");
+            close();
+            _exit(ZAV_noted());
+        },
+        ::testing::ExitedWithCode(STATUS_LAYER), "gread_metafile: Not enough memory for an item: PL\n");
+    EXPECT_NE(test::read_file("a.ps").find("%%PL:2\n"), std::string::npos);
 }
 
 TEST_F(Metafile, LongTextIsCutAndMissingFilesAreReported) {

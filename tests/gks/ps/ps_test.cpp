@@ -55,18 +55,130 @@ TEST_F(Postscript, HeadAndTrailerAreAsToldForEachForm) {
               "[] 0 setdash\n%%Begin plot\n%%ZAV Plot: Two lines\ninitclip\nnp\n-0.10 -0.10 mv\n-0.10 575.10 ln\n"
               "575.10 575.10 ln\n575.10 -0.10 ln\ncp\nclip\n%%End of plot\nsaveobj restore\nshowpage\nend\n%%EOF\n");
 
-    draw_to("+" + dir.file("b.ps"), [] {});
-    EXPECT_EQ(test::read_file(dir.file("b.ps")).rfind("0 setgray\n1 dot lw\n[] 0 setdash\n%%ZAV Plot: Two lines\n", 0),
-              0U);
-    EXPECT_EQ(test::read_file(dir.file("b.ps")).find("showpage"), std::string::npos);
-
     draw_to(dir.file("c.ps") + ",EPS,scale=0.5", [] {});
     const std::string eps = test::read_file(dir.file("c.ps"));
-    EXPECT_EQ(eps.rfind("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 576 756\n", 0), 0U);
+    EXPECT_EQ(eps.rfind("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 324 0 612 378\n", 0), 0U);
     EXPECT_NE(eps.find("90 rotate\n0. inch -8.50 inch translate\n"), std::string::npos);
     EXPECT_NE(eps.find("0.50 0.50 scale\n%%Begin plot\n"), std::string::npos);
     for (const char* word : {"save", "dict", "restore"}) EXPECT_EQ(eps.find(word), std::string::npos) << word;
     for (const char* name : {"a.ps", "c.ps"}) EXPECT_EQ(test::ghostscript_errors(dir.file(name)), "") << name;
+}
+
+TEST_F(Postscript, AddedPlotsStandOnTheLastPage) {
+    const auto lower = [] { draw_square(0.1F, 0.1F, 0.3F, 0.3F); };
+    const auto upper = [] { draw_square(0.5F, 0.6F, 0.9F, 0.8F); };
+    for (const char* words : {"", ",eps"}) {
+        plain_paper();
+        const std::string both = dir.file("both.ps") + words;
+        draw_to(both, lower);
+        const std::string first = test::read_file(dir.file("both.ps"));
+        draw_to("+" + both, upper);
+        const std::string text = test::read_file(dir.file("both.ps"));
+        const std::size_t end = first.find("%%End of plot\n");
+        EXPECT_EQ(text.substr(0, end), first.substr(0, end)) << words;
+        EXPECT_TRUE(text.ends_with(first.substr(end))) << words;
+        EXPECT_EQ(text.find("showpage"), text.rfind("showpage")) << words;
+        EXPECT_EQ(test::ghostscript_errors(dir.file("both.ps")), "") << words;
+        plain_paper();
+        draw_to(dir.file("one.ps") + words, [&] {
+            lower();
+            upper();
+        });
+        EXPECT_TRUE(test::rendered(dir.file("both.ps")).rgb == test::rendered(dir.file("one.ps")).rgb) << words;
+    }
+    // What isn't the program's own ending stays, and a page of its own follows; so does one in a new file.
+    const std::string foreign = "%!PS\nshowpage\n";
+    for (const std::string& before : {foreign, std::string()}) {
+        plain_paper();
+        dir.write("other.ps", before);
+        draw_to("+" + dir.file("other.ps"), lower);
+        const std::string text = test::read_file(dir.file("other.ps"));
+        EXPECT_TRUE(text.starts_with(before + "%!PS-Adobe-1.0\n"));
+        EXPECT_TRUE(text.ends_with("showpage\nend\n%%EOF\n"));
+        EXPECT_EQ(test::ghostscript_errors(dir.file("other.ps")), "");
+    }
+}
+
+TEST_F(Postscript, SeveralPagesAreOneDocument) {
+    gset_pages(true);
+    draw_to(dir.file("a.ps") + ",color", [] {
+        draw_square(0.1F, 0.1F, 0.3F, 0.3F);
+        gset_linetype(2);
+        gnew_page();
+        draw_square(0.5F, 0.6F, 0.9F, 0.8F);
+    });
+    gset_pages(false);
+    const std::string text = test::read_file(dir.file("a.ps"));
+    EXPECT_TRUE(text.starts_with("%!PS-Adobe-3.0\n"));
+    for (const char* line :
+         {"\n%%Pages: (atend)\n", "\n%%Page: 1 1\n", "\n%%Page: 2 2\n", "\n%%Trailer\n%%Pages: 2\n"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    }
+    EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "");
+    // Each page is drawn as it is alone: the second one's body ends the file's pages.
+    draw_to(dir.file("b.ps") + ",color", [] { draw_square(0.5F, 0.6F, 0.9F, 0.8F); });
+    test::run_command("gs -q -dSAFER -dNOPAUSE -dBATCH -sDEVICE=ps2write -dFirstPage=2 -sOutputFile=second.ps a.ps");
+    const Glim alone = test::marked_area(dir.file("b.ps"));
+    const Glim second = test::marked_area("second.ps");
+    EXPECT_NEAR(second.x_min, alone.x_min, 0.1);
+    EXPECT_NEAR(second.y_max, alone.y_max, 0.1);
+}
+
+TEST_F(Postscript, OutputWaitsUntilItIsKept) {
+    dir.write("old.ps", "old");
+    for (const char* name : {"old.ps", "+old.ps", "new.ps", "+new.ps", "|cat > piped.ps"}) {
+        ASSERT_EQ(open(name), 0) << name;
+        draw_square(0, 0, 1, 1);
+        gbreak_off();
+        EXPECT_EQ(test::read_file("old.ps"), "old") << name;
+        EXPECT_FALSE(std::filesystem::exists("new.ps")) << name;
+        EXPECT_FALSE(std::filesystem::exists("piped.ps")) << name;
+    }
+    ASSERT_EQ(open("old.ps"), 0);
+    draw_square(0, 0, 1, 1);
+    gkeep_output();
+    gbreak_off();
+    EXPECT_TRUE(test::read_file("old.ps").ends_with("showpage\nend\n%%EOF\n"));
+}
+
+TEST_F(Postscript, TheEpsBoxHoldsWhatIsDrawn) {
+    for (const char* words : {",eps", ",eps,port", ",eps,a4", ",eps,scale=0.5", ",eps,port,sz=8.5x11"}) {
+        plain_paper();
+        draw_to(dir.file("a.ps") + words, [] {
+            const Glim whole = {0, static_cast<float>(gget_window_width()), 0,
+                                static_cast<float>(gget_window_height())};
+            gset_ws_win(1, &whole);
+            gset_win(1, &whole);
+            gset_vp(1, &whole);
+            gsel_norm_tran(1);
+            draw_square(whole.x_min, whole.y_min, whole.x_max, whole.y_max);
+        });
+        const std::string text = test::read_file(dir.file("a.ps"));
+        Glim box;
+        std::sscanf(text.c_str() + text.find("%%BoundingBox:"), "%%%%BoundingBox: %f %f %f %f", &box.x_min, &box.y_min,
+                    &box.x_max, &box.y_max);
+        const Glim marks = test::marked_area(dir.file("a.ps"));
+        EXPECT_GT(marks.x_max - marks.x_min, 200) << words;
+        EXPECT_LE(box.x_min, marks.x_min + 0.11F) << words;
+        EXPECT_LE(box.y_min, marks.y_min + 0.11F) << words;
+        EXPECT_GE(box.x_max, marks.x_max - 0.11F) << words;
+        EXPECT_GE(box.y_max, marks.y_max - 0.11F) << words;
+    }
+}
+
+TEST_F(Postscript, ColourOfTheEnvironmentDrawsBlackOnWhite) {
+    gset_inverse(0);
+    const test::EnvSetting color("PSCOLOR", "1");
+    const test::EnvSetting unnamed("zavps_print", "");
+    const test::EnvSetting named("PSPRINT", "named.ps");
+    ASSERT_EQ(open(""), 0);
+    EXPECT_EQ(said, "Creating: named.ps\n");
+    EXPECT_EQ(gps_get_colorPS(), 1);
+    EXPECT_EQ(gget_inverse(), 1);
+    gset_fill_print_solid(1);
+    close();
+    ASSERT_EQ(open(""), 0);
+    EXPECT_EQ(gget_fill_print_solid(), 0) << "back at the opening";
 }
 
 TEST_F(Postscript, NamesFilesAndPipesAreAnnounced) {

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "frame/resrc.h"
+#include "frame/string.h"
 #include "plot/contour/cont_support.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 namespace {
@@ -51,48 +53,73 @@ class ContLabel : public ::testing::Test {
     }
 };
 
-TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
-    GRD_report ramp = field(40, 30, [](int column, int) { return static_cast<float>(column); });
-    set_interval(0.5F, 2, 20);  // upright lines midway between the columns
-    label(ramp);
-    EXPECT_EQ(cont.x_label_space, 8);
-    EXPECT_EQ(cont.y_label_space, 6);
-    EXPECT_EQ(sent.texts.size(), 5U * 10U);  // every second line, on rows 0, 6, 12, 18 and 24
-    for (const auto& text : sent.texts) {
-        EXPECT_EQ(std::fmod(text.pt.y - 0.5F, 6.0F), 0.0F);
-        EXPECT_EQ(std::fmod(text.pt.x - 0.5F, 4.0F), 0.0F);
-        EXPECT_NEAR(std::stof(text.str), text.pt.x, 0.51);  // two digits
+/// Labels that a field without equal values must have: in the cells of the lattice's rows where a level runs through
+/// bottom and top, in those of its columns where it runs through left and right, in the middle of the line.
+std::vector<std::string> expected_labels(const GRD_report& grid, const std::vector<float>& levels) {
+    std::vector<std::string> labels;
+    for (int j = 0; j < grid.domain.ny - 1; ++j) {
+        for (int i = 0; i < grid.domain.nx - 1; ++i) {
+            const float z[4] = {cont_value_at(grid, i, j), cont_value_at(grid, i + 1, j), cont_value_at(grid, i, j + 1),
+                                cont_value_at(grid, i + 1, j + 1)};
+            for (const float level : levels) {
+                const auto at = [level](float a, float b) { return (level - a) / (b - a); };
+                const auto cuts = [level](float a, float b) { return (a < level) != (b < level); };
+                const bool upright = cuts(z[0], z[1]) && cuts(z[2], z[3]) && !cuts(z[0], z[2]) && !cuts(z[1], z[3]);
+                const bool level_line = cuts(z[0], z[2]) && cuts(z[1], z[3]) && !cuts(z[0], z[1]) && !cuts(z[2], z[3]);
+                const std::string text = set_num("1.2.0", level);
+                if (upright && j % 6 == 0) {
+                    labels.push_back(
+                        text_format("%s %.2f %.2f", text.c_str(), i + (at(z[0], z[1]) + at(z[2], z[3])) / 2, j + 0.5F));
+                } else if (level_line && i % 8 == 0) {
+                    labels.push_back(
+                        text_format("%s %.2f %.2f", text.c_str(), i + 0.5F, j + (at(z[0], z[2]) + at(z[1], z[3])) / 2));
+                }
+            }
+        }
     }
-    GRD_report level = field(40, 30, [](int, int row) { return static_cast<float>(row); });
-    start_contours(CONT_LINE);
-    set_interval(0.5F, 2, 15);
-    cont.label_skip = 1;
-    label(level);
-    EXPECT_EQ(sent.texts.size(), 5U * 15U);  // every line, on columns 0, 8, 16, 24 and 32
+    std::sort(labels.begin(), labels.end());
+    return labels;
 }
 
-TEST_F(ContLabel, StepThatIsLostBesideTheBaseEnds) {
-    GRD_report ramp = field(21, 3, [](int column, int) { return 100000000.0F + 8.0F * static_cast<float>(column); });
-    set_interval(100000008.0F, 1, 20);
-    cont.base = 100000000.0F;
-    label(ramp);
-    EXPECT_EQ(sent.texts.size(), 0U);
-}
-
-TEST_F(ContLabel, BaseKeepsLabelledLevelsInPlace) {
-    GRD_report ramp = field(21, 3, [](int column, int) { return static_cast<float>(column); });
-    set_interval(0.5F, 1, 20);
-    cont.base = -5.5F;
-    cont.y_label_space = 2;
-    label(ramp);
-    ASSERT_FALSE(sent.texts.empty());
-    EXPECT_NEAR(sent.texts[0].pt.x, 0.5, 1e-4);
-    start_contours(CONT_LINE);
-    set_interval(0.5F, 1, 20);
-    cont.base = 5.5F;
-    cont.y_label_space = 2;
-    label(ramp);
-    EXPECT_NEAR(sent.texts[0].pt.x, 1.5, 1e-4);
+TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
+    GRD_report waves = field(40, 30, [](int column, int row) {
+        return 20.0F * std::sin(0.21F * column) + 17.0F * std::cos(0.33F * row) + 0.07F * column;
+    });
+    const auto labels = [&](auto settings) {
+        start_contours(CONT_LINE);
+        set_interval(-40, 2, 41);
+        settings();
+        label(waves);
+        std::vector<std::string> found;
+        for (const auto& text : sent.texts) {
+            found.push_back(text_format("%s %.2f %.2f", text.str.c_str(), text.pt.x, text.pt.y));
+        }
+        std::sort(found.begin(), found.end());
+        return found;
+    };
+    const auto every = [](float first, float step) {
+        std::vector<float> levels;
+        for (float level = first; level < 42; level += step) levels.push_back(level);
+        return levels;
+    };
+    const auto second = expected_labels(waves, every(-40, 4));
+    EXPECT_GT(second.size(), 50U);
+    EXPECT_EQ(labels([] {}), second);
+    EXPECT_EQ(labels([] { cont.label_skip = 1; }), expected_labels(waves, every(-40, 2)));
+    EXPECT_EQ(labels([] { cont.label_skip = 3; }), expected_labels(waves, every(-40, 6)));
+    EXPECT_EQ(labels([] { cont.base = 6; }), expected_labels(waves, every(-38, 4)));
+    EXPECT_EQ(labels([] { cont.base = -46; }), expected_labels(waves, every(-38, 4)));
+    EXPECT_EQ(labels([] {
+                  cont.min_cut = -4;
+                  cont.max_cut = 8;
+              }),
+              expected_labels(waves, {-4, 0, 4, 8}));
+    EXPECT_EQ(labels([] { test::set_levels({-12, -3, 1, 5, 9}); }), expected_labels(waves, {-12, 1, 9}));
+    EXPECT_EQ(labels([] {
+                  test::set_levels({-12, -3, 1, 5, 9});
+                  cont.base = -3;
+              }),
+              expected_labels(waves, {-3, 5}));
 }
 
 TEST_F(ContLabel, NothingIsLabelledWhen) {
@@ -137,37 +164,52 @@ TEST_F(ContLabel, Extremes) {
     EXPECT_TRUE(marks(grid).empty());
 }
 
-TEST(ContBar, ValueUnderThePointer) {
-    start_contours(CONT_FILL);
-    set_interval(10, 5, 4);
-    EXPECT_EQ(CONT_get_bar_value(0.1F, 0.01F), FMISS);
-    cont.bar_lim = {0.1F, 0.5F, 0.0F, 0.03F};
-    cont.bar_inc = 0.1F;
-    EXPECT_EQ(CONT_get_bar_value(0.15F, 0.01F), 10);
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.01F), 20);
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.04F), FMISS);
-    test::set_levels({1, 10, 100, 1000});
-    EXPECT_EQ(CONT_get_bar_value(0.35F, 0.01F), 100);
-}
-
-TEST(ContBar, LevelsOfARange) {
-    struct Row {
-        float base, interval, max, min, low, high;
-        int count;
+/// A row of boxes without gaps, one a band, with the value of its left edge under it.
+TEST(ContBar, BoxesStandSideBySide) {
+    struct Case {
+        int type, count;
+        std::vector<float> levels;  ///< a list, empty for levels 10 apart from -20
     };
-    const std::vector<Row> rows{{2, 5, 20, 0, -3, 22, 5},
-                                {FMISS, 10, 47, 3, 0, 50, 5},
-                                {FMISS, 10, 50, 3, 0, 60, 6},
-                                {FMISS, 1, 7.5F, 7.5F, 7, 8, 1}};
-    for (const Row& row : rows) {
-        start_contours(CONT_FILL);
-        cont.base = row.base;
-        cont.intrvl = row.interval;
-        cont_set_levels(row.max, row.min);
-        EXPECT_EQ(cont.conlo, row.low);
-        EXPECT_EQ(cont.conhi, row.high);
-        EXPECT_EQ(cont.num_cont, row.count);
+    for (const Case& c : {Case{CONT_FILL, 5, {}}, Case{CONT_FILL_LINE, 5, {}}, Case{CONT_LINE, 5, {}},
+                          Case{CONT_VALUE, 5, {}}, Case{CONT_FILL, 31, {}}, Case{CONT_FILL, 4, {1, 2, 5, 10}}}) {
+        start_contours(c.type);
+        set_interval(-20, 10, c.count);
+        if (!c.levels.empty()) test::set_levels(c.levels);
+        PLT_reset(0.0F);
+        ASSERT_EQ(CONT_draw_bar(1, ""), 0);
+        Glim view;
+        PLT_get_view(&view);
+        const Glim& bar = cont.bar_lim;
+        const float width = view.x_max - view.x_min;
+        EXPECT_NEAR(bar.x_min, view.x_min + 0.03F * width, 1e-6);
+        EXPECT_NEAR(bar.x_max, view.x_min + width / 2, 1e-6);
+        EXPECT_LT(bar.y_max, view.y_min);
+        const float box = (bar.x_max - bar.x_min) / static_cast<float>(c.count);
+        ASSERT_EQ(sent.areas.size(), c.type == CONT_LINE ? 0U : static_cast<std::size_t>(c.count));
+        for (std::size_t i = 0; i < sent.areas.size(); ++i) {
+            const auto& area = sent.areas[i];
+            EXPECT_EQ(area.band, static_cast<int>(i) % 10);
+            EXPECT_NEAR(area.pts[0].x, bar.x_min + static_cast<float>(i) * box, 1e-5);
+            EXPECT_NEAR(area.pts[2].x - area.pts[0].x, box, 1e-5);
+            EXPECT_NEAR(area.pts[0].y, (bar.y_min + bar.y_max) / 2, 1e-6);
+            EXPECT_NEAR(area.pts[2].y, bar.y_max, 1e-6);
+        }
+        EXPECT_EQ(sent.lines.size(), c.type == CONT_LINE || c.type == CONT_FILL_LINE ? 5U : 0U);
+        const int skip = c.count / 15 + 1;
+        const int texts = c.levels.empty() ? c.count / skip + 1 : c.count;
+        ASSERT_EQ(sent.texts.size(), static_cast<std::size_t>(texts)) << c.count;
+        for (int n = 0; n < texts; ++n) {
+            const int i = n * skip;
+            EXPECT_EQ(std::stof(sent.texts[n].str), c.levels.empty() ? -20.0F + 10.0F * i : c.levels[i]);
+            EXPECT_NEAR(sent.texts[n].pt.x, bar.x_min + static_cast<float>(i) * box, 1e-4);
+            EXPECT_NEAR(sent.texts[n].pt.y, bar.y_min, 1e-6);
+        }
+        EXPECT_EQ(CONT_get_bar_value(bar.x_min + 2.5F * box, bar.y_max), c.levels.empty() ? 0.0F : 5.0F);
+        EXPECT_EQ(CONT_get_bar_value(bar.x_max + box, bar.y_max), FMISS);
     }
+    start_contours(CONT_FILL);
+    set_interval(-20, 10, 201);
+    EXPECT_EQ(CONT_draw_bar(1, ""), -1);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "grid/grd_tool.h"
 #include "plot/contour/cont.h"
 #include "plot/contour/cont_state.h"
@@ -20,6 +21,7 @@ class ContSetup : public ::testing::Test {
   protected:
     void SetUp() override {
         FLAG_reset(MISS);
+        CLR_clear_table();
         for (const char* name : {"magenta", "lmagenta", "blue", "lblue", "cyan", "lcyan", "green", "lgreen", "brown",
                                  "yellow", "red", "lred", "dgray", "lgray", "white"}) {
             CLR_add(name, 0.5F, 0.5F, 0.5F);
@@ -70,7 +72,11 @@ TEST_F(ContSetup, NoIntervalRunsAway) {
         CONT_init();
         CONT_set_fill_colors(nullptr, 0);
         levels(240.0F, 310.0F, FMISS, intrvl);
-        EXPECT_LE(cont.num_cont, 100000) << intrvl;
+        const Cont_ladder ladder = cont_ladder();
+        int walked = 0;
+        for (double n = ladder.below(240.0F); walked < 1000 && n <= ladder.last; n = ladder.next(n)) walked++;
+        EXPECT_LT(walked, 1000) << intrvl;
+        EXPECT_LE(ladder.level(ladder.below(250.0F)), 250.0F) << intrvl;
         EXPECT_TRUE(std::isfinite(cont.conlo)) << intrvl;
     }
 }
@@ -115,7 +121,19 @@ TEST_F(ContSetup, LevelFilesOfAnyContentAreHarmless) {
     EXPECT_FLOAT_EQ(cont.cont_value[CONT_LEVELS - 2], 254.0F);
     EXPECT_EQ(cont.cont_value[CONT_LEVELS - 1], FMISS);
     CONT_init();
-    EXPECT_EQ(CONT_set_fill_colors("absent.lev", 1), 0);
+    CONT_set_fill_colors(nullptr, 0);
+    const auto usual = cont.fill_attrib;
+    const int usual_count = cont.color_num;
+    folder.write("empty.lev", "# levels to come\n\n");
+    for (const char* faulty : {"absent.lev", "empty.lev", "."}) {
+        CONT_init();
+        const test::Output said = test::capture([faulty] { CONT_set_fill_colors(faulty, 1); });
+        EXPECT_NE((said.out + said.err).find(faulty), std::string::npos) << faulty;
+        EXPECT_EQ(cont.color_num, usual_count) << faulty;
+        EXPECT_FALSE(cont_has_values()) << faulty;
+        for (int i = 0; i < usual_count; i++) EXPECT_EQ(cont.fill_attrib[i].color, usual[i].color) << faulty;
+        EXPECT_EQ(ZAV_noted(), STATUS_LAYER) << faulty;
+    }
     CONT_init();
     CONT_set_fill_colors("1-99999999999,-2147483648--5", 1);
     EXPECT_LE(cont.color_num, CONT_LEVELS);
@@ -147,6 +165,7 @@ TEST_F(ContSetup, FormatFieldsReachTheSettings) {
 }
 
 TEST_F(ContSetup, ParametersOfTheRunReachTheSettings) {
+    EXPECT_EQ(CONT_get_map_order(), MISS);
     RES_put("plot_param", "lab 1:3:5,maxl=4,conmin=2.5,conmax=7,fill=hat,MAPCON,grid,rlab");
     CONT_param_decode();
     EXPECT_EQ(cont.label_skip, 1);
@@ -155,9 +174,13 @@ TEST_F(ContSetup, ParametersOfTheRunReachTheSettings) {
     EXPECT_FLOAT_EQ(cont.min_cut, 2.5F);
     EXPECT_FLOAT_EQ(cont.max_cut, 7.0F);
     EXPECT_EQ(cont.fill_pat, 9);
-    EXPECT_EQ(cont.mapcon, 1);
+    EXPECT_EQ(CONT_get_map_order(), CONT_OVER_MAP);
     EXPECT_EQ(cont.draw_grid, 1);
     EXPECT_EQ(cont.rot_label, 1);
+    RES_put("plot_param", "conmap,hlab");
+    CONT_param_decode();
+    EXPECT_EQ(CONT_get_map_order(), CONT_UNDER_MAP);
+    EXPECT_EQ(cont.rot_label, 0);
 }
 
 }  // namespace

@@ -2,17 +2,10 @@
 
 #include "plot/sequence/plt_plot.h"
 
-#include <sstream>
-
-#include "frame/flag.h"
-#include "frame/mess.h"
-#include "frame/resrc.h"
-#include "frame/zav.h"
 #include "map/maptran.h"
-#include "plot/contour/cont.h"
-#include "plot/page/colors.h"
+#include "plot/contour/cont_state.h"
+#include "plot/meta_plot.h"
 #include "plot/wind/vecttool.h"
-#include "support/support.h"
 
 namespace zav {
 namespace {
@@ -78,33 +71,28 @@ TEST(PltPanel, ShapesAndLayouts) {
         {"99x99+7+7", {0.875F, 1.0F, 0.0F, 0.125F}},
         {"1x1+0+0", {0, 1, 0, 1}},
     };
+    Glim page;
+    GPH_get_view_size(&page);
     for (const Case& c : cases) {
         PLT_panel_decode(c.text);
         Glim size;
         GPH_get_view_size(&size);
-        EXPECT_NEAR(size.x_min, c.want.x_min, 1e-6) << c.text;
-        EXPECT_NEAR(size.x_max, c.want.x_max, 1e-6) << c.text;
-        EXPECT_NEAR(size.y_min, c.want.y_min, 1e-6) << c.text;
-        EXPECT_NEAR(size.y_max, c.want.y_max, 1e-6) << c.text;
+        EXPECT_NEAR(size.x_min, c.want.x_min * page.x_max, 1e-6) << c.text;
+        EXPECT_NEAR(size.x_max, c.want.x_max * page.x_max, 1e-6) << c.text;
+        EXPECT_NEAR(size.y_min, c.want.y_min * page.y_max, 1e-6) << c.text;
+        EXPECT_NEAR(size.y_max, c.want.y_max * page.y_max, 1e-6) << c.text;
     }
 }
 
-/// A plot on a metafile.
-class PltPlot : public test::TempDirTest {
+class PltPlot : public test::MetaPlot {
   protected:
     void SetUp() override {
-        CLR_install();
-        RES_put("file_path", test::source_dir() + "/share/zav/");
-        FLAG_reset(MISS);
-        FLAG_resetplot(1);
-        test::capture([this] {
-            RES_put("device", "meta," + dir.file("out"));
-            ASSERT_EQ(PLT_open(1.0F), 0);
-        });
+        MetaPlot::SetUp();
+        test::capture([] { ASSERT_EQ(PLT_open(1.0F), 0); });
     }
-    std::string close() {
+    test::Drawn close() {
         test::capture([] { PLT_close(); });
-        return test::read_file(dir.file("out"));
+        return test::read_metafile(dir.file("out"));
     }
 };
 
@@ -121,12 +109,11 @@ TEST_F(PltPlot, LabelsStandRoundTheViewport) {
     RES_put("label", "uc:by_hand%%");
     EXPECT_EQ(PLT_labels(), 0);
     const float dy = std::min(view.y_min / 2, 0.03F * (view.y_max - view.y_min));
-    const std::string text = close();
-    const auto place = [&text](const std::string& label) {
+    const test::Drawn drawn = close();
+    const auto place = [&drawn](const std::string& label) {
         Gpt at;
-        std::istringstream lines(text);
-        for (std::string line; std::getline(lines, line);) {
-            if (line.ends_with(" " + label)) std::sscanf(line.c_str(), "TE %f,%f", &at.x, &at.y);
+        for (const test::Drawn_text& text : drawn.texts) {
+            if (text.str == label) at = text.at;
         }
         return at;
     };
@@ -144,7 +131,7 @@ TEST_F(PltPlot, NoRoomNoLabels) {
     test::capture([] { PLT_reset(0.0F); });
     PLT_label_up_left("upper");
     EXPECT_EQ(PLT_labels(), -1);
-    EXPECT_EQ(close().find("upper"), std::string::npos);
+    EXPECT_TRUE(close().texts.empty());
 }
 
 Domain zoomed;
@@ -211,8 +198,11 @@ TEST(PltParam, WordsTakeEffect) {
     EXPECT_EQ(PLT_get_num_over(), 4);
     EXPECT_EQ(gget_font_drop(), 4);
     EXPECT_EQ(CONT_get_bar(), 2);
-    RES_put("plot_param", "shadow=2,nobar");
+    RES_put("plot_param", "shadow=2,nobar,plt_skip=3:2");
     PLT_param_decode();
+    CONT_init();  // as each layer does
+    EXPECT_EQ(cont.x_skip, 3);
+    EXPECT_EQ(cont.y_skip, 2);
     EXPECT_EQ(gget_font_drop(), 2);
     EXPECT_EQ(CONT_get_bar(), -2);
 }

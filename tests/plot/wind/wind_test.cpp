@@ -105,7 +105,12 @@ TEST_P(Feathers, ReadTheSpeed) {
 INSTANTIATE_TEST_SUITE_P(Table, Feathers,
                          testing::Values(Speed_case{2.9F, 0, 0, 0}, Speed_case{3, 0, 0, 1}, Speed_case{7, 0, 0, 1},
                                          Speed_case{8, 0, 1, 0}, Speed_case{15, 0, 1, 1}, Speed_case{48, 1, 0, 0},
-                                         Speed_case{50, 1, 0, 0}, Speed_case{65, 1, 1, 1}, Speed_case{305, 6, 0, 0}));
+                                         Speed_case{50, 1, 0, 0}, Speed_case{65, 1, 1, 1}, Speed_case{305, 6, 0, 0}),
+                         [](const auto& given) {
+                             std::ostringstream speed;
+                             speed << given.param.speed << " kt";
+                             return test::case_name(speed.str());
+                         });
 
 TEST_F(Wind, NothingIsDrawnWithoutAWind) {
     EXPECT_TRUE(drawn([] {
@@ -137,57 +142,29 @@ TEST(WindConversion, GoesBothWays) {
     EXPECT_EQ(dir, FMISS);
 }
 
-// Arrows on each map point where the map carries a step along the wind.
-class Arrows : public Wind, public testing::WithParamInterface<int> {};
-
-TEST_P(Arrows, PointWhereTheAirGoes) {
-    Domain domain;
-    domain.proj = GetParam();
-    domain.plat = domain.proj == PROJ_POLAR ? 90.0F : 40.0F;
-    domain.plon = -100;
-    domain.param[0] = 75;  // satellite longitude and cone: what each projection makes of it
-    if (domain.proj == PROJ_LAMBERT) {
-        domain.param[0] = 30;
-        domain.param[1] = 60;
-        domain.param[2] = 1;
-    }
-    domain.clat = 40;
-    domain.clon = -90;
-    domain.dx = domain.dy = 1;
-    domain.nx = domain.ny = 41;
-    MAP_setup(&domain);
-    GPH_trans(2);
-    const float lat = 38;
-    const float lon = -83;
-    const float wind_dir = 235;
-    float x, y, x2, y2;
-    ASSERT_EQ(MAP_tran(lat, lon, &x, &y), 1);
-    const double to = (wind_dir - 180) * M_PI / 180;
-    // On a map in degrees directions are those of the compass, whatever the length of a degree.
-    const double shrink = domain.proj == PROJ_LATLON ? 1.0 : std::cos(lat * M_PI / 180);
-    ASSERT_EQ(MAP_tran(static_cast<float>(lat + 0.2 * std::cos(to)),
-                       static_cast<float>(lon + 0.2 * std::sin(to) / shrink), &x2, &y2),
-              1);
-    const auto all = drawn([&] { EXPECT_EQ(WIND_vect_map(x, y, wind_dir, 1, 1, 0), 0); });
-    ASSERT_EQ(all.size(), 1U);
-    EXPECT_NEAR(bearing(all[0]), std::atan2(x2 - x, y2 - y) * 180 / M_PI, 1.0);
+/// A square of a projection about a place.
+Domain square(int proj, float clat, float clon, float plat, int points) {
+    Domain d;
+    d.proj = proj;
+    d.plat = plat;
+    d.plon = clon + 7;
+    d.clat = clat;
+    d.clon = clon;
+    if (proj == PROJ_LAMBERT) d.param = {plat / 2, plat, 1, FMISS, FMISS};
+    d.dx = d.dy = 1;
+    d.nx = d.ny = points;
+    return d;
 }
 
-INSTANTIATE_TEST_SUITE_P(Maps, Arrows,
-                         testing::Values(static_cast<int>(PROJ_POLAR), static_cast<int>(PROJ_LATLON),
-                                         static_cast<int>(PROJ_MERCATOR), static_cast<int>(PROJ_LAMBERT)));
-
-/// A pair of grids on a plane without rotation of directions, drawn in grid space.
+/// A pair of grids, on a plane without rotation of directions unless a domain is given.
 struct Field {
     GRD_report u, v;
-    Field(int nx, int ny, const std::function<Gpt(int, int)>& wind) {
+    Field(int nx, int ny, const std::function<Gpt(int, int)>& wind) : Field(plain(nx, ny), wind) {}
+    Field(const Domain& domain, const std::function<Gpt(int, int)>& wind) {
+        const int nx = domain.nx;
+        const int ny = domain.ny;
         for (GRD_report* grid : {&u, &v}) {
-            grid->domain.proj = PROJ_LATLON;
-            grid->domain.plat = grid->domain.clat = 40;
-            grid->domain.plon = grid->domain.clon = -90;
-            grid->domain.dx = grid->domain.dy = 1;
-            grid->domain.nx = nx;
-            grid->domain.ny = ny;
+            grid->domain = domain;
             grid->grid = std::shared_ptr<float[]>(new float[static_cast<std::size_t>(nx) * ny]);
         }
         for (int j = 0; j < ny; ++j) {
@@ -198,6 +175,11 @@ struct Field {
             }
         }
         MAP_domain(&u.domain);
+    }
+    static Domain plain(int nx, int ny) {
+        Domain d = square(PROJ_MERCATOR, 40, -90, 40, nx);
+        d.ny = ny;
+        return d;
     }
     int draw(int type) {
         CONT_init();
@@ -211,6 +193,151 @@ struct Field {
         return VECT_draw(&u, &v);
     }
 };
+
+/// Place of grid coordinates of `grid` on `map`.
+Point on_map(const Domain& grid, const Domain& map, float gx, float gy) {
+    Point from;
+    Point to;
+    MAP_domain(&grid);
+    MAP_grid_tran(gx, gy, &from.x, &from.y);
+    MAP_domain_tran(&grid, &map, from.x, from.y, &to.x, &to.y);
+    return to;
+}
+
+/// One projection, as far as its maps are drawn on.
+struct Map_case {
+    const char* name;
+    int proj;
+};
+std::ostream& operator<<(std::ostream& out, const Map_case& c) { return out << c.name; }
+
+class Maps : public Wind, public testing::WithParamInterface<Map_case> {
+  protected:
+    /// Draws both grids on a map about a place.
+    void draw(Field& field, int type, float clat, float clon, float plat) {
+        map = square(GetParam().proj, clat, clon, plat, 201);
+        MAP_setup(&map);
+        GPH_trans(2);
+        EXPECT_EQ(field.draw(type), 0);
+    }
+    Domain map;
+};
+
+/// A wind along a grid's rows or columns is drawn toward the next column or row, in either hemisphere.
+TEST_P(Maps, GridWindsLeadToTheNextPoint) {
+    std::vector<std::pair<Point, Point>> ways;
+    const auto all = drawn([&] {
+        for (const float side : {1.0F, -1.0F}) {
+            for (const int proj : {PROJ_POLAR, PROJ_LATLON, PROJ_MERCATOR, PROJ_LAMBERT}) {
+                const Domain grid = square(proj, 30 * side, -68, 60 * side, 3);
+                for (const Gpt wind : {Gpt{0.05F, 0}, Gpt{0, 0.05F}}) {
+                    Field field(grid, [&](int i, int j) { return i == 1 && j == 1 ? wind : Gpt{FMISS, FMISS}; });
+                    draw(field, VECT_VECTORS, 35 * side, -60, 50 * side);
+                    ways.emplace_back(on_map(grid, map, 1 - wind.x, 1 + wind.y),
+                                      on_map(grid, map, 1 + wind.x, 1 - wind.y));
+                }
+            }
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * ways.size());  // a shaft and two lines of the head each
+    for (std::size_t k = 0; k < ways.size(); ++k) {
+        const auto& [from, to] = ways[k];
+        const Gpt start = all[3 * k].pts[0];
+        EXPECT_NEAR(std::hypot(start.x - (from.x + to.x) / 2, start.y - (from.y + to.y) / 2), 0, 0.01) << k;
+        const double way = std::atan2(to.x - from.x, to.y - from.y) * 180 / M_PI;
+        EXPECT_NEAR(std::remainder(bearing(all[3 * k]) - way, 360), 0, 0.1) << k;
+    }
+}
+
+/// Looking along the staff from the station, feathers stand to the right in the north, to the left in the south.
+TEST_P(Maps, FeathersChangeSidesAtTheEquator) {
+    const std::vector<float> lats{10, 0, -5};
+    const auto all = drawn([&] {
+        for (const float lat : lats) {
+            Field field(square(PROJ_LATLON, lat, -85, 0, 1), [](int, int) { return Gpt{30, -40}; });
+            draw(field, VECT_BARBS, 5, -90, 45);
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * lats.size());  // staff, flag as an area and as a line
+    for (std::size_t k = 0; k < lats.size(); ++k) {
+        const std::vector<Gpt>& staff = all[3 * k].pts;
+        const std::vector<Gpt>& flag = all[3 * k + 1].pts;
+        const float cross =
+            (staff[1].x - staff[0].x) * (flag[1].y - flag[0].y) - (staff[1].y - staff[0].y) * (flag[1].x - flag[0].x);
+        EXPECT_NEAR(cross, lats[k] < 0 ? 0.5 : -0.5, 1e-3) << lats[k];
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Maps,
+                         testing::Values(Map_case{"polar", PROJ_POLAR}, Map_case{"latlon", PROJ_LATLON},
+                                         Map_case{"mercator", PROJ_MERCATOR}, Map_case{"lambert", PROJ_LAMBERT},
+                                         Map_case{"orthographic", PROJ_ORTHO}, Map_case{"mollweide", PROJ_MOLLWEIDE},
+                                         Map_case{"azimuthal", PROJ_AZIMUTHAL}, Map_case{"satellite", PROJ_SATELLITE}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+/// In grid space cells are square: a grid whose cells aren't has its directions stretched with them.
+TEST_F(Wind, OblongCellsStretchTheirWinds) {
+    Domain domain = Field::plain(3, 3);
+    domain.dx = 2;
+    Field field(domain, [](int, int) { return Gpt{4, 3}; });
+    for (const Stroke& s : drawn([&] { EXPECT_EQ(field.draw(VECT_VECTORS), 0); })) {
+        if (std::hypot(s.pts[1].x - s.pts[0].x, s.pts[1].y - s.pts[0].y) < 0.9F) continue;
+        EXPECT_NEAR(bearing(s), std::atan2(4.0 / 2, 3.0) * 180 / M_PI, 0.01);
+    }
+}
+
+/// The pole's row of a global grid states one wind from as many meridians as it has columns.
+TEST_F(Wind, APolesRowIsOneWind) {
+    std::vector<float> expected;
+    const auto all = drawn([&] {
+        for (const float pole : {90.0F, -90.0F}) {
+            for (const int proj : {PROJ_POLAR, PROJ_ORTHO, PROJ_AZIMUTHAL}) {
+                Domain grid = square(PROJ_LATLON, pole, 0, 0, 8);
+                grid.plon = 0;
+                grid.dx = 45;
+                grid.ny = 1;
+                Field field(grid, [&](int i, int) {  // toward the meridian of Greenwich
+                    const double lon = (i - 3.5) * 45 * M_PI / 180;
+                    return Gpt{static_cast<float>(-20 * std::sin(lon)),
+                               static_cast<float>((pole > 0 ? -20 : 20) * std::cos(lon))};
+                });
+                Domain map = square(proj, pole, 30, pole, 201);
+                map.plon = 30;
+                MAP_setup(&map);
+                GPH_trans(2);
+                EXPECT_EQ(field.draw(VECT_VECTORS), 0);
+                expected.insert(expected.end(), 8, pole > 0 ? -150.0F : -30.0F);
+            }
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * expected.size());
+    for (std::size_t k = 0; k < expected.size(); ++k) {
+        EXPECT_NEAR(std::remainder(bearing(all[3 * k]) - expected[k], 360), 0, 0.1) << k / 8;
+    }
+}
+
+/// Every period-th stroke of a streamline has a head; the period is ten times the scale.
+TEST_F(Wind, HeadsFollowTheScale) {
+    Field field(41, 41, [](int, int) { return Gpt{1, 1}; });
+    MAP_setup(&field.u.domain);
+    const Glim window{0, 40, 0, 40};
+    gset_win(2, &window);
+    GPH_trans(2);
+    vect.attrib.color = 1;
+    vect.base = 9;
+    for (const float scale : {0.7F, 0.9F, 1.3F}) {
+        vect.arrow_scale = scale;
+        EXPECT_EQ(VECT_stream(&field.u, &field.v, 0, 0, 40), 0);
+    }
+    std::string periods;
+    int shafts = 0;
+    for (const Stroke& s : strokes()) {
+        const bool shaft = std::fabs(s.pts[1].x - s.pts[0].x - s.pts[1].y + s.pts[0].y) < 1e-4F;
+        if (!shaft && shafts > 0) periods += std::to_string(shafts) + ' ';
+        shafts = shaft ? shafts + 1 : 0;
+    }
+    EXPECT_EQ(periods, "7 7 7 7 7 14 9 9 9 17 13 13 ");  // 40 steps each; what is left counts to the next line
+}
 
 TEST_F(Wind, MissingAndCalmPointsHaveNoArrow) {
     Field field(5, 5, [](int i, int j) { return i == 2 ? Gpt{FMISS, 1} : j == 2 ? Gpt{0, 0} : Gpt{3, 4}; });
@@ -362,7 +489,11 @@ INSTANTIATE_TEST_SUITE_P(Codes, Clouds,
                          testing::Values(Cover_case{'0', 1, {}}, Cover_case{'F', 2, {}}, Cover_case{'2', 1, {6}},
                                          Cover_case{'3', 2, {6}}, Cover_case{'4', 1, {8}}, Cover_case{'5', 2, {8}},
                                          Cover_case{'6', 1, {12}}, Cover_case{'7', 1, {8, 8}}, Cover_case{'O', 0, {13}},
-                                         Cover_case{'9', 3, {}}, Cover_case{'?', 2, {}}));
+                                         Cover_case{'9', 3, {}}, Cover_case{'?', 2, {}}),
+                         [](const auto& given) {
+                             const char cover = given.param.cover;
+                             return cover == '?' ? std::string("unknown") : std::string("code_") + cover;
+                         });
 
 }  // namespace
 }  // namespace zav

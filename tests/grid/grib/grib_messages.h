@@ -1,0 +1,193 @@
+#pragma once
+
+// GRIB messages made by hand, octet by octet.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "frame/mess.h"
+#include "grid/grd_read.h"
+#include "grid/grd_tool.h"
+#include "grid/grib/grib.h"
+#include "support/support.h"
+
+namespace zav::grib_test {
+
+using Bytes = std::vector<unsigned char>;
+
+inline void put(Bytes& bytes, std::int64_t value, int octets) {
+    for (int i = octets - 1; i >= 0; --i) bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
+}
+
+/// Sets an octet by its published number; the section starts at octet 1.
+inline void set(Bytes& section, int octet, std::int64_t value, int octets = 1) {
+    for (int i = 0; i < octets; ++i) {
+        section[static_cast<std::size_t>(octet - 1 + i)] = static_cast<unsigned char>(value >> (8 * (octets - 1 - i)));
+    }
+}
+
+inline Bytes section2(int number, int length) {
+    Bytes section(static_cast<std::size_t>(length), 0);
+    set(section, 1, length, 4);
+    set(section, 5, number);
+    return section;
+}
+
+inline Bytes join(const std::vector<Bytes>& parts) {
+    Bytes all;
+    for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+inline Bytes message2(int discipline, const std::vector<Bytes>& sections) {
+    const Bytes body = join(sections);
+    Bytes head{'G', 'R', 'I', 'B', 0, 0, static_cast<unsigned char>(discipline), 2};
+    put(head, static_cast<std::int64_t>(body.size()) + 20, 8);
+    return join({head, body, {'7', '7', '7', '7'}});
+}
+
+inline Bytes identification() {
+    Bytes section = section2(1, 21);
+    set(section, 6, 7, 2);
+    set(section, 13, 2011, 2);
+    set(section, 15, 1);
+    set(section, 16, 10);
+    set(section, 17, 12);
+    return section;
+}
+
+inline Bytes latlon(int nx, int ny, int scanning) {
+    Bytes section = section2(3, 72);
+    set(section, 31, nx, 4);
+    set(section, 35, ny, 4);
+    set(section, 47, 40000000, 4);
+    set(section, 51, 10000000, 4);
+    set(section, 56, 30000000, 4);
+    set(section, 60, 20000000, 4);
+    set(section, 72, scanning);
+    return section;
+}
+
+inline Bytes product(int code = 0, int length = 34) {
+    Bytes section = section2(4, length);
+    set(section, 8, code, 2);
+    set(section, 18, 1);
+    set(section, 23, 1);
+    set(section, 29, 255);
+    return section;
+}
+
+inline Bytes simple(int points, int bits) {
+    Bytes section = section2(5, 21);
+    set(section, 6, points, 4);
+    set(section, 20, bits);
+    return section;
+}
+
+inline Bytes bitmap(int indicator, const Bytes& map = {}) {
+    Bytes section = section2(6, 6 + static_cast<int>(map.size()));
+    set(section, 6, indicator);
+    std::copy(map.begin(), map.end(), section.begin() + 6);
+    return section;
+}
+
+inline Bytes data(const Bytes& packed) {
+    Bytes section = section2(7, 5 + static_cast<int>(packed.size()));
+    std::copy(packed.begin(), packed.end(), section.begin() + 5);
+    return section;
+}
+
+class Grib : public test::TempDirTest {
+  protected:
+    void SetUp() override { MESS_set(0, MESS_NONE); }
+
+    /// The records of a file of these bytes, read whole.
+    std::vector<GRD_report> read(const Bytes& bytes, int* last = nullptr) {
+        const std::string path = dir.write("test.grib", std::string(bytes.begin(), bytes.end()));
+        std::vector<GRD_report> records;
+        int type = GRD_TYPE_GRIB;
+        const int fd = GRD_open(path, 0, &type);
+        EXPECT_GE(fd, 0);
+        GRD_info info;
+        int result = GRD_getinfo(fd, &info);
+        for (int i = 0; result == 0 && i < 50; ++i) {
+            GRD_report head;
+            GRD_report grd;
+            int number = i;
+            result = GRD_read(fd, &head, GRD_READ_HEADER, &number);
+            if (result == 0) result = GRD_read(fd, &grd, GRD_READ_ALL, &number);
+            if (result == 0) records.push_back(grd);
+        }
+        if (last) *last = result;
+        GRIB_get_WMO_header(fd, header);
+        GRD_close(fd);
+        return records;
+    }
+
+    static std::vector<float> values(const GRD_report& grd) {
+        if (!grd.grid) return {};
+        return {grd.grid.get(), grd.grid.get() + GRD_points(&grd)};
+    }
+
+    std::string header;
+};
+
+using Values = std::vector<float>;
+
+inline Bytes complex(int type, int points, int miss_type) {
+    Bytes section = section2(5, type == 3 ? 49 : 47);
+    set(section, 6, points, 4);
+    set(section, 10, type, 2);
+    set(section, 20, 8);
+    set(section, 22, 1);
+    set(section, 23, miss_type);
+    set(section, 37, 8);
+    set(section, 47, 8);
+    set(section, 42, 1);
+    return section;
+}
+
+/// An edition 1 message: product block changed by `change`, then the data block.
+inline Bytes message1(const std::function<void(Bytes&)>& change, const Bytes& grid, const Bytes& packed, int bits) {
+    Bytes block(28, 0);
+    set(block, 1, 28, 3);
+    set(block, 4, 2);
+    set(block, 5, 7);
+    set(block, 7, 255);
+    set(block, 8, grid.empty() ? 0 : 0x80);
+    set(block, 9, 7);
+    set(block, 10, 100);
+    set(block, 11, 1000, 2);
+    for (const auto& [octet, value] : {std::pair{13, 98}, {14, 3}, {15, 15}, {16, 12}, {18, 1}})
+        set(block, octet, value);
+    change(block);
+    Bytes values(11, 0);
+    set(values, 1, 11 + static_cast<int>(packed.size()), 3);
+    set(values, 11, bits);
+    const Bytes body = join({block, grid, values, packed, {'7', '7', '7', '7'}});
+    Bytes head{'G', 'R', 'I', 'B'};
+    put(head, static_cast<std::int64_t>(body.size()) + 8, 3);
+    head.push_back(1);
+    return join({head, body});
+}
+
+inline Bytes latlon1(int nx, int ny, int vertical) {
+    Bytes block(static_cast<std::size_t>(32 + 4 * vertical), 0);
+    set(block, 1, static_cast<int>(block.size()), 3);
+    set(block, 4, vertical);
+    set(block, 5, vertical ? 33 : 255);
+    set(block, 7, nx, 2);
+    set(block, 9, ny, 2);
+    set(block, 17, 0x80);
+    set(block, 24, 1000, 2);
+    set(block, 26, 1000, 2);
+    return block;
+}
+
+}  // namespace zav::grib_test
