@@ -75,7 +75,7 @@ TEST_P(Hints, TellWhatTheFileHas) {
     const Outcome run = run_program(dir.path(), chart + source);
     EXPECT_EQ(run.status, c.status) << run.err;
     EXPECT_NE(run.err.find(c.told), std::string::npos) << run.err;
-    EXPECT_EQ(read_page(dir.file("x.ps")).pages, c.status == 0 ? 1 : 0) << "a page only of what was found";
+    EXPECT_EQ(read_page(dir.file("x.ps")).pages, c.status == 0 ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
