@@ -49,7 +49,7 @@ const Wrong_call CALLS[] = {
     {"missing_time", CHART + "-ft h77 " + SAMPLE, "", 20, "grid not found in file", 0},
     {"missing_level", CHART + "-le 333 " + SAMPLE, "", 20, "grid not found in file", 0},
     {"missing_member", CHART + "-va 'ens[7]hght' " + SAMPLE, "", 20, "grid not found in file", 0},
-    {"missing_wind", CHART + "-va 'wind:kt:barb<uwnd,nosuch>' " + SAMPLE, "", 20, "grid not found in file", 0},
+    {"missing_wind", CHART + "-va 'wind:kt:barb<uwnd,nosuch>' " + SAMPLE, "", 23, "nosuch", 1},
     {"no_time_of_a_list", CHART + "-ft h77,h78 " + SAMPLE, "", 21, "GRD_plot: No data at the time: h78\n", 0},
     {"one_time_of_a_list", CHART + "-ft h77,h12,h24 " + SAMPLE, "", 21, "GRD_plot: No data at the time: h77\n", 2},
     {"missing_layer_of_two", CHART + "-va 'hght,rhum' -le 250 -pl ln -va 'hght,:10:rhum' " + SAMPLE, "", 20, "10 mb",
