@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "frame/mess.h"
-#include "frame/status.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 
@@ -26,7 +25,6 @@ bool read_whole(int grd_fd, GRD_report* grid, int number, const std::string& uni
         GRD_free(grid);
         return false;
     }
-    if (!GRD_has_values(grid)) ZAV_note(STATUS_LAYER);  // found, but in a packing or a size that can't be read
     bring_to_units(grid, units);
     return true;
 }
