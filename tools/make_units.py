@@ -63,7 +63,7 @@ GROUPS = [
     ]),
     ("Length, height, depth; geopotential metres count as metres", [
         unit("m meter meters metre metres gpm gp_m"),
-        unit("dam gpdam gpdm", 10),
+        unit("dam dm gpdam gpdm", 10),  # dm as on weather charts: decametres, not the SI's decimetres
         unit("km gpkm", 1000),
         unit("cm", "0.01"),
         unit("mm", "0.001"),
@@ -166,7 +166,7 @@ BRIDGES = [
      [unit("mm"), unit("cm", 10), unit("m", 1000), unit("in inch inches", 1000 * INCH), unit("ft", 1000 * FOOT)]),
     ("Ozone column: 1 Dobson unit is 2.1415e-5 kg/m^2", [unit(PER_AREA)], [unit("DU dobson", "2.1415e-5")]),
     ("Geopotential to height", [unit("m**2/s**2 m^2/s^2 m2/s2 m2_s-2 m**2_s**-2 J/kg")],
-     [unit("gpm m meters", G), unit("gpdam dam gpdm", 10 * G), unit("km", 1000 * G), unit("ft feet", FOOT * G)]),
+     [unit("gpm m meters", G), unit("gpdam dam dm gpdm", 10 * G), unit("km", 1000 * G), unit("ft feet", FOOT * G)]),
 ]
 
 HEADER = """# Unit conversions, made by tools/make_units.py. A site may add lines of its own, in front or behind.
@@ -174,8 +174,7 @@ HEADER = """# Unit conversions, made by tools/make_units.py. A site may add line
 # from  to  *factor[+offset]     no blanks inside a word; "_" stands for a blank in a unit's name
 #
 # Names fit in any case. The first line that fits counts, in the direction written. A factor in front of a unit, as in
-# "1e-5 /s", needs no line of its own. Names that no line holds convert by the factor 1: two spellings of one unit
-# need no line either.
+# "1e-5 /s", needs no line of its own. A grid keeps its units where no line holds the pair.
 """
 
 
@@ -193,14 +192,13 @@ def line(name_from, name_to, member_from, member_to):
 
 
 def pairs(members_from, members_to):
-    """All lines from the one set of members to the other, but between equal units."""
+    """All lines from the one set of members to the other, two spellings of one unit included."""
     for a in members_from:
         for b in members_to:
-            if a is b or a[1:] == b[1:]:
-                continue
             for name_from in a[0]:
                 for name_to in b[0]:
-                    yield line(name_from, name_to, a, b)
+                    if name_from.lower() != name_to.lower():
+                        yield line(name_from, name_to, a, b)
 
 
 def main():

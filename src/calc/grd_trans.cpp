@@ -7,6 +7,7 @@
 #include "files/unittool.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "grid/grd_tool.h"
@@ -225,7 +226,16 @@ int GRD_units(GRD_report* grid, const std::string& units) {
     if (!has_values(grid)) return -1;
     MESS_print(MESS_DEBUG, "GRD_units: %s -> %s\n", grid->units.c_str(), units.c_str());
     const UnitConversion conversion = UNIT_find(grid->units, units);
-    change_values(grid, [&conversion](float value) { return conversion(value); });
+    // Values without units may be given a name for them.
+    using Kind = UnitConversion::Kind;
+    const bool unknown = conversion.kind == Kind::unknown || conversion.kind == Kind::none;
+    if (unknown && !grid->units.empty()) {
+        MESS_print(MESS_WARN, "GRD_units: No conversion from %s to %s: %s\n", grid->units.c_str(), units.c_str(),
+                   grid->info.c_str());
+        ZAV_note(STATUS_WORD);
+        return -1;
+    }
+    if (conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
     if (units.empty()) return 0;
     grid->units = fit_text(units, GRD_UNITS_SIZE);
     UNIT_change(grid->info, grid->units);

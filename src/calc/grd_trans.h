@@ -41,7 +41,8 @@ int GRD_scale(GRD_report* grid, float fact);
 /// Adds to all values that are not missing. -1 without values, else 0.
 int GRD_offset(GRD_report* grid, float val);
 
-/// Converts the values to `units` and relabels the grid. -1 without values, else 0.
+/// Converts the values to `units` and relabels the grid. -1 without values and, with a warning, for units that the
+/// grid's own can't be converted to; else 0.
 int GRD_units(GRD_report* grid, const std::string& units);
 
 /// Prepares `grid` to take `nx` by `ny` tiles that share their border rows and columns. The tile is `piece`, and

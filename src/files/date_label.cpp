@@ -163,7 +163,7 @@ int DATE_make_label(const Date* date, std::string& str) {
     }
     for (Date* part : {&copy, &universal}) {
         if (outside(part->month, 1, 12)) part->month = 1;
-        if (outside(part->day, 1, 31)) part->day = 1;
+        if (outside(part->day, 0, 31)) part->day = 1;
         if (outside(part->hour, 0, 23)) part->hour = 0;
         if (part->min != MISS && outside(part->min, 0, 59)) part->min = 0;
     }

@@ -110,12 +110,13 @@ std::string with_fill(const std::string& text, char from, char to) {
     return filled;
 }
 
-/// Scale and offset by the lookup file; a pair that it doesn't hold leaves them.
+/// Scale and offset by the lookup file, if it holds the pair.
 void look_up(const std::string& from, const std::string& to, UnitConversion& conversion) {
     for (const UnitLine& line : state.table) {
         if (stricmp(line.from, from) != 0 || stricmp(line.to, to) != 0) continue;
         conversion.scale = line.scale;
         conversion.offset = line.offset;
+        conversion.kind = UnitConversion::Kind::lookup;
         return;
     }
 }
@@ -130,6 +131,7 @@ float UnitConversion::operator()(float value) const {
         case Kind::scale:
             return ifac * value / ofac;
         case Kind::lookup:
+        case Kind::unknown:
             return (offset + scale * ifac * value) / ofac;
         default:
             return 0.0F;
@@ -154,7 +156,7 @@ UnitConversion UNIT_find(const std::string& iunit, const std::string& ounit) {
         conversion.kind = UnitConversion::Kind::none;
         return conversion;
     }
-    conversion.kind = UnitConversion::Kind::lookup;
+    conversion.kind = UnitConversion::Kind::unknown;
     look_up(with_fill(from.name, ' ', '_'), with_fill(to.name, ' ', '_'), conversion);
     return conversion;
 }

@@ -6,7 +6,8 @@ namespace zav {
 
 /// A conversion between two unit texts, looked up once for many values.
 struct UnitConversion {
-    enum class Kind { keep, scale, lookup, none };
+    /// `unknown`: the lookup file doesn't hold the pair. `none`: there is no lookup file.
+    enum class Kind { keep, scale, lookup, unknown, none };
     Kind kind = Kind::keep;
     float ifac = 1.0F;    ///< factor in the text converted from
     float ofac = 1.0F;    ///< factor in the text converted to

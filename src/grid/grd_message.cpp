@@ -235,6 +235,7 @@ int read_record(std::FILE* file, GRD_report* grd, int rep_type) {
     Words words{file, {}};
     if (!first_word(words)) return -1;
     grd->grid.reset();
+    grd->units.clear();
     grd->source = words.digits(0, 2);
     grd->model = grd->source;
     const int sector = words.digits(2, 3);

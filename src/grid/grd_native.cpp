@@ -88,6 +88,7 @@ void preset_codes(GRD_report* grd, int digit) {
     grd->level = 0;
     grd->time = 0;
     grd->var = 0;
+    grd->units.clear();
     DOM_init(&grd->domain);
 }
 
@@ -206,6 +207,7 @@ bool read_values(std::FILE* file, int digit, GRD_report* grd) {
         }
         if (done) take_values(grd, std::move(values));
     } catch (const std::bad_alloc&) {
+        GRD_tell_no_memory(grd);
         return false;
     }
     scan_space(file);

@@ -7,6 +7,7 @@
 
 #include "files/unittool.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "frame/string.h"
 
 namespace zav {
@@ -56,8 +57,14 @@ int GRD_alloc(GRD_report* grid) {
     } catch (const std::bad_alloc&) {
         // Told below.
     }
-    MESS_print(MESS_WARN, "GRD_alloc: No memory for grid field\n");
+    GRD_tell_no_memory(grid);
     return 0;
+}
+
+void GRD_tell_no_memory(GRD_report* grid) {
+    grid->grid.reset();
+    ZAV_note(STATUS_LAYER);
+    MESS_print(MESS_WARN, "GRD_alloc: No memory for grid field\n");
 }
 
 int GRD_free(GRD_report* grid) {

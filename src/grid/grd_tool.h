@@ -14,6 +14,8 @@ int GRD_init(GRD_report* grid);
 /// Gives the record domain.nx * domain.ny values, all missing. 1, or 0 with a warning when there is no memory or no
 /// size.
 int GRD_alloc(GRD_report* grid);
+/// Gives the warning of GRD_alloc for other memory that a record needs; the record loses its values.
+void GRD_tell_no_memory(GRD_report* grid);
 /// Lets go of the values and makes source and domain unset; other fields stay. Result 0.
 int GRD_free(GRD_report* grid);
 /// Copies `grid1` to `grid2`; both then share one block of values. Result 0.

@@ -31,8 +31,17 @@ std::string region_path(const std::string& file) {
     return FILE_add_path(RES_get("file_path"), file.empty() ? REGION_FILE : file);
 }
 
-file_ptr open_regions(const std::string& file) {
+/// Where a region file is: beside the lookup files, or else in the current folder.
+std::string find_regions(const std::string& file) {
     const std::string path = region_path(file);
+    if (FILE_is_file(path) != 0 || file.empty() || file == REGION_FILE) return path;
+    if (FILE_is_file(file) != 0) return file;
+    MESS_print(MESS_WARN, "Region file not found: %s, nor %s in the current folder\n", path.c_str(), file.c_str());
+    return path;
+}
+
+file_ptr open_regions(const std::string& file) {
+    const std::string path = find_regions(file);
     // Opened as a plain file: its name may come out of the domain text of a data file, and must not start a command.
     file_ptr stream(FILE_is_file(path) != 0 ? std::fopen(FILE_add_user_path(path).c_str(), "r") : nullptr);
     if (stream == nullptr) MESS_print(MESS_DEBUG, "Unable to open region file: %s\n", path.c_str());

@@ -53,13 +53,6 @@ void show_help() {
     ZAV_exit(0);
 }
 
-/// The plot's domain as far as the options give it; the second replaces the first.
-void settle_domain(Domain* domain) {
-    DOM_init(domain);
-    RES_getval("region", domain, CV_domain);
-    RES_getval("plot_domain", domain, CV_domain);
-}
-
 /// Data on standard input are read before any question could take them for an answer.
 void keep_input() {
     std::vector<std::string> words;
@@ -151,14 +144,25 @@ bool find_time(const std::string& time, const Date* date) {
     return false;
 }
 
-/// Draws a page, or on a display a frame, for each time that has data. False if none has.
-bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domain* domain) {
+/// Map, attributes and the place of the map's lines as the layers find them.
+void begin_plot(const Domain* domain) {
+    MAP_setup(domain);
+    DATA_plot_init();
+    MAP_fill_cont(0);
+}
+
+/// Draws a page, or on a display a frame, for each time that has data. False if none has. Data that lie outside of the
+/// map are told of, but not again at a redraw, whose map the user chose.
+bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domain* domain, bool redraw) {
     int pages = 0;
     for (int i = 0; i < static_cast<int>(times.size()); i++) {
         if (!find_time(times[i], &data.date)) continue;
+        if (!redraw) GRD_tell_outside(domain);
         gselect_frame(gcreate_frame(i));
-        if (pages > 0) PLT_next_page(DOM_aspect(domain));
-        if (pages > 0) MAP_setup(domain);
+        if (pages > 0) {
+            PLT_next_page(DOM_aspect(domain));
+            begin_plot(domain);
+        }
         data.plot = pages++;
         draw_layers(data, domain);
         gkeep_output();
@@ -169,8 +173,9 @@ bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domai
     return pages > 0;
 }
 
-bool draw_single(DATA_info& data, Domain* domain) {
+bool draw_single(DATA_info& data, Domain* domain, bool redraw) {
     if (GRD_search_file_date(&data.date) != 1) PLT_exit(STATUS_NO_GRID);
+    if (!redraw) GRD_tell_outside(domain);
     if (!draw_layers(data, domain)) return false;
     PLT_dump(0);
     return true;
@@ -203,21 +208,18 @@ int GRD_plot(Domain* domain) {
     } else {
         open_plot(domain);
     }
-    MAP_setup(domain);
+    begin_plot(domain);
     Date file_date;
     GRD_get_date(&file_date);
-    DATA_plot_init();
     DATA_info data;
     fill_data(data, file_date, domain);
-    MAP_fill_cont(0);
-
-    const bool drawn = sequence ? draw_sequence(times, data, domain) : draw_single(data, domain);
+    const bool drawn = sequence ? draw_sequence(times, data, domain, redraw) : draw_single(data, domain, redraw);
     if (redraw) return 0;
     if (drawn) {
         PLT_close();
     } else {
         PLT_break_off();
-        ZAV_note(STATUS_NO_GRID);
+        ZAV_note(STATUS_LAYER);
     }
     free_grids();
     ZAV_set_unfinished(false);
@@ -233,21 +235,21 @@ int GRD_main(int argc, const char* const* argv) {
     if (FLAG_help() != 0) show_help();
     GRD_in_file();
     VAR_set_def_type(DEFAULT_TYPE);
-    Domain domain;
     keep_input();
-    settle_domain(&domain);
+    if (!GRD_read_domain()) ZAV_exit(STATUS_REGION);
     MESS_print_prog("MODEL GRIDDED DATA CONTOURING");
 
     choose_file();
     GRD_set_date(nullptr);
-    if (domain.proj == MISS) GRD_get_file_date_domain(nullptr, &domain);
+    Domain domain;
+    GRD_choose_domain(&domain);
 
     while (GRD_prompt_time() != 0) {
         UPA_set_prompt_level(1);
         while (UPA_prompt_level() != 0) {
             GRD_set_prompt_variable(1);
             while (GRD_prompt_variable() != 0) {
-                GRD_plot(&domain);
+                if (GRD_choose_domain(&domain)) GRD_plot(&domain);
                 if (one_plot_only()) ZAV_exit(0);
             }
         }

@@ -39,6 +39,14 @@ int GRD_prompt_id(std::string& id, float* lat, float* lon);
 /// Plots the current variable for all chosen times on `domain`. Also the redraw after a zoom or a resize. Result 0.
 int GRD_plot(Domain* domain);
 
+/// Reads what the options say of the map, anew when they have changed. False, with a warning that names the text, if it
+/// can't be read and no other option gives a whole domain.
+bool GRD_read_domain();
+/// The map of the plot: that of the options, or the one of the file. False as GRD_read_domain.
+bool GRD_choose_domain(Domain* domain);
+/// Tells of each grid that lies wholly outside of the map where it lies.
+void GRD_tell_outside(const Domain* map);
+
 /// Reads the resource "plot_param"; its words are decoded by the plot layers. Result 0.
 int GRD_plot_param();
 

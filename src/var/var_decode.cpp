@@ -141,8 +141,12 @@ bool is_plain_value(const std::string& text) {
     return is_number(text, true) && text.find_first_of(".-") != std::string::npos;
 }
 
-/// Variable number of a text that is one, 0 for another.
-int variable_number(const std::string& text) { return is_number(text, false) ? text_to_int(text) : 0; }
+/// Variable number of a text that is one, alone or as labels show it, "v1198"; 0 for another.
+int variable_number(const std::string& text) {
+    const bool marked = text.size() > 1 && std::tolower(static_cast<unsigned char>(text[0])) == 'v';
+    const std::string digits = marked ? text.substr(1) : text;
+    return is_number(digits, false) && digits[0] != '-' ? text_to_int(digits) : 0;
+}
 
 void add_ensemble(const ensemble& ens, VAR_data& data) {
     const std::int64_t coded = static_cast<std::int64_t>(data.var[0]) * ens.factor + ens.add;

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <set>
 #include <vector>
 
 #include "files/time_code.h"
@@ -167,12 +168,14 @@ std::string level_label(int ltype, int level) {
     if (ltype == 101) return pressure_layer(level);
     if (ltype == 104) return height_layer(level);
     for (const level_number& row : LEVEL_NUMBERS) {
+        if (row.ltype == ltype && level == MISS) return "";
         if (row.ltype == ltype) return number_text(row.form, level) + row.behind;
     }
     for (const level_text& row : LEVEL_TEXTS) {
         if (row.ltype == ltype) return row.text;
     }
-    if (ltype > 0) MESS_print(192, "VAR_make_datatype: no ltype: %d\n", ltype);
+    static std::set<int> told;
+    if (ltype > 0 && told.insert(ltype).second) MESS_print(192, "VAR_make_datatype: no ltype: %d\n", ltype);
     return "";
 }
 
@@ -198,6 +201,15 @@ std::string label_start(int time, int ltype, int level) {
     return text;
 }
 
+/// Label of an entry. A variable that nobody knows has the name that was typed.
+std::string label_of(const VAR_data& data) {
+    if (data.var[0] != 0 || data.name.empty()) {
+        return VAR_make_datatype(data.time, data.ltype, data.level, data.var[0], data.units);
+    }
+    const std::string units = data.units.empty() ? "" : " (" + data.units + ")";
+    return label_start(data.time, data.ltype, data.level) + data.name + units;
+}
+
 }  // namespace
 
 int VAR_label_type() { return VAR_hooks().get_label_type != nullptr ? VAR_hooks().get_label_type() : label_type; }
@@ -212,7 +224,7 @@ std::string VAR_make_var_form_datatype(int ind) { return VAR_make_vardata_form_d
 
 std::string VAR_make_vardata_form_datatype(const VAR_data* var) {
     if (var == nullptr) return "";
-    std::string text = VAR_make_datatype(var->time, var->ltype, var->level, var->var[0], var->units);
+    std::string text = label_of(*var);
     if (!var->format.empty() && VAR_label_type() >= LABEL_COMPLETE) text += " - " + var->format;
     return text;
 }
@@ -236,7 +248,7 @@ void VAR_param_decode() {
 
 void VAR_print_info(M_type lev, const VAR_data* data) {
     if (data == nullptr) return;
-    const std::string text = VAR_make_datatype(data->time, data->ltype, data->level, data->var[0], data->units);
+    const std::string text = label_of(*data);
     MESS_print(lev, "%s\n", text.c_str());
 }
 

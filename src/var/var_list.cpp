@@ -53,6 +53,14 @@ void VAR_set_flag(int i, int val) {
 std::string VAR_get_level_key(int i) { return std::to_string(in_list(i) ? state.var[i].level : MISS); }
 std::string VAR_get_time_key(int i) { return std::to_string(VAR_get_time(i)); }
 
+std::vector<int> VAR_unknown() {
+    std::vector<int> unknown;
+    for (int i = 0; i < state.varnum; i++) {
+        if (VAR_is_fit_GRID(i) != 0 && state.var[i].var[0] == 0) unknown.push_back(i);
+    }
+    return unknown;
+}
+
 void VAR_print(M_type lev, const VAR_data* data) {
     if (data == nullptr) return;
     MESS_print(lev, "V: %-10s U: %-10s FH: %7ld LT: %6d L: %7ld VN: %6d T: %5s F: %2d FM: %s\n", data->name.c_str(),

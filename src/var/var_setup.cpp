@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include "frame/flag.h"
@@ -47,6 +48,11 @@ struct walk {
 
 void refuse() { VAR_module().refused = true; }
 
+void refuse_level(const std::string& level) {
+    VAR_module().bad_level = level;
+    refuse();
+}
+
 /// Where the next entry goes. Null, with the string refused, if the list is full.
 VAR_data* next_entry() {
     var_state& state = VAR_module();
@@ -56,7 +62,8 @@ VAR_data* next_entry() {
 
 int place_flag() {
     const var_state& state = VAR_module();
-    return state.plevel * 10 + state.vlevel;
+    // A variable in a vector in a group is a component like any other.
+    return state.plevel * 10 + std::min<int>(state.vlevel, VKIND_SUBREG);
 }
 
 bool escaped(const std::string& text, std::size_t pos) { return pos > 0 && text[pos - 1] == '\\'; }
@@ -103,6 +110,19 @@ void process_inside(const std::string& inside, const bracket& kind) {
     depth--;
 }
 
+/// Gives a vector's settings to its components, if it is drawn as contours of them.
+void hand_down(int ind) {
+    var_state& state = VAR_module();
+    const VAR_data& vector = state.var[ind];
+    if (vector.flag % 10 != VKIND_VECT || vector.type < VTYPE_CONT || vector.type > VTYPE_GVALUE) return;
+    for (int i = ind + 1; i < state.varnum && state.var[i].flag == vector.flag - VKIND_VECT + VKIND_SUBREG; i++) {
+        VAR_data& part = state.var[i];
+        part.type = vector.type;
+        if (part.units.empty()) part.units = vector.units;
+        if (part.format.empty()) part.format = vector.format;
+    }
+}
+
 /// A function, group or vector with the list in its brackets. False when the walk can't go on.
 bool take_bracket(walk& list, const bracket& kind) {
     var_state& state = VAR_module();
@@ -123,6 +143,7 @@ bool take_bracket(walk& list, const bracket& kind) {
         MESS_print(TRACE, "%s", kind.unmatched);
     } else {
         process_inside(list.text.substr(list.pos + 1, close - list.pos - 1), kind);
+        hand_down(ind);
         list.go_behind(close);
     }
     state.base_ind--;
@@ -140,15 +161,24 @@ void set_format(VAR_data& data, const std::vector<std::string>& fields, std::siz
     if (first < fields.size()) data.format = fit_text(join_fields(fields, first), FORMAT_SIZE);
 }
 
-/// The text of square brackets: units, type, format of an entry.
-void set_params(VAR_data& data, const std::string& params) {
-    const std::vector<std::string> fields = parse_string(params, ':');
-    std::size_t off = 0;
-    if (data.flag != VKIND_KEYWORD && off < fields.size()) data.units = fit_text(fields[off++], UNITS_SIZE);
-    if (off < fields.size() && VAR_dec_type(fields[off]) != -1) {
-        const int type = VAR_dec_type(fields[off++]);
-        const int chosen = FLAG_get(FLAG_PLOT_TYPE);
-        if (chosen == MISS || chosen == VTYPE_NONE) data.type = type;
+/// Type that a word in a variable string asks for, -1 for another word. Where grids are drawn, values are grid values.
+int wanted_type(const std::string& word) {
+    const int type = VAR_dec_type(word);
+    const int own = VAR_module().def_type;
+    return type == VTYPE_VALUE && own >= VTYPE_GRID && own <= VTYPE_STRM ? VTYPE_GVALUE : type;
+}
+
+/// Units, type and format of an entry, from the fields from `first` on. A word of a type may stand where the units may.
+/// A plot type chosen by option is stronger than the type in the string.
+void set_settings(VAR_data& data, const std::vector<std::string>& fields, std::size_t first) {
+    const int chosen = FLAG_get(FLAG_PLOT_TYPE);
+    std::size_t off = first;
+    if (data.flag != VKIND_KEYWORD && off < fields.size() && wanted_type(fields[off]) == -1) {
+        data.units = fit_text(fields[off++], UNITS_SIZE);
+    }
+    if (off < fields.size() && wanted_type(fields[off]) != -1) {
+        const int type = wanted_type(fields[off++]);
+        if (data.flag == VKIND_KEYWORD || chosen == MISS || chosen == VTYPE_NONE) data.type = type;
     }
     set_format(data, fields, off);
 }
@@ -178,7 +208,10 @@ bool take_params(walk& list) {
     }
     std::string params = list.text.substr(list.pos + 1, close - list.pos - 1);
     strip_escape(params);
-    if (state.plevel == 0 && list.ind >= 0 && list.ind < state.varnum) set_params(state.var[list.ind], params);
+    if (state.plevel == 0 && list.ind >= 0 && list.ind < state.varnum) {
+        set_settings(state.var[list.ind], parse_string(params, ':'), 0);
+        hand_down(list.ind);
+    }
     list.go_behind(close);
     return !state.refused;
 }
@@ -220,6 +253,7 @@ std::size_t set_place(VAR_data& data, const std::vector<std::string>& fields) {
         if (tstat != 0) {
             data.tstat = tstat;
             data.lstat = VAR_dec_level(fields[1], &data.ltype, &data.level);
+            if (data.lstat == 0) refuse_level(fields[1]);
             return 2;
         }
     }
@@ -303,10 +337,8 @@ int VAR_process_var(const std::string& str, int flag) {
         off = set_place(*data, fields);
         set_name(*data, fields[off++], flag);
         if (state.refused) return 0;
-        if (off < fields.size()) data->units = fit_text(fields[off++], UNITS_SIZE);
     }
-    if (off < fields.size() && VAR_dec_type(fields[off]) != -1) data->type = VAR_dec_type(fields[off++]);
-    set_format(*data, fields, off);
+    set_settings(*data, fields, off);
     return 0;
 }
 
@@ -336,11 +368,16 @@ int VAR_setup(const char* filename, const std::string& var_str) {
     state.varnum = state.plevel = state.vlevel = state.items = 0;
     state.level = -1;
     state.refused = false;
+    state.bad_level.clear();
     start_base();
     VAR_process(text);
     state.base_ind = -1;
     if (state.refused) {
-        MESS_print(64, "VAR_setup: variable string is too long or too deep\n");
+        if (state.bad_level.empty()) {
+            MESS_print(64, "VAR_setup: variable string is too long or too deep\n");
+        } else {
+            MESS_print(64, "Level can't be read: %s\n", state.bad_level.c_str());
+        }
         state.refused = false;
         VAR_init();
         VAR_reset();

@@ -31,10 +31,11 @@ struct var_state {
     int vlevel = 0;  ///< groups and vectors around the present item
     int level = -1;  ///< depth of recursion
     std::array<var_base, BASE_MAX> base;
-    int base_ind = -1;     ///< top of `base`, -1 outside of a compilation
-    int def_type = 2;      ///< plot type of entries that name none
-    int items = 0;         ///< items so far in this compilation
-    bool refused = false;  ///< the string needs more room than there is
+    int base_ind = -1;      ///< top of `base`, -1 outside of a compilation
+    int def_type = 2;       ///< plot type of entries that name none
+    int items = 0;          ///< items so far in this compilation
+    bool refused = false;   ///< the string needs more room than there is, or has a level that can't be read
+    std::string bad_level;  ///< that level
 };
 var_state& VAR_module();
 

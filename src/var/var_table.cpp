@@ -81,7 +81,13 @@ void need_table() {
 }
 
 /// Number of a variable without its ensemble code.
-int plain_number(int variable) { return variable % 1000; }
+int plain_number(int variable) {
+    constexpr int PROBABILITIES = 1910000000;
+    constexpr int PROBABILITY_STEP = 10000;
+    constexpr int MEMBERS = 19;  // millions in which members, means and deviations lie
+    if (variable >= PROBABILITIES) return (variable - PROBABILITIES) / PROBABILITY_STEP;
+    return variable / 1000000 == MEMBERS ? variable % 1000 : variable;
+}
 
 }  // namespace
 

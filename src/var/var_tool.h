@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "frame/mess.h"
 #include "frame/zav.h"
@@ -166,6 +167,8 @@ int VAR_is_get_GRID(int ind);
 /// Compiles a variable string into the variable list. `filename` is the variable menu file, absent or empty for the one
 /// that is open. 1 when the list has an entry, else 0. A string that needs more room than the list has is refused.
 int VAR_setup(const char* filename, const std::string& var_str);
+/// Indices of the plain variables that are drawn or feed a function and whose names nobody knows.
+std::vector<int> VAR_unknown();
 /// Compiles a list of items. Result 0.
 int VAR_process(const std::string& str);
 /// Compiles one item; `flag` 1 allows a macro. Result 0.

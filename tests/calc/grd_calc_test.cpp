@@ -58,7 +58,9 @@ TEST(CalcFrame, ArgumentsAreGridsOrNumbers) {
     EXPECT_EQ(GRD_get_math_val(1, ptr.data(), values.data()), 5.0F);
     EXPECT_EQ(GRD_get_math_val(2, ptr.data(), values.data()), 273.15F);
     EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 3, grids.data(), values.data(), "add", "", ""), 0);
-    argument.source = 0;
+    argument.source = 0;  // a field of no known centre
+    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 1, grids.data(), values.data(), "add", "", ""), 1);
+    argument.grid.reset();
     EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 1, grids.data(), values.data(), "add", "", ""), 0);
 }
 

@@ -170,6 +170,9 @@ TEST(GrdTrans, WholeGridArithmetic) {
     EXPECT_EQ(grid.grid[1], FMISS);
     EXPECT_EQ(grid.units, "/s");
     EXPECT_EQ(grid.info, "Vorticity (/s)");
+    EXPECT_EQ(GRD_units(&grid, "mb"), -1) << "no conversion: values and units stay";
+    EXPECT_NEAR(grid.grid[0], 6e-5, 1e-9);
+    EXPECT_EQ(grid.info, "Vorticity (/s)");
     GRD_report empty;
     EXPECT_EQ(GRD_scale(&empty, 2), -1);
     EXPECT_EQ(GRD_units(&empty, "K"), -1);

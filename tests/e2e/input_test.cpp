@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "e2e/program.h"
+#include "frame/status.h"
 #include "support/support.h"
 
 namespace zav::test {
@@ -48,11 +49,13 @@ TEST(Program, ExitStatusesTellScriptsWhatHappened) {
 
 TEST(Program, StreamsDrawThePageOfTheFile) {
     const TempDir dir;
-    const std::string chart = "-me warn -ft h24 -le 500 -va hght,temp:C -pl ln -in 60 ";
-    const std::string native = "-me warn -ft h24 -le 500 -va temp:C -pl ln -in 5 ";
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght,temp:C -pl ln -in 60 -la lr:run_%D ";
+    const std::string native = "-me warn -ft h24 -le 500 -va temp:C -pl ln -in 5 -la lr:run_%D ";
     const std::string data = read_file(SAMPLE);
-    ASSERT_EQ(run_program(dir.path(), chart + "-de p,file.ps " + SAMPLE).status, 0);
-    ASSERT_EQ(run_program(dir.path(), native + "-of zav,native.grd -de p,text.ps " + SAMPLE).status, 0);
+    dir.write("plain.grb", data);  // a name that tells no date
+    ASSERT_EQ(run_program(dir.path(), chart + "-de p,file.ps plain.grb").status, 0);
+    ASSERT_EQ(run_program(dir.path(), native + "-of zav,native.grd -de p,x.ps plain.grb").status, 0);
+    ASSERT_EQ(run_program(dir.path(), native + "-de p,text.ps native.grd").status, 0);
     dir.write("damaged.sh", "cat '" + SAMPLE + "'; exit 3\n");
     run_command("cd '" + dir.path().string() + "' && mkfifo fifo && (cat '" + SAMPLE + "' >fifo) >/dev/null 2>&1 &");
     struct Case {
@@ -75,6 +78,8 @@ TEST(Program, StreamsDrawThePageOfTheFile) {
         EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file(c.page))) << c.options;
         std::filesystem::remove(dir.file("x.ps"));
     }
+    EXPECT_NE(read_file(dir.file("file.ps")).find(" run 1200Z 15 JAN 26\n"), std::string::npos);
+    EXPECT_EQ(read_file(dir.file("text.ps")).find(" run 80"), std::string::npos) << "no date is told for none";
     // What was read as data answers no question.
     const Outcome asked = run_program(dir.path(), "-le 500 -va hght -de p,x.ps -re us -", data + "\nh24\n");
     EXPECT_LT(asked.status, 1000);
@@ -149,7 +154,7 @@ TEST(Program, OptionsOfAnyKindAreHarmless) {
     for (const std::string& option : hostile) {
         const TempDir dir;
         const Outcome run = run_program(dir.path(), "-me warn " + CHART + option + " " + SAMPLE);
-        EXPECT_LT(run.status, 100) << option << "\n" << run.err;
+        EXPECT_LE(run.status, STATUS_OUTPUT) << option << "\n" << run.err;
     }
     const TempDir dir;
     std::string many;
@@ -165,12 +170,12 @@ TEST(Program, LookupFilesMayBeMissingOrSpoilt) {
     for (int i = 0; i < 4000; i++) binary += static_cast<char>(i * 37);
     const std::string spoilt[] = {std::string(100000, 'x'), binary, "1 2 3\n\n# \n:::\n-\n", ""};
     const TempDir absent;
-    EXPECT_LT(run_program(absent.path(), "-me warn -fp . -va 7 " + CHART + SAMPLE).status, 100);
+    EXPECT_LT(run_program(absent.path(), "-me warn -fp . -va 7 " + CHART + SAMPLE).status, STATUS_OUTPUT);
     for (const std::string& content : spoilt) {
         const TempDir dir;
         for (const char* name : names) dir.write(name, content);
         const Outcome run = run_program(dir.path(), "-me warn -fp . -mo gfs -va hght " + CHART + SAMPLE);
-        EXPECT_LT(run.status, 100) << content.substr(0, 30) << run.err;
+        EXPECT_LE(run.status, STATUS_OUTPUT) << content.substr(0, 30) << run.err;
     }
 }
 

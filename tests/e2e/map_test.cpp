@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <algorithm>
 #include <cmath>
 
@@ -20,7 +22,7 @@ const std::string MAP_ALONE =
 /// Lines of the map background on a page: all but the border.
 std::size_t map_lines(const TempDir& dir, const std::string& options) {
     const Outcome outcome = run_program(dir.path(), MAP_ALONE + options + " " + SAMPLE);
-    EXPECT_EQ(outcome.status, 0) << options << outcome.err;
+    EXPECT_TRUE(outcome.status == 0 || outcome.err.starts_with("Data lie outside")) << options << outcome.err;
     EXPECT_TRUE(renders(dir.file("x.ps"))) << options;
     return read_page(dir.file("x.ps")).lines.size();
 }
@@ -79,7 +81,7 @@ TEST(Map, WrongFilesLeaveTheRestOfThePage) {
         if (item.size() > prefix && item[0] != ',') item = item.substr(0, prefix) + dir.file(item.substr(prefix));
         const Outcome outcome = run_program(
             dir.path(), "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=60 -mf '" + item + "' -de p,x.ps " + SAMPLE);
-        EXPECT_EQ(outcome.status, 0) << name << outcome.err;
+        EXPECT_EQ(outcome.status, outcome.err.empty() ? 0 : 20) << name << outcome.err;
         EXPECT_TRUE(renders(dir.file("x.ps"))) << name;
         EXPECT_GT(segments_of(read_page(dir.file("x.ps"))).size(), 300U) << name;
     }
@@ -93,8 +95,89 @@ TEST(Wind, BadPairsLeaveTheRestOfThePage) {
           "wind<uwnd,vwnd>[:strm:ss=0:cb=-3:mn=9e9],hght::ln:in=60"}) {
         const Outcome outcome = run_program(
             dir.path(), std::string("-me warn -ba -ft h24 -le 500 -de p,x.ps -va '") + variable + "' " + SAMPLE);
-        EXPECT_LT(outcome.status, 100) << variable << outcome.err;
+        EXPECT_LE(outcome.status, 25) << variable << outcome.err;
     }
+}
+
+struct DomainCase {
+    const char* name;
+    const char* options;
+    int status;
+    const char* told;  ///< the messages
+    const char* same;  ///< options of the same page, null for no page
+};
+
+void PrintTo(const DomainCase& c, std::ostream* out) { *out << c.name; }
+
+class DomainOptions : public ::testing::TestWithParam<DomainCase> {};
+
+TEST_P(DomainOptions, ChooseThePageOrTellWhatIsWrong) {
+    const DomainCase& c = GetParam();
+    const TempDir dir;
+    dir.write("my.dom", "ps:-97,39,-97,61,45,2.3\n");
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 ";
+    const Outcome run = run_program(dir.path(), chart + "-de p,x.ps " + c.options + " " + SAMPLE);
+    EXPECT_EQ(run.status, c.status);
+    EXPECT_EQ(run.err, c.told);
+    EXPECT_EQ(std::filesystem::exists(dir.file("x.ps")), c.same != nullptr);
+    if (c.same == nullptr) return;
+    run_program(dir.path(), chart + "-de p,y.ps " + c.same + " " + SAMPLE);
+    EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file("y.ps")));
+    EXPECT_EQ(read_page(dir.file("x.ps")).pages, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Map, DomainOptions,
+    ::testing::Values(
+        DomainCase{"mistyped_region", "-re usx", 24, "Unknown region or faulty domain in \"region\": usx\n", nullptr},
+        DomainCase{"faulty_domain", "-pd ps,1", 24,
+                   "DOM_decode: Invalid plot domain\nUnknown region or faulty domain in \"plot_domain\": ps,1\n",
+                   nullptr},
+        DomainCase{"faulty_domain_over_region", "-re us -pd nowhere", 24,
+                   "Unknown region or faulty domain in \"plot_domain\": nowhere\n", "-re us"},
+        DomainCase{"domain_over_faulty_region", "-re nowhere -pd us", 24,
+                   "Unknown region or faulty domain in \"region\": nowhere\n", "-pd us"},
+        DomainCase{"size_over_region", "-re us -pd size,61,45", 0, "", "-pd ps:-97,39,-97,61,45,2.3"},
+        DomainCase{"size_over_the_files_domain", "-pd size,51,31", 0, "", "-pd ll,42.5,-95,51,31,1.25,1.25"},
+        DomainCase{"domain_over_region", "-re eu -pd us", 0, "", "-re us"},
+        DomainCase{"no_domain_over_region", "-re us -pd miss", 0, "", "-re us"},
+        DomainCase{"file_in_the_folder", "-pd fi:my.dom", 0, "", "-pd ps:-97,39,-97,61,45,2.3"},
+        DomainCase{"outside", "-pd au", 20,
+                   "Data lie outside of the map: 500 mb Height (m) is at 15N to 70N, 150W to 40W\n", "-pd au"},
+        DomainCase{"outside_behind_the_pole", "-pd ps:90:100,50,100,41,31,1", 20,
+                   "Data lie outside of the map: 500 mb Height (m) is at 15N to 70N, 150W to 40W\n",
+                   "-pd ps:90:100,50,100,41,31,1"},
+        DomainCase{"map_smaller_than_a_cell", "-pd ll,41.1,-96.1,5,5,0.1,0.1", 0, "", "-pd ll,41.1,-96.1,5,5,0.1,0.1"},
+        DomainCase{"map_much_larger_than_the_data", "-pd world", 0, "", "-pd world"}),
+    [](const auto& given) { return std::string(given.param.name); });
+
+TEST(Map, RegionFilesThatAreMissingAreTold) {
+    const TempDir dir;
+    for (const std::string text : {"fi:absent.dom", "absent.dom:alps"}) {
+        const Outcome run =
+            run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -de p,x.ps -pd " + text + " " + SAMPLE);
+        EXPECT_EQ(run.status, 24);
+        EXPECT_NE(run.err.find("Region file not found: "), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find("/absent.dom, nor absent.dom in the current folder\n"), std::string::npos) << run.err;
+        EXPECT_FALSE(std::filesystem::exists(dir.file("x.ps")));
+    }
+}
+
+TEST(Map, ARegionSetAtAPromptHoldsForTheNextPlot) {
+    const TempDir dir;
+    const std::string first = "h24\n500\nhght\nset region=";
+    const auto run = [&](const std::string& region, const std::string& page) {
+        return run_program(dir.path(), "-pl ln -de p," + page + " " + SAMPLE,
+                           first + region + "\n60\nhght\n60\n0\n0\n0\n");
+    };
+    const Outcome known = run("us", "x.ps");
+    EXPECT_EQ(known.status, 0) << known.err;
+    run_program(dir.path(), "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -re us -de p,us.ps " + SAMPLE);
+    EXPECT_TRUE(page_without_date(dir.file("x.ps")) == page_without_date(dir.file("us.ps")));
+    const Outcome unknown = run("usx", "y.ps");
+    EXPECT_EQ(unknown.status, 24);
+    EXPECT_NE(unknown.err.find("Unknown region or faulty domain in \"region\": usx\n"), std::string::npos);
+    EXPECT_EQ(read_page(dir.file("y.ps")).pages, 1) << "the page before it stays";
 }
 
 }  // namespace

@@ -159,16 +159,40 @@ TEST(Page, InsetsLeaveTheChartWhole) {
     }
 }
 
-TEST(Page, PanelsOutsideThePageLeaveTheOthers) {
+/// What is drawn on one page, the only one or one of several, between the clips at its ends.
+std::string body_of_page(const std::string& file, int number) {
+    const std::string text = read_file(file);
+    const std::size_t page = number == 0 ? 0 : text.find("%%Page: " + std::to_string(number) + " ");
+    const std::size_t start = text.find("%%PL:", page);
+    return text.substr(start, text.rfind("stroke\n", text.find("%%End of plot\n", start)) - start);
+}
+
+TEST(Sequence, EachTimeHasThePageThatItHasAlone) {
     const TempDir dir;
-    // A panel outside the page draws nothing there, and the others are drawn.
-    EXPECT_EQ(run_program(dir.path(),
-                          "-me warn -ft h24 -le 500 -de p,y.ps -va panel:0.5x0.5+7+7,hght:gpm:ln:in=60,"
-                          "panel:0.5x0.5+0+0,temp:C:ln:in=4 " +
-                              SAMPLE)
-                  .status,
-              0);
-    EXPECT_TRUE(renders(dir.file("y.ps")));
+    const std::string chart = "-me warn -le 500 -cb 0 -va hght:gpm:ln:in=60,temp:C:cf:in=4 ";
+    EXPECT_EQ(run_program(dir.path(), chart + "-ft h00,h12,h24 -de p,all.ps,color " + SAMPLE).status, 0);
+    EXPECT_EQ(read_page(dir.file("all.ps")).pages, 3);
+    EXPECT_TRUE(renders(dir.file("all.ps")));
+    int number = 0;
+    for (const char* time : {"h00", "h12", "h24"}) {
+        EXPECT_EQ(run_program(dir.path(), chart + "-ft " + time + " -de p,one.ps,color " + SAMPLE).status, 0);
+        EXPECT_TRUE(body_of_page(dir.file("all.ps"), ++number) == body_of_page(dir.file("one.ps"), 0)) << time;
+    }
+}
+
+TEST(Sequence, ALayerMissingAtFirstIsSettledOnce) {
+    if (!have_program("grib_copy")) GTEST_SKIP() << "no grib_copy here";
+    const TempDir dir;
+    const std::string file = dir.file("late.grb2");
+    run_command("grib_copy -w level=500,shortName=gh " + SAMPLE + " " + dir.file("gh.grb2") +
+                " && grib_copy -w level=500,shortName=t,step!=0 " + SAMPLE + " " + dir.file("t.grb2") + " && cat " +
+                dir.file("gh.grb2") + " " + dir.file("t.grb2") + " >" + file);
+    const std::string chart = "-me warn -le 500 -va hght:gpm:ln:in=60,temp:C -de p,";
+    const Outcome all = run_program(dir.path(), chart + "all.ps -ft h00,h12,h24 " + file, "3\nL\n");
+    EXPECT_EQ(read_page(dir.file("all.ps")).pages, 3) << all.err;
+    const Outcome one = run_program(dir.path(), chart + "one.ps -ft h24 " + file, "3\nL\n");
+    EXPECT_EQ(one.status, 0) << one.err;
+    EXPECT_TRUE(body_of_page(dir.file("all.ps"), 3) == body_of_page(dir.file("one.ps"), 0));
 }
 
 }  // namespace

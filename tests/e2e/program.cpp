@@ -9,14 +9,15 @@
 
 namespace zav::test {
 
-Outcome run_program(const std::string& folder, const std::string& options, const std::string& input) {
+Outcome run_program(const std::string& folder, const std::string& options, const std::string& input,
+                    const std::string& before) {
     const TempDir scratch;
     const std::string in = scratch.write("in", input);
     const std::string out = scratch.file("out");
     const std::string err = scratch.file("err");
-    const std::string command = "cd '" + folder + "' && env zavdefault=none zavfile='" + source_dir() +
-                                "/share/zav' timeout 60 '" + program_path() + "' " + options + " <'" + in + "' >'" +
-                                out + "' 2>'" + err + "'";
+    const std::string command = "cd '" + folder + "' && " + before + " && env zavdefault=none zavfile='" +
+                                source_dir() + "/share/zav' timeout 60 '" + program_path() + "' " + options + " <'" +
+                                in + "' >'" + out + "' 2>'" + err + "'";
     Outcome run;
     const int status = std::system(command.c_str());
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);

@@ -14,7 +14,9 @@ struct Outcome {
 
 /// Runs the program in `folder` with options written as in a shell and `input` on standard input. Resources come from
 /// the options alone; the lookup files are those of the source tree. A run that takes longer than a minute is ended.
-Outcome run_program(const std::string& folder, const std::string& options, const std::string& input = "");
+/// `before` is a shell command that sets the stage, such as a limit.
+Outcome run_program(const std::string& folder, const std::string& options, const std::string& input = "",
+                    const std::string& before = "true");
 
 /// A point on the page, in PostScript points before the page's own turn and shift.
 struct PagePoint {

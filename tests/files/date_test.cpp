@@ -77,6 +77,8 @@ TEST(MonthName, IsReadInOneCaseOnly) {
 TEST(Label, FollowsWhatIsKnown) {
     EXPECT_EQ(label(make_date(1998, 3, 15, 12, 0)), "1200Z 15 MAR 98");
     EXPECT_EQ(label(make_date(1998, 3, 15, 12)), "12Z 15 MAR 98");
+    EXPECT_EQ(label(make_date(1998, 3, 0, 12)), "12Z  0 MAR 98");
+    EXPECT_EQ(label(make_date(1998, 3, 32, 12)), "12Z  1 MAR 98");
     EXPECT_EQ(label(make_date(2003, 3, 5)), " 5 MAR 03");
     EXPECT_EQ(label(make_date(1998, 3, MISS)), "MAR 98");
     EXPECT_EQ(label(make_date(1998, MISS, MISS)), "98");

@@ -27,9 +27,9 @@ TEST(SystemDeathTest, ClosedStandardStreamsAreNotTakenByFiles) {
         {
             for (const int descriptor : {0, 1, 2}) close(descriptor);
             ZAV_open_standard_streams();
-            _exit(fileno(std::fopen("/dev/null", "r")));
+            _exit(fileno(std::fopen("/dev/null", "r")) > 2 ? 0 : 1);
         },
-        ::testing::ExitedWithCode(3), "");
+        ::testing::ExitedWithCode(0), "");
 }
 
 TEST(SystemDeathTest, BackgroundProcessGoesOnDetached) {

@@ -235,6 +235,9 @@ TEST_F(Native, OlderFormsAreRead) {
     EXPECT_EQ(grid.units, "m");
     EXPECT_EQ(grid.info, "Height");
     EXPECT_EQ(grid.source, 1);
+    // A record without units doesn't have those of the record before.
+    ASSERT_EQ(read_text("1200Z 15 JAN 26\n2-Height\n7 2 96 0 100 500 24 7\nLL 40 100 1 1 2 1\n1\n2\n", &grid), 0);
+    EXPECT_EQ(grid.units, "");
 }
 
 TEST_F(Native, ReferenceLinesLeadToAnotherFile) {

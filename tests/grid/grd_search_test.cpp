@@ -281,15 +281,13 @@ std::string option_of(const std::string& line, const std::string& option) {
 }
 
 TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
-    const std::string folder = std::filesystem::path(test::data_file("inventory.tsv")).parent_path();
-    if (folder.empty()) GTEST_SKIP() << "ZAV_TEST_DATA isn't set";
     const test::EnvSetting lookups("zavfile", (test::source_dir() + "/share/zav").c_str());
     const char* const argv[] = {"test"};
     const res_type none[] = {RES_file_path, RES_null};
     RES_init(1, argv, none, none + 1);
     std::size_t count = 0;
     std::set<int> unnamed;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(test::data_folders().back())) {
         if (entry.path().extension() == ".md" || entry.path().extension() == ".tsv") continue;
         const int fd = open_read(entry.path());
         const std::vector<Record_codes> records = GRD_list_records(fd);
@@ -313,7 +311,7 @@ TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
         }
         GRD_close(fd);
     }
-    EXPECT_GT(count, 500U);
+    EXPECT_GE(count, 44U);
     EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
 }
 
@@ -417,8 +415,10 @@ TEST_F(SearchFile, TextMessagesAreSteppedThrough) {
     const int fd = open_read(dir.write("m.txt", text));
     ASSERT_GE(fd, 0);
     GRD_report grid;
+    grid.units = "of another record";
     int number = 0;
     ASSERT_EQ(GRD_read(fd, &grid, 1, &number), 0);
+    EXPECT_EQ(grid.units, "");
     EXPECT_EQ(grid.level, 500);
     EXPECT_EQ(grid.source, 7);
     EXPECT_EQ(grid.type, 71);

@@ -3,6 +3,8 @@
 /// Plots drawn into a metafile and read back as data: positions are those that the layers gave to the kernel.
 
 #include <cstdio>
+#include <cstdlib>
+#include <map>
 #include <sstream>
 #include <vector>
 
@@ -17,41 +19,42 @@
 
 namespace zav::test {
 
-struct Drawn_path {
+/// A line, an area or a text with the attributes in force, by their words: "PL_CLR", "FA_INT", "TE_ALGN" ...
+struct Drawn_mark {
     std::vector<Gpt> pts;
-    int color = -1;
-    bool filled = false;
-};
-
-struct Drawn_text {
-    Gpt at;
     std::string str;
+    bool filled = false;
+    std::map<std::string, std::string> attributes;
+
+    /// The kernel tells changes alone: `usual` stands for an attribute never set.
+    float number(const std::string& word, float usual = FMISS) const {
+        const auto found = attributes.find(word);
+        return found == attributes.end() ? usual : std::strtof(found->second.c_str(), nullptr);
+    }
 };
 
 struct Drawn {
-    std::vector<Drawn_path> paths;
-    std::vector<Drawn_text> texts;
+    std::vector<Drawn_mark> paths;
+    std::vector<Drawn_mark> texts;
 };
 
 inline Drawn read_metafile(const std::string& file) {
     Drawn drawn;
-    int color = -1;
+    Drawn_mark mark;
     std::istringstream words(read_file(file));
     for (std::string word; words >> word;) {
-        if (word == "PL_CLR") words >> color;
-        if (word == "PL" || word == "FA") {
-            std::size_t count = 0;
+        const bool text = word == "TE";
+        if (text || word == "PL" || word == "FA") {
+            std::size_t count = 1;
             char comma = 0;
-            words >> count;
-            Drawn_path path{std::vector<Gpt>(count), color, word == "FA"};
-            for (Gpt& pt : path.pts) words >> pt.x >> comma >> pt.y;
-            drawn.paths.push_back(path);
-        } else if (word == "TE") {
-            Drawn_text text;
-            char comma = 0;
-            words >> text.at.x >> comma >> text.at.y;
-            std::getline(words >> std::ws, text.str);
-            drawn.texts.push_back(text);
+            if (!text) words >> count;
+            mark.pts.resize(count);
+            for (Gpt& pt : mark.pts) words >> pt.x >> comma >> pt.y;
+            mark.filled = word == "FA";
+            if (text) std::getline(words >> std::ws, mark.str);
+            (text ? drawn.texts : drawn.paths).push_back(mark);
+        } else if (word.size() > 3 && word[2] == '_') {
+            std::getline(words >> std::ws, mark.attributes[word]);
         }
     }
     return drawn;

@@ -244,6 +244,8 @@ TEST_F(VarKeys, TableGivesNumbersAndNames) {
     EXPECT_EQ(VAR_search_var_num(""), 0);
     EXPECT_EQ(VAR_str(7, ""), "hght");
     EXPECT_EQ(VAR_abbr(19000061), "prcp");
+    EXPECT_EQ(VAR_abbr(1061), "v1061") << "a number of another table";
+    EXPECT_EQ(VAR_abbr(1910611005), "prcp") << "a probability";
 }
 
 TEST_F(VarKeys, ModelAndSourceNamesComeFromTheirFiles) {

@@ -114,7 +114,7 @@ TEST_F(VarSetup, TypeUnitsAndFormatFollowTheirRules) {
         {MISS, "temp[F:cf:%.1f:x]", 0, 15, "F", "%.1f:x"},
         {15, "temp[:ln]", 0, 15, "", ""},
         {99, "temp[:ln]", 0, 12, "", ""},
-        {15, "temp:C:ln", 0, 12, "C", ""},
+        {15, "temp:C:ln", 0, 15, "C", ""},
         {MISS, "add(temp[F],dewp)", 1, 10, "", ""},
         {MISS, "add(temp:F,dewp)", 1, 10, "F", ""},
         {MISS, "add(temp,dewp)[K:cf]", 0, 15, "K", ""},

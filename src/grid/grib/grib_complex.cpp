@@ -130,20 +130,20 @@ void unpack_group(const Group& group, const GribPacking& packing, BitReader& bit
 
 }  // namespace
 
-bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values) {
+bool grib_unpack_complex(const GribState& state, std::size_t count, std::vector<float>& values) {
     const GribPacking& packing = state.packing;
-    // A group without a point says nothing, so there are no more groups than points.
-    if (packing.num_group < 0 || packing.num_group > count) return false;
+    // A group without a point says nothing, so there are no more groups than values.
+    if (packing.num_group < 0 || static_cast<std::size_t>(packing.num_group) > count) return false;
     const GribScale scale(state);
     BitReader bits = state.bits;
     Differences differences = read_differences(bits, packing);
     Groups groups(bits, packing);
     if (!groups.good()) return false;
     values.clear();
-    values.reserve(std::min(static_cast<std::size_t>(count), state.packed.size() * 8));
+    values.reserve(std::min(count, state.packed.size() * 8));
     for (long g = 0; g < packing.num_group; ++g) {
         const Group group = groups.next();
-        const std::uint64_t room = static_cast<std::uint64_t>(count) - values.size();
+        const std::uint64_t room = count - values.size();
         const std::uint64_t length =
             std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(group.length, 0)), room);
         if (group.width > 32 || !bits.has(length * group.width)) return false;

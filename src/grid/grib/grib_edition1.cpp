@@ -6,6 +6,7 @@
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
+#include "grid/grib/grib_ecmwf.h"
 #include "grid/grib/grib_state.h"
 #include "grid/grib/grib_time.h"
 #include "grid/zavgrd.h"
@@ -103,11 +104,20 @@ void decode_level(const Octets& block, GRD_report* grd) {
     }
 }
 
+/// The parameter by its table. A local table has numbers of its own, so that no other table names its parameters.
 void decode_variable(const Octets& block, GRD_report* grd) {
-    if (block.u8(4) == 129) {
-        if (block.u8(9) == 212) grd->var = 491;
+    constexpr int US_TABLE = 129;
+    constexpr int REFLECTIVITY = 212;
+    const int table = block.u8(4);
+    const int param = block.u8(9);
+    const bool ecmwf = grd->source == GRIB_ECMWF && table == GRIB_ECMWF_TABLE;
+    grib_state().table = table;
+    if (table == US_TABLE && param == REFLECTIVITY && grd->source != GRIB_ECMWF) {
+        grd->var = 491;
+    } else if (grd->version == 1 && table >= GRIB_FIRST_LOCAL_TABLE && !ecmwf) {
+        grd->var = table * GRIB_TABLE + param;
     } else {
-        grd->var = block.u8(9) == 177 ? 571 : block.u8(9);
+        grd->var = param == 177 && !ecmwf ? 571 : param;
     }
 }
 

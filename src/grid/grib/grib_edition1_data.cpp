@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -17,6 +16,9 @@ namespace {
 constexpr std::size_t MAP_HEAD = 6;    ///< octets of the bit map block before the map
 constexpr std::size_t DATA_HEAD = 11;  ///< octets of the data block before the values
 constexpr unsigned MAX_BITS = 32;
+/// Flags of WMO code table 11 that stand for something else than simple packing of grid points: spherical harmonics
+/// (8), second-order packing (4), more flags in octet 14 (1). Values that were integers (2) are packed like others.
+constexpr int OTHER_PACKINGS = 8 | 4 | 1;
 
 /// Reads the values of a data block in the message's order, with the plausibility test and the bit map.
 class Values {
@@ -111,21 +113,16 @@ bool leaves_points_out(const GRD_report* grd) {
 }
 
 /// Values that the bit map leaves of the grid's points, as far as the layout needs them.
-std::uint64_t values_needed(const GRD_report* grd) {
+std::size_t values_needed(const GRD_report* grd) {
     const GribState& state = grib_state();
-    std::uint64_t points = static_cast<std::uint64_t>(grd->domain.nx) * static_cast<std::uint64_t>(grd->domain.ny);
-    if (state.thin) points = std::accumulate(state.rows.begin(), state.rows.end(), std::uint64_t{0});
-    if (!state.bitmap.present) return points;
-    std::uint64_t ones = 0;
-    for (const unsigned char byte : state.bitmap.bytes) ones += static_cast<std::uint64_t>(std::popcount(byte));
-    return std::min(points, ones);
+    std::size_t points = GRD_points(grd);
+    if (state.thin) points = std::accumulate(state.rows.begin(), state.rows.end(), std::size_t{0});
+    return state.bitmap.present ? grib_marked_points(points) : points;
 }
 
-/// Scale, reference and width. False if the file ends or the width can't be.
-bool read_scale(std::FILE* stream, const GRD_report* grd) {
+/// Takes scale, reference and width from the head of the data block.
+void decode_scale(const std::vector<unsigned char>& head, const GRD_report* grd) {
     GribState& state = grib_state();
-    std::vector<unsigned char> head;
-    if (!grib_read_bytes(stream, DATA_HEAD, head)) return false;
     state.sfac = GRIB_scl_conv(head.data() + 4);
     state.ref = GRIB_flt_conv(head.data() + 6);
     state.bpval = head[10];
@@ -141,7 +138,6 @@ bool read_scale(std::FILE* stream, const GRD_report* grd) {
     MESS_print(MESS_DEBUG, "Reference value: %f\n", static_cast<double>(state.ref));
     MESS_print(MESS_DEBUG, "Bits per value: %d\n", static_cast<int>(state.bpval));
     MESS_print(MESS_DEBUG, "Bad limit value: %d\n", static_cast<int>(test.limit));
-    return state.bpval <= MAX_BITS;
 }
 
 /// Bytes up to the end of the message, so that one that was cut short doesn't reach into the next one. The end of an
@@ -184,8 +180,16 @@ int GRIB_BDB(int grd_fd, GRD_report* grd) {
         MESS_print(MESS_WARN, "GRIB_BDB: grid of this field is not decoded\n");
         return 0;
     }
-    if (!read_scale(stream, grd)) return -1;
-    const std::size_t size = static_cast<std::size_t>((values_needed(grd) * state.bpval + 7) / 8);
+    std::vector<unsigned char> head;
+    if (!grib_read_bytes(stream, DATA_HEAD, head)) return too_short(stream);
+    const int flags = head[3] >> 4;
+    if (flags & OTHER_PACKINGS) {
+        MESS_print(MESS_WARN, "GRIB_BDB: packing of this field is not decoded: %d\n", flags);
+        return 1;
+    }
+    decode_scale(head, grd);
+    if (state.bpval > MAX_BITS) return too_short(stream);
+    const std::size_t size = (values_needed(grd) * state.bpval + 7) / 8;
     const std::size_t room = room_in_message(stream);
     // The layouts that leave points out are small, and their end shows while they are filled.
     const bool whole = grib_read_bytes(stream, std::min(size, room), state.packed) && size <= room;
@@ -201,6 +205,7 @@ int GRIB_BDB(int grd_fd, GRD_report* grd) {
         fill_regular(grd, values);
     }
     state.bitmap = GribBitmap{};
+    state.packed = {};
     state.rows.clear();
     return values.ended() ? too_short(stream) : 1;
 }

@@ -30,19 +30,10 @@ void decode_scale(const Octets& section) {
     state.dscale = grib_decimal(section.s16(18));
 }
 
-float substitute(const Octets& section, int number) {
-    const unsigned char* bytes = section.bytes(number, 4);
-    return bytes ? GRIB_ieee_float_conv(bytes) : FMISS;
-}
-
 void decode_complex(const Octets& section) {
     GribPacking& packing = grib_state().packing;
     packing.num_bits_gref = section.u8(20);
-    packing.data_type = section.u8(21);
-    packing.split_method = section.u8(22);
     packing.miss_type = section.u8(23);
-    if (packing.miss_type > 0) packing.miss1 = substitute(section, 24);
-    if (packing.miss_type > 1) packing.miss2 = substitute(section, 28);
     packing.num_group = section.u32(32);
     packing.ref_gwidth = section.u8(36);
     packing.num_bits_gwidth = section.u8(37);
@@ -115,17 +106,14 @@ void place_values(GRD_report* grd, std::vector<float>& values) {
     place_points(grd, points);
 }
 
-/// Packed values that the field can use: no more than it has points, or than the bit map marks.
+/// Packed values that the field can use: no more than it has points, or than the bit map marks among these. A message
+/// may count its grid's points where it should count its values.
 std::size_t usable_values(const GRD_report* grd) {
-    const std::size_t points = message_points(grd);
-    return std::min(points, static_cast<std::size_t>(std::max(grib_state().packing.points, 0L)));
-}
-
-/// False for a grid far larger than what the message says about its points: such a size is no real one.
-bool is_justified(const GRD_report* grd, std::size_t values) {
     const GribState& state = grib_state();
-    const std::size_t known = state.bitmap.present ? state.bitmap.bytes.size() * 8 : values;
-    return known >= message_points(grd) / 8;
+    const std::size_t points = message_points(grd);
+    const std::size_t told = static_cast<std::size_t>(std::max(state.packing.points, 0L));
+    const std::size_t marked = state.bitmap.present ? grib_marked_points(points) : points;
+    return std::min(marked, told);
 }
 
 bool data_too_short() {
@@ -133,19 +121,21 @@ bool data_too_short() {
     return false;
 }
 
-bool unpack_simple(GRD_report* grd) {
-    GribState& state = grib_state();
-    const unsigned width = static_cast<unsigned>(state.packing.num_bits);
-    const std::size_t count = usable_values(grd);
-    // Checked before room is made, so that a short message can't ask for a large grid. A width of 0 is a constant.
-    if (width > MAX_BITS || !state.bits.has(static_cast<std::uint64_t>(count) * width)) return data_too_short();
-    if (width > 0 && !is_justified(grd, count)) return data_too_short();
+/// A field in which each value is the reference.
+bool unpack_constant(GRD_report* grd) {
     if (GRD_alloc(grd) < 1) return false;
-    if (width == 0 && count == message_points(grd) && !state.bitmap.present) {
-        const std::size_t points = static_cast<std::size_t>(grd->domain.nx) * static_cast<std::size_t>(grd->domain.ny);
-        std::fill_n(grd->grid.get(), points, grib_value(state, 0.0F));
-        return true;
-    }
+    std::vector<float> values(usable_values(grd), grib_value(grib_state(), 0.0F));
+    place_values(grd, values);
+    return true;
+}
+
+bool unpack_simple(GRD_report* grd) {
+    const GribState& state = grib_state();
+    const unsigned width = static_cast<unsigned>(state.packing.num_bits);
+    if (width == 0) return unpack_constant(grd);
+    const std::size_t count = usable_values(grd);
+    if (width > MAX_BITS || !state.bits.has(static_cast<std::uint64_t>(count) * width)) return data_too_short();
+    if (GRD_alloc(grd) < 1) return false;
     std::vector<float> values(count);
     BitReader bits = state.bits;
     const GribScale scale(state);
@@ -155,11 +145,18 @@ bool unpack_simple(GRD_report* grd) {
 }
 
 bool unpack_complex(GRD_report* grd) {
+    const GribPacking& packing = grib_state().packing;
+    if (packing.num_group == 0) return unpack_constant(grd);
+    // With substitutes for missing values each point has its place in the list, and the bit map isn't asked.
+    const bool listed = packing.miss_type > 0;
+    const std::size_t points = message_points(grd);
+    const std::size_t told = static_cast<std::size_t>(std::max(packing.points, 0L));
+    const std::size_t count = listed ? std::min(points, told) : usable_values(grd);
     std::vector<float> values;
-    const bool whole = grib_unpack_complex(grib_state(), static_cast<long>(usable_values(grd)), values);
-    if ((!whole && values.empty()) || !is_justified(grd, values.size())) return data_too_short();
+    const bool whole = grib_unpack_complex(grib_state(), count, values);
+    if (!whole && values.empty()) return data_too_short();
     if (GRD_alloc(grd) < 1) return false;
-    if (grib_state().packing.miss_type > 0) {  // each point has its place in the list
+    if (listed) {
         place_points(grd, values);
     } else {
         place_values(grd, values);
@@ -183,27 +180,37 @@ void place_image(GRD_report* grd, const Jpeg2000Image& image) {
     }
 }
 
+void tell_rows(const GRD_report* grd) {
+    const std::vector<int>& rows = grib_state().rows;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        MESS_print(MESS_DEBUG, "XX %d %d - %d\n", static_cast<int>(row), rows[row], grd->domain.nx);
+    }
+}
+
+/// Most points of an image that is decoded. One that is larger than its grid has to have the bytes for it.
+std::size_t largest_image(const GRD_report* grd) {
+    constexpr std::size_t POINTS_OF_A_BYTE = 64;
+    const std::size_t justified = grib_state().packed.size() * POINTS_OF_A_BYTE;
+    return std::min(std::max(message_points(grd), justified), static_cast<std::size_t>(GRIB_MAX_POINTS));
+}
+
 bool unpack_jpeg2000(GRD_report* grd) {
     GribState& state = grib_state();
     // Encoders leave the image out where all values are the reference.
     if (state.packed.empty() && state.packing.num_bits == 0) return unpack_simple(grd);
-    const std::size_t points = message_points(grd);
-    const std::size_t listed = static_cast<std::size_t>(std::max(state.packing.points, 0L));
     Jpeg2000Image image;
-    if (points > static_cast<std::size_t>(GRIB_MAX_POINTS) ||
-        !jpeg2000_decode(state.packed.data(), state.packed.size(), std::min(points, std::max(listed, std::size_t{1})),
-                         &image)) {
+    if (!jpeg2000_decode(state.packed.data(), state.packed.size(), largest_image(grd), &image)) {
         MESS_print(MESS_WARN, "jpc_decode error\n");
         return false;
     }
     MESS_print(MESS_DEBUG, "JAS %d %d = %d %d = %d %d = %d\n", grd->domain.nx, grd->domain.ny, image.width,
                image.height, image.x0, image.y0, state.thin);
-    if (!is_justified(grd, image.values.size())) return data_too_short();
     if (GRD_alloc(grd) < 1) return false;
     if (!state.thin && image.height != 1) {
         place_image(grd, image);
         return true;
     }
+    if (state.thin) tell_rows(grd);
     // A list of values: all rows one after the other, or what the bit map leaves. Without either it has no place.
     if (!state.thin && !state.bitmap.present) return true;
     std::vector<float> values(image.values.size());
@@ -236,12 +243,20 @@ bool unpack_run_length(GRD_report* grd) {
         if (n > packing.max_val) {
             count = std::min(count + (n - (packing.max_val + 1)) * multiple, total);
             multiple = std::min(multiple * base, total + 1);
+            MESS_print(MESS_DEBUG, "num = %d mult = %d new_val = %d\n", static_cast<int>(count),
+                       static_cast<int>(multiple), static_cast<int>(n));
             continue;
         }
         if (level >= 0) {
             const bool known = level >= 1 && level <= static_cast<std::int64_t>(packing.map.size());
             const float value = known ? packing.map[static_cast<std::size_t>(level - 1)] : FMISS;
+            MESS_print(MESS_DEBUG, "cnt = %d new_val = %d val = %d\n", static_cast<int>(count), static_cast<int>(n),
+                       static_cast<int>(level));
             out = std::fill_n(out, std::min<std::int64_t>(count, end - out), value);
+            const int place = static_cast<int>(out - grd->grid.get());
+            MESS_print(MESS_DEBUG, "byte: %d loc: %d %d new_val = %d val = %d num = %d\n",
+                       static_cast<int>((bits.position() + 7) / 8), place % grd->domain.nx, place / grd->domain.nx,
+                       static_cast<int>(n), static_cast<int>(level), static_cast<int>(count));
         }
         count = 1;
         level = n;
@@ -274,7 +289,6 @@ int GRIB_DRS(int grd_fd, GRD_report* /*grd*/) {
             MESS_print(MESS_DEBUG, "Grid point - simple packing\n");
             decode_scale(section);
             packing.num_bits = section.u8(20);
-            packing.data_type = section.u8(21);
             break;
         case COMPLEX:
         case COMPLEX_DIFF:
@@ -342,6 +356,7 @@ int GRIB_DS(int grd_fd, GRD_report* grd) {
         const bool whole = grib_read_bytes(stream, static_cast<std::size_t>(held), state.packed) && held == told;
         state.bits = BitReader(state.packed.data(), state.packed.size());
         const bool good = unpacker.unpack(grd);
+        state.packed = {};
         return good && (whole || data_too_short()) ? 1 : 0;
     }
     MESS_print(MESS_WARN, "GRIB_DS: packing of this field is not decoded: %d\n", type);

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -87,6 +89,17 @@ int GRIB_BMB_read() {
     const std::size_t byte = static_cast<std::size_t>(bit >> 3);
     if (byte >= map.bytes.size()) return 0;
     return map.bytes[byte] >> (7 - (bit & 7)) & 1;
+}
+
+std::size_t grib_marked_points(std::size_t points) {
+    const std::vector<unsigned char>& bytes = grib_state().bitmap.bytes;
+    const std::size_t whole = std::min(points / 8, bytes.size());
+    std::size_t marked = 0;
+    for (std::size_t i = 0; i < whole; ++i) marked += static_cast<std::size_t>(std::popcount(bytes[i]));
+    const unsigned rest = points % 8;
+    if (whole < bytes.size())
+        marked += static_cast<std::size_t>(std::popcount(static_cast<unsigned>(bytes[whole]) >> (8U - rest)));
+    return marked;
 }
 
 void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& values, int nx, bool round, float* out) {

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <new>
 
 #include "frame/mess.h"
 #include "frame/string.h"
@@ -198,6 +199,7 @@ void record_from_index(GRD_file* file, GRD_report* grd, int rep_type) {
     grd->version = 1;
     grd->source = file->grid == 10 ? ECMWF : EDITION1_SOURCE;
     grd->date = file->date;
+    grib_state().table = 0;
     GRD_decode_index(grib_state().place.index_line, grd);
     GRIB_units(grd);
     GRIB_set_domain(grd->type, &grd->domain);
@@ -218,19 +220,33 @@ int read_blocks(int grd_fd, GRD_report* grd, int rep_type) {
     return result < 0 ? -1 : 0;
 }
 
+/// Reads the record that the file has entered. One for which there is no memory is told and has no values.
+int read_entered(int grd_fd, GRD_report* grd, int rep_type) {
+    GribState& state = grib_state();
+    const Depth depth = rep_type == GRD_READ_HEADER ? Depth::header : Depth::values;
+    try {
+        return state.version == 2 ? read_field(grd_fd, grd, depth) : read_blocks(grd_fd, grd, rep_type);
+    } catch (const std::bad_alloc&) {
+        GRD_tell_no_memory(grd);
+        state.packed = {};
+        state.bitmap = GribBitmap{};
+        state.place.next.reset();  // another field of the message may follow
+        return 0;
+    }
+}
+
 /// Reads the record at the file's place, and moves the file back to it.
 int read_record(int grd_fd, GRD_report* grd, int rep_type) {
-    GribState& state = grib_state();
     int result = -1;
     if (enter_record(grd_fd)) {
         grd->datim.clear();
         grd->info.clear();
+        grd->units.clear();
         grd->ltype = grd->level = grd->time = grd->var = MISS;
         grd->grid.reset();
-        const Depth depth = rep_type == GRD_READ_ALL ? Depth::values : Depth::header;
-        result = state.version == 2 ? read_field(grd_fd, grd, depth) : read_blocks(grd_fd, grd, rep_type);
+        result = read_entered(grd_fd, grd, rep_type);
     }
-    std::fseek(grib_stream(grd_fd), state.place.record.pos, SEEK_SET);
+    std::fseek(grib_stream(grd_fd), grib_state().place.record.pos, SEEK_SET);
     return result;
 }
 

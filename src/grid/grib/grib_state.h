@@ -62,11 +62,7 @@ struct GribPacking {
     long points = 0;  ///< packed values
     int type = -1;    ///< template
     int num_bits = 0;
-    int data_type = 0;
-    int split_method = 0;
     int miss_type = 0;
-    float miss1 = 0.0F;
-    float miss2 = 0.0F;
     long num_group = 0;
     long ref_gwidth = 0;
     int num_bits_gwidth = 0;
@@ -94,6 +90,7 @@ struct GribBadTest {
 struct GribState {
     int version = -1;
     int source = -1;
+    int table = 0;  ///< edition 1: parameter table, 0 unknown
     int discipline = -1;
     int sect = -1;
     long slen = 0;
@@ -144,6 +141,8 @@ bool grib_read_bytes(std::FILE* file, std::size_t size, std::vector<unsigned cha
 /// Reads the rest of the edition 2 section in work into `section`, cut at a length that no decoder needs. False if it
 /// is not all there.
 bool grib_read_section_body(int grd_fd);
+/// Points that the bit map in force marks among its first `points`.
+std::size_t grib_marked_points(std::size_t points);
 /// Starts the plausibility test of a row.
 void grib_start_row(GribBadTest& test);
 /// A double as an int, held to the range of an int; not a number becomes MISS.
@@ -172,6 +171,6 @@ void grib_stretch_rows(const std::vector<int>& rows, const std::vector<float>& v
 bool grib_goes_round(const Domain& domain);
 /// Unpacks complex packing, with or without spatial differencing, into `values` (FMISS for missing ones). False for a
 /// group description that can't be.
-bool grib_unpack_complex(const GribState& state, long count, std::vector<float>& values);
+bool grib_unpack_complex(const GribState& state, std::size_t count, std::vector<float>& values);
 
 }  // namespace zav

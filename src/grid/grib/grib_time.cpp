@@ -63,7 +63,9 @@ int grib_time(int kind, const GribSpan& begin, const GribSpan& end) {
         const TIME_unit unit = months ? TIME_unit::month : begin.days && end.days ? TIME_unit::day : TIME_unit::hour;
         code = TIME_make({kind, static_cast<long>(begin.amount / step), static_cast<long>(end.amount / step), unit});
     }
-    if (code == MISS) MESS_print(MESS_WARN, "GRIB_read: A time of a field can't be read\n");
+    static bool told = false;
+    if (code == MISS && !told) MESS_print(MESS_WARN, "GRIB_read: The time of a field can't be read\n");
+    told = told || code == MISS;
     return code;
 }
 

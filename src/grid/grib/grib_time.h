@@ -18,8 +18,8 @@ GribSpan grib_span_edition1(int unit, std::int64_t number);
 GribSpan grib_span_edition2(int unit, std::int64_t number);
 /// The sum of two spans; unknown if one of them is, or for seconds with months.
 GribSpan grib_sum(const GribSpan& one, const GribSpan& other);
-/// Time code of a range of `kind`, or with kind 0 of the time `end`. MISS with a warning for times that have none:
-/// other than whole minutes, before the reference time, or too far off.
+/// Time code of a range of `kind`, or with kind 0 of the time `end`. MISS, with a warning at the first, for times that
+/// have none: other than whole minutes, before the reference time, or too far off.
 int grib_time(int kind, const GribSpan& begin, const GribSpan& end);
 
 }  // namespace zav

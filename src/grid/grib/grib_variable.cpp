@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <set>
 #include <span>
 
 #include "frame/mess.h"
@@ -9,6 +10,7 @@
 #include "frame/tools.h"
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
+#include "grid/grib/grib_ecmwf.h"
 #include "grid/grib/grib_state.h"
 #include "grid/zavgrd.h"
 #include "var/var_tool.h"
@@ -16,47 +18,11 @@
 namespace zav {
 namespace {
 
-constexpr int ECMWF = 98;
 constexpr int PROB = 191;       ///< probability from an ensemble
 constexpr int PROB_NORM = 192;  ///< the same, normalised
 
-/// A parameter of another table, the variable that it is, and its units.
-struct Translation {
-    int param;
-    int var;
-    const char* units;
-    int ltype = MISS;
-    int level = MISS;
-};
-
-/// ECMWF local table 128, from 129 on.
-constexpr std::array<Translation, 22> ECMWF_TABLE{{
-    {129, 6, "m^2/s^2"},
-    {130, 11, "K"},
-    {131, 33, "m/s"},
-    {132, 34, "m/s"},
-    {134, 1, "Pa"},
-    {135, 39, "Pa/s"},
-    {139, 11, "K"},
-    {146, 122, "W/m^2"},
-    {147, 121, "W/m^2"},
-    {151, 1, "Pa", 102},
-    {157, 52, "%"},
-    {164, 71, "%", 200, 0},
-    {165, 33, "m/s", 105, 10},
-    {166, 34, "m/s", 105, 10},
-    {167, 11, "K", 105, 2},
-    {168, 17, "K", 105, 2},
-    {172, 81, ""},
-    {176, 111, "W/m^2"},
-    {177, 112, "W/m^2"},
-    {180, 326, "N/m^2"},
-    {181, 327, "N/m^2"},
-    {228, 61, "m"},
-}};
-
 /// Parameters of edition 0.
-constexpr std::array<Translation, 31> EDITION0_TABLE{{
+constexpr std::array<GribTranslation, 31> EDITION0_TABLE{{
     {1, 1, "hPa"},    {2, 7, "10 m"},      {3, 8, "10 m"},         {4, 11, "C"},         {5, 15, "C"},
     {6, 16, "C"},     {8, 13, "C"},        {10, 17, "C"},          {11, 18, "dC"},       {12, 51, ".1 g/kg"},
     {13, 52, "%"},    {14, 53, ".1 g/kg"}, {15, 131, "dC"},        {17, 132, "dC"},      {21, 32, "m/s"},
@@ -99,9 +65,16 @@ constexpr UnitRange EDITION1_UNITS[] = {
     {226, 227, "N/m^2"},   {230, 230, "gpm"},      {491, 491, "dBZ"},   {571, 571, "deg"},
 };
 
-void translate(std::span<const Translation> table, GRD_report* grd) {
+/// Warns of a parameter without a variable, once for each.
+void warn_unknown(int param) {
+    static std::set<int> told;
+    if (told.insert(param).second) MESS_print(MESS_WARN, "Invalid GRIB variable: %d\n", param);
+}
+
+/// Takes the variable and units of a parameter. One that isn't in the table keeps its number, above `others`.
+void translate(std::span<const GribTranslation> table, int others, GRD_report* grd) {
     grd->units.clear();
-    for (const Translation& entry : table) {
+    for (const GribTranslation& entry : table) {
         if (entry.param != grd->var) continue;
         grd->var = entry.var;
         grd->units = entry.units;
@@ -109,7 +82,8 @@ void translate(std::span<const Translation> table, GRD_report* grd) {
         if (entry.level != MISS) grd->level = entry.level;
         return;
     }
-    MESS_print(MESS_WARN, "Invalid GRIB variable: %d\n", grd->var);
+    warn_unknown(grd->var);
+    grd->var += others;
 }
 
 const char* edition1_units(int var) {
@@ -206,12 +180,15 @@ void set_probability(GRD_report* grd, const GribEnsemble& ens) {
 }  // namespace
 
 void GRIB_units(GRD_report* grd) {
-    if (grd->source == ECMWF && grd->var >= 129) {
-        translate(ECMWF_TABLE, grd);
-    } else if (grd->version == 0 && grd->source != ECMWF) {
-        translate(EDITION0_TABLE, grd);
+    constexpr int FIRST_OWN = 129;  // from here on ECMWF's fields without a table are taken as those of its own
+    const int table = grd->version == 1 ? grib_state().table : 0;
+    const bool ecmwf = grd->source == GRIB_ECMWF;
+    if (ecmwf && grd->var < GRIB_LOCAL && (table == GRIB_ECMWF_TABLE || grd->var >= FIRST_OWN)) {
+        translate(GRIB_ECMWF_PARAMS, GRIB_ECMWF_TABLE * GRIB_TABLE, grd);
+    } else if (grd->version == 0 && !ecmwf) {
+        translate(EDITION0_TABLE, 0, grd);
     } else if (grd->version == 1) {
-        grd->units = edition1_units(grd->var % 1000);
+        grd->units = grd->var < GRIB_LOCAL ? edition1_units(grd->var % GRIB_TABLE) : "-";
     } else {
         grd->units.clear();
     }

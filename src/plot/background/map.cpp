@@ -7,6 +7,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "gks/gks.h"
@@ -41,6 +42,7 @@ void process_list_file(const std::string& name) {
     const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
     if (file == nullptr) {
         MESS_print(MESS_WARN, "MAP_draw: Unable to open map list file: %s\n", name.c_str());
+        ZAV_note(STATUS_LAYER);
         return;
     }
     std::string word;

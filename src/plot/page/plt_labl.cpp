@@ -63,6 +63,8 @@ std::string label_code(char code) {
     const int fhour = static_cast<int>(state.fhour);
     Date date = state.date;
     std::string text;
+    // Without a date its labels would tell one of 1980.
+    if (date.year == MISS && (code == 'D' || code == 'V' || code == 'W')) return text;
     switch (code) {
         case 'D':
             DATE_make_label(&date, text);

@@ -78,6 +78,7 @@ void settle_units(GRD_report* const* grids, std::string* units) {
     }
     GRD_units(grids[0], *units);
     if (grids[1] != nullptr) GRD_units(grids[1], *units);
+    *units = fit_text(grids[0]->units, GRD_UNITS_SIZE);
 }
 
 /// How a variable is drawn.
@@ -173,7 +174,7 @@ void end_frame() {
 
 /// The label of a layer that was drawn.
 void label_layer(int ind) {
-    if (VAR_is_LABEL(ind) == 0) return;
+    if (VAR_is_LABEL(ind) == 0 && VAR_is_SUBREG(ind) == 0) return;
     if (is_vector_type(VAR_get_type(ind)) || is_vector_layer(ind) || PLT_get_label_type() < 0) {
         PLT_label_up_left(VAR_make_var_form_datatype(ind));
     } else {
@@ -264,10 +265,16 @@ int DATA_plot_grid(int ind, DATA_info* info) {
     return last;
 }
 
+/// The date of labels: that of the file's name, or where the name tells none, the grid's own.
+void label_date(const Date& of_file, const GRD_report* grid) {
+    const bool own = of_file.year == MISS && GRD_has_values(grid);
+    PLT_label_date(own && grid->date.year != MISS ? &grid->date : own ? &GRD_get_info()->date : &of_file);
+}
+
 int DATA_plot_cont(int ind, DATA_info* info, const char*) {
-    PLT_label_date(&info->date);
-    PLT_label_for_time(VAR_get_time(ind));
     GRD_report* grid = GRD_get_grid(ind);
+    label_date(info->date, grid);
+    PLT_label_for_time(VAR_get_time(ind));
     CONT_plot_setup(info->plot, ind, grid, &info->domain, info->callback);
     if (fills_areas(CONT_get_type())) state.fill = 1;
     CONT_draw(grid);
@@ -276,11 +283,11 @@ int DATA_plot_cont(int ind, DATA_info* info, const char*) {
 
 int DATA_plot_vect(int ind, DATA_info* info, std::string* units, const char* format) {
     const std::string own = VAR_get_format(ind);
-    PLT_label_date(&info->date);
     PLT_label_for_time(VAR_get_time(ind));
     VECT_set_format(VAR_get_type(ind), format != nullptr ? format : own.c_str());
     GRD_report* grids[3] = {nullptr, nullptr, nullptr};
     const int stop = GRD_find_param_grids(ind, 2, state.vfunc, grids, nullptr);
+    label_date(info->date, grids[0]);
     settle_units(grids, units);
     VECT_plot_setup(info->plot, ind, grids[0], grids[1], &info->domain, info->callback);
     VECT_draw(grids[0], grids[1]);

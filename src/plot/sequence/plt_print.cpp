@@ -108,9 +108,11 @@ void print_variables(float x, float y, Station& station) {
 void print_all_values(float x, float y) {
     Station station = find_station(x, y);
     const int num = VAR_get_num();
-    if (file_list_in_use() || num >= 2) {
+    if (file_list_in_use() && station.found) {
+        MESS_print(LEVEL_VALUES, "\n");
+    } else if (num >= 2) {
         if (station.found) MESS_print(LEVEL_VALUES, "\n");
-        if (!file_list_in_use()) print_variables(x, y, station);
+        print_variables(x, y, station);
     } else if (num == 1 && VAR_is_type_CONT(0)) {
         GRD_print_value(x, y, GRD_get_grid(0));
     } else if (num == 1 && station.found) {

@@ -91,16 +91,16 @@ inline Bytes simple(int points, int bits) {
 }
 
 inline Bytes bitmap(int indicator, const Bytes& map = {}) {
-    Bytes section = section2(6, 6 + static_cast<int>(map.size()));
-    set(section, 6, indicator);
-    std::copy(map.begin(), map.end(), section.begin() + 6);
-    return section;
+    Bytes head = section2(6, 6);
+    set(head, 1, 6 + static_cast<int>(map.size()), 4);
+    set(head, 6, indicator);
+    return join({head, map});
 }
 
 inline Bytes data(const Bytes& packed) {
-    Bytes section = section2(7, 5 + static_cast<int>(packed.size()));
-    std::copy(packed.begin(), packed.end(), section.begin() + 5);
-    return section;
+    Bytes head = section2(7, 5);
+    set(head, 1, 5 + static_cast<int>(packed.size()), 4);
+    return join({head, packed});
 }
 
 class Grib : public test::TempDirTest {
@@ -139,19 +139,6 @@ class Grib : public test::TempDirTest {
 };
 
 using Values = std::vector<float>;
-
-inline Bytes complex(int type, int points, int miss_type) {
-    Bytes section = section2(5, type == 3 ? 49 : 47);
-    set(section, 6, points, 4);
-    set(section, 10, type, 2);
-    set(section, 20, 8);
-    set(section, 22, 1);
-    set(section, 23, miss_type);
-    set(section, 37, 8);
-    set(section, 47, 8);
-    set(section, 42, 1);
-    return section;
-}
 
 /// An edition 1 message: product block changed by `change`, then the data block.
 inline Bytes message1(const std::function<void(Bytes&)>& change, const Bytes& grid, const Bytes& packed, int bits) {

@@ -21,25 +21,6 @@ TEST_F(Grib, NumberFormats) {
     EXPECT_EQ(GRIB_ieee_float_conv(ieee.data()), -3.125F);
 }
 
-TEST_F(Grib, RowsByScanningMode) {
-    struct Case {
-        int scanning;
-        Values expected;
-    };
-    const Case cases[] = {
-        {0x00, {1, 2, 3, 4, 5, 6}},
-        {0x40, {4, 5, 6, 1, 2, 3}},
-        {0x10, {1, 2, 3, 6, 5, 4}},
-        {0x50, {6, 5, 4, 1, 2, 3}},
-    };
-    for (const Case& c : cases) {
-        const auto records = read(message2(0, {identification(), latlon(3, 2, c.scanning), product(), simple(6, 8),
-                                               bitmap(255), data({1, 2, 3, 4, 5, 6})}));
-        ASSERT_EQ(records.size(), 1U) << c.scanning;
-        EXPECT_EQ(values(records[0]), c.expected) << c.scanning;
-    }
-}
-
 TEST_F(Grib, LaterFieldReusesTheBitMap) {
     const auto records =
         read(message2(0, {identification(), latlon(3, 2, 0), product(), simple(4, 8), bitmap(0, {0xD8}),
@@ -48,31 +29,6 @@ TEST_F(Grib, LaterFieldReusesTheBitMap) {
     EXPECT_EQ(values(records[0]), (Values{1, 2, FMISS, 3, 4, FMISS}));
     EXPECT_EQ(values(records[1]), (Values{5, 6, FMISS, 7, 8, FMISS}));
     EXPECT_EQ(records[1].domain.nx, 3);
-}
-
-TEST_F(Grib, SecondOrderDifferences) {
-    Bytes drs = complex(3, 4, 0);
-    set(drs, 32, 1, 4);
-    set(drs, 43, 4, 4);
-    set(drs, 48, 2);
-    set(drs, 49, 1);
-    // h1 10, h2 12, least difference 1; one group of reference 0, width 0
-    const auto records =
-        read(message2(0, {identification(), latlon(2, 2, 0), product(), drs, bitmap(255), data({10, 12, 1, 0, 0, 4})}));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(values(records[0]), (Values{10, 12, 15, 19}));
-}
-
-TEST_F(Grib, MissingValuesTakeNoPlace) {
-    Bytes drs = complex(2, 6, 2);
-    set(drs, 32, 3, 4);
-    set(drs, 43, 2, 4);
-    // references 255 (all missing), 20, 254 (secondary missing); widths 0, 2, 0; lengths 1, 3 and, from section 5, 2
-    const Bytes packed{255, 20, 254, 0, 2, 0, 1, 3, 0, 0b01111000};
-    const auto records =
-        read(message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data(packed)}));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(values(records[0]), (Values{FMISS, 21, FMISS, FMISS, FMISS, FMISS}));
 }
 
 TEST_F(Grib, ImageThatIsLeftOutIsAConstant) {
@@ -84,21 +40,6 @@ TEST_F(Grib, ImageThatIsLeftOutIsAConstant) {
         read(message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(0, {0xD8}), data({})}));
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(values(records[0]), (Values{3, 3, FMISS, 3, 3, FMISS}));
-}
-
-TEST_F(Grib, RunsOfLevels) {
-    Bytes drs = section2(5, 28);
-    set(drs, 6, 6, 4);
-    set(drs, 10, 200, 2);
-    set(drs, 12, 3);
-    set(drs, 13, 5, 2);
-    set(drs, 15, 5, 2);
-    for (int i = 0; i < 5; ++i) set(drs, 18 + 2 * i, 10 * (i + 1), 2);
-    // 3-bit values 4 7 6 0 1: two points of level 4, one missing; level 1 is left as the open run
-    const auto records = read(message2(
-        0, {identification(), latlon(3, 2, 0x40), product(), drs, bitmap(255), data({0b10011111, 0b00000010})}));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(values(records[0]), (Values{40, 40, FMISS, FMISS, FMISS, FMISS}));
 }
 
 TEST_F(Grib, QuasiRegularRowsAreStretched) {
@@ -122,16 +63,6 @@ TEST_F(Grib, QuasiRegularRowsAreStretched) {
                               bitmap(255), data(c.packed)}));
         ASSERT_EQ(records.size(), 1U);
         EXPECT_EQ(values(records[0]), c.expected) << c.last;
-    }
-}
-
-TEST_F(Grib, CountsThatCantBe) {
-    for (const std::int64_t columns : {0x80000000LL, 0xFFFFFFFELL, 0LL}) {
-        Bytes grid = latlon(0, 2, 0);
-        set(grid, 31, columns, 4);
-        const auto records =
-            read(message2(0, {identification(), grid, product(), simple(6, 0), bitmap(255), data({})}));
-        for (const GRD_report& grd : records) EXPECT_EQ(grd.domain.proj, MISS) << columns;
     }
 }
 
@@ -207,6 +138,10 @@ TEST_F(Grib, ProductBlock) {
         {"longitude", {{9, 177}}, &GRD_report::var, 571},
         {"table 129", {{4, 129}, {9, 212}}, &GRD_report::var, 491},
         {"ECMWF", {{5, 98}, {9, 167}}, &GRD_report::ltype, 105},
+        {"ECMWF's own table", {{4, 128}, {5, 98}, {9, 59}}, &GRD_report::var, 157},
+        {"not in it", {{4, 128}, {5, 98}, {9, 126}}, &GRD_report::var, 128126},
+        {"another local table", {{4, 140}, {5, 98}, {9, 229}}, &GRD_report::var, 140229},
+        {"tropopause", {{10, 8}}, &GRD_report::level, 0},
     };
     for (const Case& c : cases) {
         const auto records = read(message1(
@@ -219,6 +154,16 @@ TEST_F(Grib, ProductBlock) {
         EXPECT_EQ(records[0].date.year, 1998);
         EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
     }
+}
+
+TEST_F(Grib, PoleAtTheEndOfGrid25) {
+    Bytes packed(72 * 18 + 1, 5);
+    packed.back() = 9;
+    const auto records = read(message1([](Bytes& block) { set(block, 7, 25); }, {}, packed, 8));
+    ASSERT_EQ(records.size(), 1U);
+    const Values grid = values(records[0]);
+    EXPECT_EQ(std::count(grid.begin(), grid.begin() + 73, 9.0F), 73);
+    EXPECT_EQ(std::count(grid.begin() + 73, grid.end(), 5.0F), 18 * 73);
 }
 
 TEST_F(Grib, EnsembleMemberOfTheUsCentre) {
@@ -253,20 +198,6 @@ TEST_F(Grib, PoleAndClosingColumnOfGrid26) {
     EXPECT_EQ(grd.grid[17 * 73 + 1], 5.0F);
     EXPECT_EQ(grd.grid[17 * 73 + 72], 7.0F);
     EXPECT_EQ(grd.grid[0], 5.0F);
-}
-
-TEST_F(Grib, GarbledRowsAreCutOff) {
-    Bytes packed(40, 10);
-    for (std::size_t i = 21; i < 34; i += 2) packed[i] = 250;
-    const Bytes bytes = message1([](Bytes& block) { set(block, 10, 1); }, latlon1(20, 2, 0), packed, 8);
-    GRIB_set_max_bad(5);
-    const auto records = read(bytes);
-    GRIB_set_max_bad(-1);
-    ASSERT_EQ(records.size(), 1U);
-    const Values grid = values(records[0]);
-    EXPECT_EQ(grid[25], 250.0F);  // the fifth jump
-    EXPECT_EQ(grid[26], FMISS);   // the sixth, and all that follows
-    EXPECT_EQ(grid[39], FMISS);
 }
 
 TEST_F(Grib, BulletinsOfAFeed) {
@@ -307,6 +238,42 @@ TEST_F(Grib, RecordsInAnyOrder) {
         EXPECT_EQ(grd.grid[0], static_cast<float>(wanted + 1));
     }
     GRD_close(fd);
+}
+
+TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
+    Bytes drs = section2(5, 27);
+    for (const auto& [octet, value] : {std::pair{9, 6}, {11, 200}, {12, 3}, {14, 5}, {16, 5}}) set(drs, octet, value);
+    const Bytes message =
+        message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data({0b10011111, 0b00000010})});
+    dir.write("runs.grb", std::string(message.begin(), message.end()));
+    int type = GRD_TYPE_GRIB;
+    const int fd = GRD_open("runs.grb", 0, &type);
+    GRD_report grd;
+    int number = 0;
+    MESS_set(0, MESS_DEBUG);
+    const test::Output said = test::capture([&] { GRD_read(fd, &grd, GRD_READ_LABELS, &number); });
+    MESS_set(0, MESS_NONE);
+    GRD_close(fd);
+    EXPECT_TRUE(GRD_has_values(&grd));  // in edition 2 labels come with the values
+    // 3-bit numbers 4 7 6 0 1, of which 6 and 7 are digits of a count
+    for (const char* line : {"num = 2 mult = 2 new_val = 7\n", "num = 2 mult = 4 new_val = 6\n",
+                             "cnt = 2 new_val = 0 val = 4\nbyte: 2 loc: 2 0 new_val = 0 val = 4 num = 2\n"}) {
+        EXPECT_NE((said.out + said.err).find(line), std::string::npos) << said.out << said.err;
+    }
+}
+
+TEST_F(Grib, OtherPackingsOfEdition1AreRefused) {
+    for (const int flags : {0x80, 0x40, 0x10, 0xC0, 0x50}) {
+        Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);
+        set(message, 8 + 28 + 32 + 4, flags);
+        MESS_set(0, MESS_WARN);
+        std::vector<GRD_report> records;
+        const test::Output said = test::capture([&] { records = read(join({message, message})); });
+        ASSERT_EQ(records.size(), 2U) << flags;
+        EXPECT_FALSE(records[1].grid) << flags;
+        const std::string words = "GRIB_BDB: packing of this field is not decoded: " + std::to_string(flags >> 4);
+        EXPECT_NE((said.out + said.err).find(words), std::string::npos) << said.out << said.err;
+    }
 }
 
 }  // namespace

@@ -57,9 +57,9 @@ TEST_F(MapBackground, CoastsLieWhereTheProjectionPutsThem) {
         for (const char* file : {"text.map", "binary.map"}) {
             const test::Drawn drawn = draw_map(domain, dir.file(file) + ":Green");
             ASSERT_EQ(drawn.paths.size(), 2U) << domain << file;
-            for (const test::Drawn_path& path : drawn.paths) {
+            for (const test::Drawn_mark& path : drawn.paths) {
                 const Degrees& want = path.pts.size() == island.size() ? island : coast;
-                EXPECT_EQ(path.color, CLR_get_ind("green"));
+                EXPECT_EQ(path.number("PL_CLR"), CLR_get_ind("green"));
                 EXPECT_FALSE(path.filled);
                 ASSERT_EQ(path.pts.size(), want.size()) << domain << file;
                 for (std::size_t i = 0; i < want.size(); ++i) {
@@ -85,7 +85,7 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
     for (const auto& [domain, width] : widths) {
         const test::Drawn drawn = draw_map(domain, dir.file("round.map"));
         double length = 0.0;
-        for (const test::Drawn_path& path : drawn.paths) {
+        for (const test::Drawn_mark& path : drawn.paths) {
             for (std::size_t i = 1; i < path.pts.size(); ++i) {
                 const double step = path.pts[i].x - path.pts[i - 1].x;
                 EXPECT_GT(step, 0.0) << domain;
@@ -99,7 +99,7 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
     // On a disc the points behind the limb are left out.
     const test::Drawn disc = draw_map("or:0:30,0,30,61,61,2", dir.file("round.map"));
     ASSERT_FALSE(disc.paths.empty());
-    for (const test::Drawn_path& path : disc.paths) {
+    for (const test::Drawn_mark& path : disc.paths) {
         for (const Gpt& pt : path.pts) EXPECT_LT(std::hypot(pt.x, pt.y), 63.8);
     }
 }
@@ -165,15 +165,15 @@ TEST_F(MapBackground, LinesOfTheWorldAreSpacedAndLabelled) {
         const test::Drawn drawn = draw_map("ll,0,0,73,37,5,5", c.item);
         std::set<float> lats;
         std::set<float> lons;
-        for (const test::Drawn_path& path : drawn.paths) {
+        for (const test::Drawn_mark& path : drawn.paths) {
             const Gpt& a = path.pts.front();
             const Gpt& b = path.pts.back();
-            EXPECT_EQ(path.color, CLR_get_ind(c.color)) << c.item;
+            EXPECT_EQ(path.number("PL_CLR"), CLR_get_ind(c.color)) << c.item;
             if (a.y == b.y) lats.insert(a.y);
             if (a.x == b.x) lons.insert(a.x);
         }
         std::map<std::string, Gpt> labels;
-        for (const test::Drawn_text& text : drawn.texts) labels[text.str] = text.at;
+        for (const test::Drawn_mark& text : drawn.texts) labels[text.str] = text.pts[0];
         for (float lat = 0; lat < 90; lat += c.dlat) {
             const std::string number = std::to_string(std::lround(lat));
             for (const float side : {1.0F, -1.0F}) {
@@ -197,6 +197,33 @@ TEST_F(MapBackground, LinesOfTheWorldAreSpacedAndLabelled) {
         }
     }
     EXPECT_TRUE(draw_map("ll,0,0,73,37,5,5", "lalo:30:60:off").paths.empty());
+}
+
+/// Meridians stop short of the pole where they meet there, at a parallel of the lattice.
+TEST_F(MapBackground, MeridiansEndAtTheLastParallel) {
+    const std::map<std::string, float> ends{
+        {"ps:90:-100,90,-100,61,61,2", 80}, {"lc:45:-100:45,80,-100,61,61,1", 80}, {"or:60:0,60,0,61,61,2", 90}};
+    for (const auto& [domain, end] : ends) {
+        float north = 0;
+        for (const test::Drawn_mark& path : draw_map(domain, "lalo:20:40").paths) {
+            for (const Gpt& pt : path.pts) {
+                float lat = 0;
+                float lon = 0;
+                MAP_untran(pt.x, pt.y, &lat, &lon);
+                north = std::max(north, lat);
+            }
+        }
+        EXPECT_NEAR(north, end, 0.05) << domain;
+    }
+}
+
+TEST_F(MapBackground, PatternsMakeAreas) {
+    dir.write("a.map", record({{44, -98}, {46, -96}, {44, -96}, {44, -98}}));
+    const test::Drawn drawn = draw_map("lc:45:-97:45,45,-97,61,41,1", dir.file("a.map") + ":Red:fi=hat");
+    ASSERT_EQ(drawn.paths.size(), 1U);
+    EXPECT_TRUE(drawn.paths[0].filled);
+    EXPECT_EQ(drawn.paths[0].number("FA_CLR"), CLR_get_ind("red"));
+    EXPECT_EQ(drawn.paths[0].number("FA_ST"), 9);
 }
 
 }  // namespace

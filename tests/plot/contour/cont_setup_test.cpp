@@ -11,8 +11,7 @@
 #include "grid/grd_tool.h"
 #include "plot/contour/cont.h"
 #include "plot/contour/cont_state.h"
-#include "plot/page/colors.h"
-#include "support/support.h"
+#include "plot/meta_plot.h"
 
 namespace zav {
 namespace {
@@ -181,6 +180,46 @@ TEST_F(ContSetup, ParametersOfTheRunReachTheSettings) {
     CONT_param_decode();
     EXPECT_EQ(CONT_get_map_order(), CONT_UNDER_MAP);
     EXPECT_EQ(cont.rot_label, 0);
+}
+
+class ContAttributes : public test::MetaPlot {};
+
+/// Levels -2, 0, 2 and 4 of a list whose third band has a style and a width of its own.
+TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
+    struct Case {
+        const char* format;
+        float base;
+        std::array<float, 4> types;  ///< line types of the levels
+        float width;                 ///< of the levels without their own
+        const char* color;           ///< null: those of the bands
+    };
+    for (const Case& c : {Case{"ln", FMISS, {1, 1, 3, 1}, 0, "white"}, Case{"dln", FMISS, {2, 2, 3, 2}, 0, "white"},
+                          Case{"ndln", FMISS, {2, 1, 3, 1}, 0, "white"}, Case{"ndln", 3, {2, 2, 3, 1}, 0, "white"},
+                          Case{"ndln:st=5:wi=2:co=red", FMISS, {5, 1, 3, 1}, 2, "red"},
+                          Case{"ln:st=4:wi=3:co=off", FMISS, {4, 4, 3, 4}, 3, nullptr}}) {
+        const test::Drawn drawn = plot("ps:90:0,90,0,5,5,1", [&] {
+            GRD_report grid;
+            MAP_get_domain(&grid.domain);
+            grid.grid = std::shared_ptr<float[]>(new float[25]);
+            for (int i = 0; i < 25; i++) grid.grid[i] = 2.0F * static_cast<float>(i % 5) - 3.0F;
+            cont = Cont_state{};
+            CONT_set_format(CONT_LINE, c.format);
+            CONT_format_decode_type(c.format);
+            CONT_set_fill_colors("-2:blue,0:red,2:green:st=3:wi=5,4:cyan", 1);
+            CONT_set_base(c.base);
+            CONT_set_cont_ext(&grid);
+            CONT_set_label_type(0, 0);
+            CONT_draw(&grid);
+        });
+        ASSERT_EQ(drawn.paths.size(), 16U) << c.format;
+        const char* bands[] = {"blue", "red", "green", "cyan"};
+        for (const test::Drawn_mark& line : drawn.paths) {
+            const auto level = static_cast<std::size_t>(line.pts[0].x);  // upright lines amid the columns
+            EXPECT_EQ(line.number("PL_TYPE", 1), c.types[level]) << c.format;
+            EXPECT_EQ(line.number("PL_LW", 0), level == 2 ? 5 : c.width) << c.format;
+            EXPECT_EQ(line.number("PL_CLR", 1), CLR_get_ind(c.color != nullptr ? c.color : bands[level])) << c.format;
+        }
+    }
 }
 
 }  // namespace

@@ -96,6 +96,18 @@ struct Attrib_case {
     Gattribs want;
 };
 
+TEST_F(Colors, EntriesMayBeginWithANumber) {
+    CLR_read_table(dir.write("t.clr", "0 Black 0 0 0\n-1 Red 1 0 0\n+12 Sea 0 0.5 1\n-Odd 1 1 0\n").c_str());
+    for (const auto& [name, index] : {std::pair{"Black", 0}, {"Red", 1}, {"Sea", 2}, {"-Odd", 3}}) {
+        EXPECT_EQ(CLR_get_ind(name), index) << name;
+    }
+    float red = 0;
+    float grn = 1;
+    float blu = 1;
+    CLR_get_rgb(1, &red, &grn, &blu);
+    EXPECT_EQ(red + 10 * grn + 100 * blu, 1);
+}
+
 TEST_F(Colors, AttributeStrings) {
     CLR_read_table(dir.write("t.clr", "Black 0 0 0\nRed 1 0 0\n").c_str());
     constexpr int N = MISS;

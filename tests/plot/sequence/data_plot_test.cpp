@@ -4,11 +4,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "calc/grd_calc.h"
 #include "frame/flag.h"
+#include "frame/resrc.h"
 #include "grid/grd_tool.h"
+#include "map/maptran.h"
 #include "plot/contour/cont_state.h"
 #include "plot/meta_plot.h"
+#include "plot/page/plt_labl.h"
+#include "plot/sequence/plt_plot.h"
+#include "support/support.h"
 #include "var/var_tool.h"
 
 namespace zav {
@@ -52,6 +59,23 @@ TEST_F(DataPlot, VectorTakesTheUnitsOfItsGrids) {
     DATA_info info;
     DATA_plot_grid(0, &info);
     EXPECT_EQ(VAR_get_units(0), "m/s");
+}
+
+TEST_F(DataPlot, ValuesAreReadOutUnlessAListOfFilesHasAStation) {
+    ASSERT_EQ(VAR_setup(nullptr, "hght:gpm:ln"), 1);
+    GRD_report* grid = GRD_get_grid(0);
+    grid->domain.proj = PROJ_LATLON;
+    grid->domain.clat = grid->domain.clon = 0.0F;
+    grid->domain.dx = grid->domain.dy = 1.0F;
+    grid->domain.nx = grid->domain.ny = 3;
+    ASSERT_EQ(GRD_alloc(grid), 1);
+    std::fill_n(grid->grid.get(), 9, 42.5F);
+    MAP_domain(&grid->domain);
+    for (const char* files : {"one.grb", "one.grb,two.grb"}) {
+        RES_put("filename", files);
+        const std::string said = test::capture([] { PLT_print_values("v-Alt", 0.0F, 0.0F); }).out;
+        EXPECT_NE(said.find("=  42.50\n"), std::string::npos) << files << said;
+    }
 }
 
 class DataPage : public test::MetaPlot {

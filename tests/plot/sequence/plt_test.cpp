@@ -5,7 +5,7 @@
 #include "map/maptran.h"
 #include "plot/contour/cont_state.h"
 #include "plot/meta_plot.h"
-#include "plot/wind/vecttool.h"
+#include "plot/page/plt_state.h"
 
 namespace zav {
 namespace {
@@ -96,34 +96,81 @@ class PltPlot : public test::MetaPlot {
     }
 };
 
+/// Labels stack upward from the line next to the plot above it, and from the far one below it.
 TEST_F(PltPlot, LabelsStandRoundTheViewport) {
+    struct Case {
+        bool inside;
+        int lines, base, type;
+    };
     Glim view;
     PLT_get_view(&view);
-    PLT_set_overlay(0);
-    PLT_label_up_left("upper");
-    PLT_next_overlay();
-    PLT_label_up_left("second");
-    PLT_next_overlay();
-    PLT_set_overlay(0);
-    PLT_label_low_right("lower");
-    RES_put("label", "uc:by_hand%%");
-    EXPECT_EQ(PLT_labels(), 0);
-    const float dy = std::min(view.y_min / 2, 0.03F * (view.y_max - view.y_min));
-    const test::Drawn drawn = close();
-    const auto place = [&drawn](const std::string& label) {
-        Gpt at;
-        for (const test::Drawn_text& text : drawn.texts) {
-            if (text.str == label) at = text.at;
+    const float width = view.x_max - view.x_min;
+    const float x[3] = {view.x_min + 0.01F * width, (view.x_min + view.x_max) / 2, view.x_max - 0.01F * width};
+    for (const Case& c : {Case{false, 1, 0, 0}, Case{false, 2, 0, 1}, Case{false, 4, 1, 0}, Case{true, 1, 0, 0},
+                          Case{true, 3, 0, 0}, Case{false, 3, 0, -1}}) {
+        if (!gchk_graphics()) test::capture([] { PLT_open(1.0F); });
+        PLT_state_get().full_lab = c.inside ? 1 : 0;
+        PLT_init_labels();
+        PLT_set_label_type(0);
+        PLT_set_overlay_base(c.base);
+        for (int line = 0; line < c.lines; ++line) {
+            PLT_set_overlay(line);
+            const std::string name = std::to_string(line);
+            PLT_label_up_left("ul" + name);
+            PLT_label_up_center("uc" + name);
+            PLT_label_up_right("ur" + name);
+            PLT_label_low_left("ll" + name);
+            PLT_label_low_center("lc" + name);
+            PLT_label_low_right("lr" + name);
         }
-        return at;
-    };
-    const float margin = 0.01F * (view.x_max - view.x_min);
-    EXPECT_NEAR(place("upper").x, view.x_min + margin, 1e-5);
-    EXPECT_NEAR(place("upper").y, view.y_max + 0.2F * dy, 1e-5);
-    EXPECT_NEAR(place("second").y - place("upper").y, dy, 1e-5);
-    EXPECT_NEAR(place("lower").x, view.x_max - margin, 1e-5);
-    EXPECT_NEAR(place("lower").y, view.y_min - 1.2F * dy, 1e-5);
-    EXPECT_NEAR(place("by hand%").x, 0.5F * (view.x_min + view.x_max), 1e-5);
+        PLT_set_label_type(c.type);
+        PLT_set_num_overlay(-c.lines);
+        EXPECT_EQ(PLT_labels(), 0);
+        const int shown = c.type < 0 ? 1 : c.lines;
+        const float space = c.inside ? 0.06F : view.y_min;
+        const float dy = std::min(space / static_cast<float>(shown), 0.03F * (view.y_max - view.y_min));
+        const float gap = c.inside ? -0.2F * dy - static_cast<float>(shown) * dy : 0.2F * dy;
+        const test::Drawn drawn = close();
+        ASSERT_EQ(drawn.texts.size(), 6U * shown) << c.lines;
+        for (const test::Drawn_mark& text : drawn.texts) {
+            const bool upper = text.str[0] == 'u';
+            const int column = text.str[1] == 'l' ? 0 : text.str[1] == 'c' ? 1 : 2;
+            const int line = text.str[2] - '0' + c.base;
+            const float first = upper ? view.y_max + gap : view.y_min - gap - static_cast<float>(shown - 1) * dy;
+            EXPECT_NEAR(text.pts[0].x, x[column], 1e-5) << text.str;
+            EXPECT_NEAR(text.pts[0].y, first + static_cast<float>(line) * dy, 1e-5) << text.str;
+            EXPECT_NEAR(text.number("TE_HGHT"), 0.75F * dy, 1e-5) << text.str;
+            EXPECT_EQ(text.attributes.at("TE_ALGN"), std::to_string(column + 1) + (upper ? " 4" : " 2")) << text.str;
+        }
+    }
+    PLT_state_get().full_lab = 0;
+    PLT_set_overlay_base(0);
+    PLT_set_label_type(0);
+}
+
+/// Items of the user: a text at a place, or the line that a digit names; the bar and the key take places away.
+TEST_F(PltPlot, LabelsOfTheUser) {
+    PLT_set_num_overlay(-3);
+    PLT_set_overlay(0);
+    PLT_label_up_center("of a layer");
+    PLT_set_overlay(1);
+    PLT_label_up_center("of the next layer");
+    PLT_label_low_left("under the bar");
+    PLT_label_low_right("under the key");
+    PLT_layer_requests() = {1, 1};
+    RES_put("label", "uc:by_hand%%,ul2:third");
+    EXPECT_EQ(PLT_labels(), 0);
+    PLT_layer_requests() = {};
+    std::string texts;
+    float third = 0;
+    float first = 0;
+    for (const test::Drawn_mark& text : close().texts) {
+        texts += text.str + ";";
+        (text.str == "third" ? third : first) = text.pts[0].y;
+    }
+    RES_put("label", "");
+    EXPECT_EQ(texts, "third;by hand%;");
+    EXPECT_GT(third, first);
 }
 
 TEST_F(PltPlot, NoRoomNoLabels) {
@@ -170,23 +217,6 @@ TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
     EXPECT_EQ(PLT_get_zoom(), 0);
     EXPECT_EQ(zoomed.clat, 40);
     close();
-}
-
-TEST(VectTools, WindsByHand) {
-    float a = 0, b = 0;
-    EXPECT_EQ(wind2vect(270, 10, &a, &b), 0);
-    EXPECT_NEAR(a, 10, 1e-5);
-    EXPECT_NEAR(b, 0, 1e-5);
-    EXPECT_EQ(vect2wind(-3, -4, &a, &b), 0);
-    EXPECT_NEAR(a, 36.8699, 1e-4);
-    EXPECT_NEAR(b, 5, 1e-6);
-    vect2polar(-3, -4, &a, &b);
-    EXPECT_NEAR(a, -143.1301, 1e-4);
-    EXPECT_EQ(vect2wind(FMISS, 0, &a, &b), -1);
-    EXPECT_EQ(a, FMISS);
-    VECT w;
-    cross_product({1, 0, 0}, {0, 1, 0}, &w);
-    EXPECT_EQ(w.z, 1);
 }
 
 TEST(PltParam, WordsTakeEffect) {
