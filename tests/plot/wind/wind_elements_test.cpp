@@ -91,8 +91,16 @@ TEST_F(Wind, SymbolsAreFoundByTheirFirstListedPrefix) {
         EXPECT_EQ(WX_symb(0.2F, 0.2F, "tsra", 0.5F), 1);
         EXPECT_EQ(WX_symb(0, 0, "X", 1), 0);
         EXPECT_EQ(WX_symb(0, 0, " T", 1), 0);
+        for (int k = 0; k < 9; ++k) {
+            GPH_text_align(1 + k % 3, std::array<int, 3>{GBASE_VERT, GHALF_VERT, GTOP_VERT}[k / 3]);
+            WX_symb(0.5F, 0.5F, "T", 0.2F);
+        }
     });
-    ASSERT_EQ(all.size(), 2U);
+    ASSERT_EQ(all.size(), 20U);
+    for (int k = 0; k < 9; ++k) {  // left, centre, right; base, half, top
+        const Gpt& start = all[2 + 2 * k].pts[0];
+        EXPECT_NEAR(std::hypot(start.x - 0.5 + 0.1 * (k % 3), start.y - 0.5 + 0.1 * (k / 3)), 0, 1e-5) << k;
+    }
     EXPECT_NEAR(all[0].pts[1].x, 0.7F, 1e-5);
     EXPECT_TRUE(all[1].filled);
 }

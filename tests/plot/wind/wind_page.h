@@ -111,6 +111,11 @@ inline void expect_same(const std::vector<Stroke>& drawn, const std::vector<Stro
     EXPECT_EQ(drawn.size(), wanted.size());
 }
 
+/// The strokes of a page in tests/data, which were worked out from the rules by a program of its own.
+inline void expect_page(const std::vector<Stroke>& drawn, const std::string& name) {
+    expect_same(drawn, read_strokes(test::read_file(test::source_dir() + "/tests/data/wind_" + name + ".txt")));
+}
+
 class Wind : public test::TempDirTest {
   protected:
     void SetUp() override {
