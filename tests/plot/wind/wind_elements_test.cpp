@@ -1,6 +1,6 @@
 // Barbs, arrows, tracks, weather symbols and station circles, each page against the strokes of its rules.
 
-#include <map>
+#include <array>
 #include <random>
 
 #include "gks/gks_text.h"
@@ -12,35 +12,45 @@
 namespace zav {
 namespace {
 
-TEST_F(Wind, ElementsFollowTheirRules) {
-    std::mt19937 random(3);
-    const auto any = [&](double from, double to) {
+std::function<float(double, double)> random_numbers(unsigned seed) {
+    return [random = std::mt19937(seed)](double from, double to) mutable {
         return static_cast<float>(std::uniform_real_distribution<double>(from, to)(random));
     };
+}
+
+TEST_F(Wind, BarbsFollowTheirRules) {
+    const auto any = random_numbers(3);
     Page page;
     const auto all = drawn([&] {
         for (int i = 0; i <= 400; ++i) {
-            const float x = any(0, 1), y = any(0, 1), from = any(-360, 720), size = any(0.02, 2), head = any(-0.5, 1.5);
+            const float x = any(0, 1), y = any(0, 1), from = any(-360, 720), size = any(0.02, 2), offset = any(-0.5, 1);
             // Each side of every step of the feathers, and calm air.
-            const float spd =
-                std::max(0.0F, static_cast<float>(i / 4 * 5 - 2) + std::array{-0.1F, -0.015F, -0.005F, 2.0F}[i % 4]);
-            const bool southern = i % 3 == 0;
-            EXPECT_EQ(WIND_barb(x, y, from, spd, size, head, southern), spd == 0 ? -1 : 0);
-            page.barb(x, y, from, spd, size, head, southern);
-            EXPECT_EQ(WIND_vect(x, y, from, spd / 100, size, head), spd == 0 ? -1 : 0);
-            page.vect(x, y, from, spd / 100, size, head);
-            EXPECT_EQ(WIND_track(x, y, from, size, head, i % 7 - 1, i), 0);
-            page.track(x, y, from, size, head, i % 7 - 1);
+            const std::array beside{-0.1F, -0.015F, -0.005F, 2.0F};
+            const float spd = std::max(0.0F, static_cast<float>(i / 4 * 5 - 2) + beside[i % 4]);
+            EXPECT_EQ(WIND_barb(x, y, from, spd, size, offset, i % 3 == 0), spd == 0 ? -1 : 0);
+            page.barb(x, y, from, spd, size, offset, i % 3 == 0);
         }
-        for (const auto& [from, spd] :
-             {std::pair(FMISS, 10.0F), {90.0F, FMISS}, {NAN, 10.0F}, {90.0F, NAN}, {90.0F, 0.0F}}) {
+    });
+    expect_same(all, page.strokes);
+}
+
+TEST_F(Wind, ArrowsAndTracksAreThoseOfThePage) {
+    const auto any = random_numbers(4);
+    const auto all = drawn([&] {
+        for (int i = 0; i < 60; ++i) {
+            const float x = any(0, 1), y = any(0, 1), from = any(-360, 720), size = any(0.02, 2), head = any(-0.5, 1.5);
+            EXPECT_EQ(WIND_vect(x, y, from, any(0.1, 3), size, head), 0);
+            EXPECT_EQ(WIND_track(x, y, from, size, head, i % 7 - 1, i), 0);
+        }
+        const std::pair<float, float> calms[] = {{FMISS, 10}, {90, FMISS}, {NAN, 10}, {90, NAN}, {90, 0}};
+        for (const auto& [from, spd] : calms) {
             EXPECT_EQ(WIND_barb(0, 0, from, spd, 1, 0), -1);
             EXPECT_EQ(WIND_vect(0, 0, from, spd, 1, 1), -1);
             EXPECT_EQ(WIND_track(0, 0, from, spd, 1, 4, 0), -1);
         }
         EXPECT_EQ(WIND_barb(0, 0, 90, -20, 1, 0), -1);
     });
-    expect_same(all, page.strokes);
+    expect_page(all, "arrows");
 }
 
 TEST(WindConversion, FollowsItsFormulas) {
@@ -142,52 +152,11 @@ TEST_F(Wind, TheShippedSymbolsAreComplete) {
     for (const char* code : {"TSRA", "-SN", "FZRA", "BR", "61", "95"}) EXPECT_EQ(WX_symb(0, 0, code, 1), 1) << code;
 }
 
-/// Circles by their codes: L a line and F an area through points of the circle at these degrees, * all round in steps
-/// of 30, . the centre, m the letter.
-const std::map<std::string, std::string> COVERS{
-    {"0Cbosx", "L *"},
-    {"1F", "L * L 90 -90"},
-    {"2S", "L * F 0 30 60 90 . 0"},
-    {"3", "L * F 0 30 60 90 . 0 L . -90"},
-    {"4", "L * F -90 -60 -30 0 30 60 90 -90"},
-    {"5", "L * F -90 -60 -30 0 30 60 90 -90 L . 180"},
-    {"6B", "L * F -180 -150 -120 -90 -60 -30 0 30 60 90 . 180"},
-    {"7", "L * F -75 -60 -30 0 30 60 75 -75 F 105 120 150 180 210 240 255 105"},
-    {"8O", "F *"},
-    {"9X", "L * L 45 225 L 135 315"},
-    {"?Mz ", "L * L m"},
-};
-
-TEST_F(Wind, CirclesShowTheCover) {
-    constexpr float X = 0.5F, Y = 0.3F, RAD = 0.2F;
-    Page page;
-    const auto all = drawn([&] {
-        for (const auto& [codes, rule] : COVERS) {
-            for (const char code : codes) {
-                EXPECT_EQ(WX_cloud(X, Y, RAD, code), 0);
-                std::istringstream words(rule);
-                for (std::string word; words >> word;) {
-                    const auto add = [&](double x, double y) {
-                        page.strokes.back().pts.push_back(Page::point(X + RAD * x, Y + RAD * y));
-                    };
-                    const auto turn = [&](int deg) { add(std::cos(deg * M_PI / 180), std::sin(deg * M_PI / 180)); };
-                    if (word == "L" || word == "F") {
-                        page.strokes.push_back({word == "F", {}});
-                    } else if (word == "*") {
-                        for (int deg = 0; deg <= 360; deg += 30) turn(deg);
-                    } else if (word == "m") {
-                        for (const Gpt& pt : {Gpt{-1, -1}, {-1, 1}, {0, 0}, {1, 1}, {1, -1}})
-                            add(0.7 * pt.x, 0.7 * pt.y);
-                    } else if (word == ".") {
-                        add(0, 0);
-                    } else {
-                        turn(std::stoi(word));
-                    }
-                }
-            }
-        }
+TEST_F(Wind, CirclesAreThoseOfThePage) {
+    const auto all = drawn([] {
+        for (const char code : std::string("012345678CFSBOXMbosx9z?")) EXPECT_EQ(WX_cloud(0.5F, 0.3F, 0.2F, code), 0);
     });
-    expect_same(all, page.strokes);
+    expect_page(all, "circles");
 }
 
 }  // namespace

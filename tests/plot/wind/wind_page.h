@@ -50,31 +50,6 @@ struct Page {
     void add(bool filled, const std::vector<Gpt>& pts) {
         if (gpts_in_win(static_cast<Gint>(pts.size()), pts.data()) != 0) strokes.push_back({filled, pts});
     }
-    void line(double x1, double y1, double x2, double y2) { add(false, {point(x1, y1), point(x2, y2)}); }
-    /// Two lines back and across from the tip by (u, v).
-    void head(double x, double y, double u, double v) {
-        line(x, y, x - u + v, y - v - u);
-        line(x, y, x - u - v, y - v + u);
-    }
-    void vect(double x, double y, double dir, double spd, double size, double head_size) {
-        if (spd == 0) return;
-        const double u = -size * spd * std::sin(dir * M_PI / 180);
-        const double v = -size * spd * std::cos(dir * M_PI / 180);
-        line(x, y, x + u, y + v);
-        if (head_size > 0) head(x + u, y + v, 0.2 * head_size * u, 0.2 * head_size * v);
-    }
-    void track(double x, double y, double dir, double spd, double head_size, int ticks) {
-        const double u = -std::sin(dir * M_PI / 180);
-        const double v = -std::cos(dir * M_PI / 180);
-        const double tick = 0.2 * head_size;
-        line(x, y, x + spd * u, y + spd * v);
-        for (int i = 0; i < ticks; ++i) {
-            const double px = x + u * spd * i / ticks;
-            const double py = y + v * spd * i / ticks;
-            line(px - tick * v, py + tick * u, px + tick * v, py - tick * u);
-        }
-        if (head_size > 0) head(x + spd * u, y + spd * v, tick * u, tick * v);
-    }
     void barb(double x, double y, double dir, double spd, double size, double offset, bool southern) {
         if (spd <= 0) return;
         const double u = std::sin(dir * M_PI / 180);
