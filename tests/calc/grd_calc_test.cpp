@@ -52,8 +52,7 @@ TEST(CalcFrame, ArgumentsAreGridsOrNumbers) {
     values[1] = 273.15F;
     EXPECT_EQ(GRD_find_num_data(grids.data(), values.data()), 2);
     std::array<float*, GRD_MATH_MAX> ptr{};
-    int nx = 0;
-    int ny = 0;
+    int nx = 0, ny = 0;
     const auto set_up = [&](int num, const char* units) {
         return GRD_math_setup(ptr.data(), &nx, &ny, num, grids.data(), values.data(), "add", "", units);
     };

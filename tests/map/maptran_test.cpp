@@ -83,6 +83,16 @@ TEST_P(Projection, AgreesWithReferenceAndComesBack) {
 INSTANTIATE_TEST_SUITE_P(All, Projection, ::testing::ValuesIn(cases()),
                          [](const ::testing::TestParamInfo<Case>& row) { return row.param.name; });
 
+using Pair = std::pair<float, float>;
+
+/// Both results of a transform.
+template <typename Transform>
+Pair both(Transform transform, float a, float b) {
+    Pair result;
+    transform(a, b, &result.first, &result.second);
+    return result;
+}
+
 TEST(Maptran, ClampsAndWraps) {
     struct Row {
         int proj;
@@ -97,30 +107,12 @@ TEST(Maptran, ClampsAndWraps) {
     for (const Row& row : rows) {
         const Domain d = make_domain(row.proj, row.plat, 0);
         MAP_domain(&d);
-        float x1 = 0, y1 = 0, x2 = 1, y2 = 1;
-        EXPECT_EQ(MAP_tran(row.lat, row.lon, &x1, &y1), 1);
-        EXPECT_EQ(MAP_tran(row.same_lat, row.same_lon, &x2, &y2), 1);
-        EXPECT_EQ(x1, x2) << row.proj;
-        EXPECT_EQ(y1, y2) << row.proj;
+        EXPECT_EQ(both(MAP_tran, row.lat, row.lon), both(MAP_tran, row.same_lat, row.same_lon)) << row.proj;
     }
-    float x = 0;
-    float y = 0;
     const Domain d = make_domain(PROJ_LATLON, 0, 0);
     MAP_domain(&d);
-    MAP_tran(10, 190, &x, &y);
-    EXPECT_EQ(x, -170.0F);
-    MAP_tran(0, 3e30F, &x, &y);  // a longitude far beyond the precision of a float ends too
-    EXPECT_LE(std::fabs(x), 180.0F);
-}
-
-using Pair = std::pair<float, float>;
-
-/// Both results of a transform.
-template <typename Transform>
-Pair both(Transform transform, float a, float b) {
-    Pair result;
-    transform(a, b, &result.first, &result.second);
-    return result;
+    EXPECT_EQ(both(MAP_tran, 10, 190), Pair(-170, 10));
+    EXPECT_LE(std::fabs(both(MAP_tran, 0, 3e30F).first), 180.0F);  // far beyond the precision of a float
 }
 
 TEST(Maptran, HidesWhatTheProjectionCannotShow) {

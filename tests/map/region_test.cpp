@@ -64,17 +64,13 @@ TEST_F(Region, ProjectionWordsAreToldByTheirBeginning) {
     for (const char* none : {"", "l", "x", "q"}) EXPECT_EQ(DOM_proj_str(none), -1) << none;
 }
 
-/// Those of the table have a name in printed domains.
 TEST_F(Region, ProjectionsArePrintedByName) {
-    const std::map<int, std::string> names{{1, "pstereo"}, {2, "latlon"}, {3, "merc"},   {4, "lamb"},  {5, "ortho"},
-                                           {6, "gnom"},    {7, "moll"},   {8, "lambaz"}, {9, "sat"},   {20, "xy"},
-                                           {21, "xz"},     {22, "xlogp"}, {23, "polar"}, {24, "cat"},  {40, "skewt"},
-                                           {41, "stuve"},  {42, "ema"},   {50, "zoom"},  {99, "pixel"}};
-    for (int proj = 0; proj < 120; ++proj) {
-        Domain domain;
-        domain.proj = proj;
+    std::map<int, std::string> names;
+    for (const auto& row : test::read_table("projection_names.tsv")) names[std::stoi(row[0])] = row[1];
+    for (Domain domain; domain.proj < 120; ++domain.proj) {
+        domain.proj = std::max(domain.proj, 0);
         const std::string text = DOM_text(&domain);
-        EXPECT_EQ(text.substr(0, text.find(':')), names.count(proj) != 0 ? names.at(proj) : "") << proj;
+        EXPECT_EQ(text.substr(0, text.find(':')), names[domain.proj]) << domain.proj;
     }
 }
 
@@ -222,20 +218,13 @@ TEST_F(Region, HeightSetsTheStationPriority) {
 TEST(RegionShipped, EveryRegionDecodes) {
     RES_put("file_path", test::source_dir() + "/share/zav");
     ASSERT_EQ(DOM_read_menu("zav.reg"), 1);
-    const std::string file = test::read_file(test::source_dir() + "/share/zav/zav.reg");
-    std::istringstream lines(file);
-    std::string abbr, name, show, text, line;
+    std::istringstream words(test::read_file(test::source_dir() + "/share/zav/zav.reg"));
     int count = 0;
-    while (std::getline(lines, line)) {
-        std::istringstream words(line);
-        ASSERT_TRUE(words >> abbr >> name >> show >> text) << line;
-        EXPECT_LE(abbr.size(), 5U) << line;
-        EXPECT_LE(name.size(), 20U) << line;
+    for (std::string abbr, name, show, text; words >> abbr >> name >> show >> text; ++count) {
+        EXPECT_TRUE(abbr.size() <= 5 && name.size() <= 20) << abbr;
         Domain domain;
-        EXPECT_EQ(DOM_decode(abbr, &domain), 2) << line;
-        EXPECT_GT(domain.proj, 0) << line;
-        EXPECT_TRUE(domain.nx > 1 && domain.ny > 1 && domain.dx > 0 && domain.dy > 0) << line;
-        count++;
+        EXPECT_EQ(DOM_decode(abbr, &domain), 2) << abbr;
+        EXPECT_TRUE(domain.proj > 0 && domain.nx > 1 && domain.ny > 1 && domain.dx > 0 && domain.dy > 0) << abbr;
     }
     EXPECT_GT(count, 50);
 }
