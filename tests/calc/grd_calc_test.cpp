@@ -29,66 +29,47 @@ TEST(CalcFrame, NamesAreKnown) {
     }
 }
 
+GRD_report make_record(int nx, int ny) {
+    GRD_report record;
+    GRD_init(&record);
+    record.source = 7;
+    record.units = "K";
+    record.domain.nx = nx;
+    record.domain.ny = ny;
+    EXPECT_EQ(GRD_alloc(&record), 1);
+    record.grid[0] = 5.0F;
+    return record;
+}
+
 TEST(CalcFrame, ArgumentsAreGridsOrNumbers) {
     GRD_report result;
     GRD_init(&result);
-    GRD_report argument;
-    GRD_init(&argument);
-    argument.source = 7;
-    argument.units = "K";
-    argument.domain.nx = 2;
-    argument.domain.ny = 3;
-    ASSERT_EQ(GRD_alloc(&argument), 1);
-    argument.grid[0] = 5.0F;
-    std::array<GRD_report*, GRD_MATH_MAX> grids{&result, &argument};
-    std::array<float, GRD_MATH_MAX> values;
-    values.fill(FMISS);
-    EXPECT_EQ(GRD_find_num_data(grids.data(), values.data()), 1);
-    values[2] = 273.15F;
-    EXPECT_EQ(GRD_find_num_data(grids.data(), values.data()), 2);
-    std::array<float*, GRD_MATH_MAX> ptr{};
-    int nx = 0;
-    int ny = 0;
-    ASSERT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 2, grids.data(), values.data(), "add", "", ""), 1);
-    EXPECT_EQ(nx, 2);
-    EXPECT_EQ(ny, 3);
-    EXPECT_EQ(result.source, 7);
-    EXPECT_EQ(result.units, "K");
-    EXPECT_EQ(ptr[0], result.grid.get());
-    EXPECT_EQ(GRD_get_math_val(1, ptr.data(), values.data()), 5.0F);
-    EXPECT_EQ(GRD_get_math_val(2, ptr.data(), values.data()), 273.15F);
-    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 3, grids.data(), values.data(), "add", "", ""), 0);
-    argument.source = 0;  // a field of no known centre
-    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 1, grids.data(), values.data(), "add", "", ""), 1);
-    argument.grid.reset();
-    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 1, grids.data(), values.data(), "add", "", ""), 0);
-}
-
-TEST(CalcFrame, ResultsTakeThePointsOfTheFirstGrid) {
-    GRD_report result;
-    GRD_report grid;
-    GRD_report other;
-    for (GRD_report* record : {&grid, &other}) {
-        GRD_init(record);
-        record->source = 7;
-        record->domain.nx = 2;
-        record->domain.ny = record == &grid ? 3 : 1;
-        ASSERT_EQ(GRD_alloc(record), 1);
-    }
-    GRD_init(&result);
+    GRD_report grid = make_record(2, 3);
+    GRD_report other = make_record(2, 1);
     std::array<GRD_report*, GRD_MATH_MAX> grids{&result, nullptr, &grid};
     std::array<float, GRD_MATH_MAX> values;
     values.fill(FMISS);
-    values[1] = 5.0F;
+    values[1] = 273.15F;
+    EXPECT_EQ(GRD_find_num_data(grids.data(), values.data()), 2);
     std::array<float*, GRD_MATH_MAX> ptr{};
-    int nx = 0;
-    int ny = 0;
-    ASSERT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 2, grids.data(), values.data(), "add", "", nullptr), 1);
-    EXPECT_EQ(ny, 3);
-    EXPECT_EQ(result.source, 7);
-    // A grid of another size would be walked beyond its end.
-    grids[1] = &other;
-    EXPECT_EQ(GRD_math_setup(ptr.data(), &nx, &ny, 2, grids.data(), values.data(), "add", "", nullptr), 0);
+    int nx = 0, ny = 0;
+    const auto set_up = [&](int num, const char* units) {
+        return GRD_math_setup(ptr.data(), &nx, &ny, num, grids.data(), values.data(), "add", "", units);
+    };
+    ASSERT_EQ(set_up(2, nullptr), 1);  // the result takes the points of the first grid
+    EXPECT_TRUE(nx == 2 && ny == 3 && result.source == 7 && result.units == "K" && ptr[0] == result.grid.get());
+    EXPECT_EQ(GRD_get_math_val(1, ptr.data(), values.data()), 273.15F);
+    EXPECT_EQ(GRD_get_math_val(2, ptr.data(), values.data()), 5.0F);
+    EXPECT_EQ(set_up(3, ""), 0);
+    ASSERT_EQ(set_up(2, "m/s"), 1);
+    EXPECT_EQ(result.units, "m/s");
+    grids[1] = &other;  // a grid of another size would be walked beyond its end
+    EXPECT_EQ(set_up(2, nullptr), 0);
+    grids[1] = nullptr;
+    grid.source = 0;  // a field of no known centre
+    EXPECT_EQ(set_up(2, ""), 1);
+    grid.grid.reset();
+    EXPECT_EQ(set_up(2, ""), 0);
 }
 
 TEST(CalcFrame, ArgumentsFollowTheirFunction) {

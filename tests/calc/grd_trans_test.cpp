@@ -39,15 +39,13 @@ TEST(GrdTrans, MaxMin) {
                                 {{NAN, 2, -INFINITY, 1, INFINITY}, 2, 1}};
     for (const Row& row : rows) {
         const GRD_report grid = make_grid(static_cast<int>(row.values.size()), 1, row.values);
-        float max = 0;
-        float min = 0;
+        float max = 0, min = 0;
         EXPECT_EQ(GRD_maxmin(&grid, &max, &min), 0);
         EXPECT_EQ(max, row.max);
         EXPECT_EQ(min, row.min);
     }
     const GRD_report empty;
-    float max = 0;
-    float min = 0;
+    float max = 0, min = 0;
     EXPECT_EQ(GRD_maxmin(&empty, &max, &min), -1);
     EXPECT_EQ(max, FMISS);
 }
@@ -87,8 +85,7 @@ TEST(GrdTrans, ValueOnAnotherMap) {
     Domain mercator = grid.domain;
     mercator.proj = PROJ_MERCATOR;
     MAP_domain(&mercator);
-    float x = 0;
-    float y = 0;
+    float x = 0, y = 0;
     MAP_tran(40.5F, -101, &x, &y);
     EXPECT_NEAR(GRD_get_value_domain(&grid, &mercator, &x, &y), 20, 0.01);
     EXPECT_NEAR(x, 0.5, 1e-3);
@@ -124,8 +121,7 @@ TEST(GrdTrans, PlotPositions) {
     MAP_domain(&target);
     for (int j = 0; j < 2; ++j) {
         for (int i = 0; i < 3; ++i) {
-            float px = 0;
-            float py = 0;
+            float px = 0, py = 0;
             MAP_tran(40.5F - static_cast<float>(j), -102.0F + 2.0F * static_cast<float>(i), &px, &py);
             EXPECT_NEAR(x[j * 3 + i], px, 1e-4);
             EXPECT_NEAR(y[j * 3 + i], py, 1e-4);

@@ -1,13 +1,16 @@
 // Domain texts, region files and their menu.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <map>
 #include <sstream>
 
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
-#include "map/region.h"
+#include "map/maptran.h"
+#include "map/region_state.h"
 #include "support/support.h"
 
 namespace zav {
@@ -17,7 +20,7 @@ class Region : public test::TempDirTest {
   protected:
     void SetUp() override {
         FLAG_reset(MISS);
-        DOM_set_prompt_region(1);
+        DOM_module() = {};
         RES_put("file_path", dir.path().string());
         for (const char* name : {"plot_domain", "region", "grid_domain", "stat_prior"}) RES_put(name, "");
     }
@@ -35,50 +38,40 @@ std::string decoded(const std::string& text) {
 }
 
 TEST_F(Region, TextsDecodeByTheFirstPatternThatFits) {
-    struct {
-        const char* text;
-        const char* want;
-    } const cases[] = {
-        {"ps,-90,40,-100,30,20,1,2", "1: 1 -9999 -90 c 40 -100 n 30 20 d 1 2"},
-        {"ll,40,-100,30,20,1,2", "1: 2 -9999 -9999 c 40 -100 n 30 20 d 1 2"},
-        {"ps,-90,40,-100,1.1,2.2", "1: 1 -9999 -90 c 40 -100 n 25 17 d 1.1 2.2"},
-        {"ps:90:-100,45,-100,61,45,1.2", "1: 1 90 -100 c 45 -100 n 61 45 d 1.2 1.2"},
-        {"lc:25:-90:25:25,-95,40,-95,2,2", "1: 4 25 -95 c 40 -95 n 25 17 d 2 2"},
-        {"lc,50,10,61,45,0.8", "1: 4 -9999 -9999 c 50 10 n 61 45 d 0.8 0.8"},
-        {"lc,10,50,12,2,2", "1: 4 -9999 10 c 50 12 n 25 17 d 2 2"},
-        {"ps,40,-100,25,17,1.2", "1: 1 -9999 -9999 c 40 -100 n 25 17 d 1.2 1.2"},
-        {"40,-100,30,20,1,2", "1: 1 -9999 -9999 c 40 -100 n 30 20 d 1 2"},
-        {"me,40,-100,1,2", "1: 3 -9999 -9999 c 40 -100 n 25 17 d 1 2"},
-        {"40,-100,30,20,1", "1: 1 -9999 -9999 c 40 -100 n 30 20 d 1 1"},
-        {"lc:25:-95:25:25,40,-100,2", "1: 4 25 -95 c 40 -100 n 25 17 d 2 2"},
-        {"40,-100,30,20", "1: 1 -9999 -9999 c 40 -100 n 30 20 d 1.2 1.2"},
-        {"40,-100,3", "1: 1 -9999 -9999 c 40 -100 n 25 17 d 3 3"},
-        {"ps:-100,40,-100", "1: 1 -9999 -100 c 40 -100 n 25 17 d 1.2 1.2"},
-        {"zoom,40,-100", "1: 50 -9999 -9999 c 40 -100 n 25 17 d 1 1"},
-        {"size,300,200", "1: 51 -9999 -9999 c -9999 -9999 n 300 200 d -9999 -9999"},
-        {"sizes,300.7,200", "1: 51 -9999 -9999 c -9999 -9999 n 300 200 d -9999 -9999"},
-        {"40,-100", "1: 1 -9999 -9999 c 40 -100 n 25 17 d 1.2 1.2"},
-        {"none", "1: 1 -9999 -9999 c -9999 -9999 n 25 17 d 1.2 1.2"},
-        {"sat:e:0:-75:421.64,0,-75,100,100,1,1", "1: 9 0 -75 c 0 -75 n 100 100 d 1 1"},
-        {"se", "2: 1 -9999 -88 c 31 -88 n 25 17 d 1.1 1.1"},
-        {"nowhere", "2: -1 -9999 -9999 c -9999 -9999 n -9999 -9999 d -9999 -9999"},
-    };
-    for (const auto& c : cases) EXPECT_EQ(decoded(c.text), c.want) << c.text;
+    const auto cases = test::read_table("domain_texts.tsv");
+    EXPECT_GT(cases.size(), 20U);
+    for (const auto& row : cases) EXPECT_EQ(decoded(row[0]), row[1]) << row[0];
     for (const char* text : {"a,b", "40,-100,x", "ps,40,-100,1,2,3,4,5,6", "ps:x:y,40,-100", "nan,nan", ",,,"}) {
-        EXPECT_EQ(decoded(text).substr(0, 2), "-1") << text;
+        Domain domain;
+        EXPECT_EQ(test::capture([&] { EXPECT_EQ(DOM_decode(text, &domain), -1) << text; }).err,
+                  "DOM_decode: Invalid plot domain\n");
     }
     for (const char* text : {"", "miss"}) EXPECT_EQ(decoded(text).substr(0, 5), "-9999") << text;
     EXPECT_EQ(DOM_decode(static_cast<const char*>(nullptr), nullptr), MISS);
 }
 
 TEST_F(Region, ProjectionWordsAreToldByTheirBeginning) {
-    struct {
-        const char* word;
-        int proj;
-    } const cases[] = {{"LATLON", 2}, {"la", 8},     {"lambert", 4}, {"polar", 1}, {"xp", 25},
-                       {"xpp", -1},   {"", -1},      {"miss", MISS}, {"ortho", 5}, {"missing", -1},
-                       {"xlogp", 22}, {"rteph", 44}, {"hodo", 23}};
-    for (const auto& c : cases) EXPECT_EQ(DOM_proj_str(c.word), c.proj) << c.word;
+    std::istringstream words(
+        "ll 2 lat 2 polar 1 ps 1 sat 9 lamb 4 lambaz 8 lc 4 la 8 gn 6 or 5 mo 7 me 3 pix 99 xy 20 xlogy 22 xlogp 22 "
+        "cat 24 skewt 40 ema 42 teph 43 rteph 44 therm 40 stuve 41 hodo 23 vert 22 xp 25 zoom 50 size 51 miss -9999");
+    std::string word;
+    for (int proj = 0; words >> word >> proj;) {
+        EXPECT_EQ(DOM_proj_str(word), proj) << word;
+        EXPECT_EQ(DOM_proj_str(word + "q"), word == "xp" || word == "miss" ? -1 : proj) << word;
+        std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return std::toupper(c); });
+        EXPECT_EQ(MAP_proj_str(word), proj) << word;
+    }
+    for (const char* none : {"", "l", "x", "q"}) EXPECT_EQ(DOM_proj_str(none), -1) << none;
+}
+
+TEST_F(Region, ProjectionsArePrintedByName) {
+    std::map<int, std::string> names;
+    for (const auto& row : test::read_table("projection_names.tsv")) names[std::stoi(row[0])] = row[1];
+    for (Domain domain; domain.proj < 120; ++domain.proj) {
+        domain.proj = std::max(domain.proj, 0);
+        const std::string text = DOM_text(&domain);
+        EXPECT_EQ(text.substr(0, text.find(':')), names[domain.proj]) << domain.proj;
+    }
 }
 
 TEST_F(Region, PrintedDomainsReadBack) {
@@ -108,11 +101,21 @@ TEST_F(Region, MissingReferenceEqualsTheCentre) {
     DOM_decode("40,-100", &dom1);
     DOM_decode("ps:40:-100,40,-100", &dom2);
     EXPECT_TRUE(DOM_comp(&dom1, &dom2) && DOM_comp(&dom2, &dom1) && DOM_comp_proj(&dom1, &dom2));
-    dom2.nx++;
-    EXPECT_FALSE(DOM_comp(&dom1, &dom2));
-    EXPECT_TRUE(DOM_comp_proj(&dom1, &dom2));
-    dom2.plat = 41;
-    EXPECT_FALSE(DOM_comp_proj(&dom1, &dom2));
+    // A field that differs makes another domain, those behind the first two on the same plane.
+    const std::vector<float Domain::*> fields{&Domain::plat, &Domain::plon, &Domain::clat,
+                                              &Domain::clon, &Domain::dx,   &Domain::dy};
+    for (std::size_t i = 0; i < fields.size() + 5; ++i) {
+        Domain other = dom2;
+        if (i < fields.size()) other.*fields[i] += 1;
+        const std::size_t k = i - fields.size();
+        int* const counts[] = {&other.nx, &other.ny, &other.proj, &other.ellipse};
+        if (i >= fields.size() && k < 4) ++*counts[k];
+        if (k == 4) other.param[4] = 1;
+        const int same_plane = i >= 2 && i < fields.size() + 2 ? 1 : 0;
+        EXPECT_TRUE(DOM_comp(&dom2, &other) == 0 && DOM_comp(&other, &dom2) == 0) << i;
+        EXPECT_TRUE(DOM_comp_proj(&dom2, &other) == same_plane && DOM_comp_proj(&other, &dom2) == same_plane) << i;
+    }
+    EXPECT_TRUE(DOM_comp(nullptr, &dom2) == 0 && DOM_comp(&dom2, nullptr) == 0);
 }
 
 TEST_F(Region, FilesGiveRegionsAndTheMenu) {
@@ -152,27 +155,50 @@ TEST_F(Region, FilesGiveRegionsAndTheMenu) {
     test::capture([&] { result = DOM_prompt_region(&domain, 0); }, "list\nx,y\n1\n");
     EXPECT_EQ(result, 2);
     EXPECT_EQ(domain.clat, 1.0F);
-    RES_put("plot_domain", "miss");
-    RES_put("region", "50,60");
-    EXPECT_EQ(DOM_prompt_region(&domain, 1), 1);
-    EXPECT_EQ(domain.clat, 50.0F);
-    EXPECT_EQ(DOM_prompt_region(&domain, 0), 0);
+    test::capture([&] { result = DOM_prompt_region(&domain, 0); }, "x,y\nx,y\nx,y\nx,y\nx,y\n1\n");
+    EXPECT_EQ(result, -1) << "five tries";
 }
 
+/// Each choice of resources, which name the latitudes 10, 30 and 50, against the order that each question takes.
 TEST_F(Region, ResourcesGiveDomainsInTheirOrder) {
+    for (int set = 0; set < 8; ++set) {
+        const float plot = (set & 1) != 0 ? 10.0F : 0;
+        const float region = (set & 2) != 0 ? 30.0F : 0;
+        const float grid = (set & 4) != 0 ? 50.0F : 0;
+        RES_put("plot_domain", plot != 0 ? "10,20" : "");
+        RES_put("region", region != 0 ? "30,40" : "");
+        RES_put("grid_domain", grid != 0 ? "50,60" : "");
+        const auto check = [&](int result, const Domain& domain, std::vector<float> order) {
+            const auto first = std::find_if(order.begin(), order.end(), [](float lat) { return lat != 0; });
+            const float lat = first == order.end() ? FMISS : *first;
+            EXPECT_EQ(result, lat == FMISS ? 0 : lat == 39 ? 2 : 1) << set;  // 39: the first region of the menu
+            EXPECT_EQ(domain.clat, lat) << set;
+        };
+        for (int flag = 0; flag < 6; ++flag) {
+            const bool both = flag == 1 || flag == 3 || flag == 4;
+            Domain domain;
+            const int result = DOM_get_region(&domain, flag);
+            check(result, domain, {both ? plot : 0, region, flag == 4 ? 39.0F : 0});
+            FLAG_set_batch(1);
+            DOM_set_prompt_region(1);
+            Domain asked;
+            const int answer = DOM_prompt_region(&asked, flag);
+            check(answer, asked, {flag == 1 ? plot : 0, region, 39});
+            EXPECT_EQ(DOM_prompt_region(&asked, flag), 0) << "asked once";
+            FLAG_set_batch(0);
+        }
+        Domain domain;
+        const int result = DOM_get_grid_domain(&domain);
+        check(result, domain, {grid, region, plot});
+    }
+}
+
+TEST_F(Region, AWrongRegionEndsTheQuestion) {
     Domain domain;
-    EXPECT_EQ(DOM_get_region(&domain, 1), 0);
-    EXPECT_EQ(DOM_get_grid_domain(&domain), 0);
-    RES_put("plot_domain", "10,20");
-    RES_put("region", "30,40");
-    EXPECT_EQ(DOM_get_region(&domain, 1), 1);
-    EXPECT_EQ(domain.clat, 10.0F);
-    DOM_get_region(&domain, 2);
-    EXPECT_EQ(domain.clat, 30.0F);
-    DOM_get_grid_domain(&domain);
-    EXPECT_EQ(domain.clat, 30.0F);
-    RES_put("grid_domain", "se");
-    EXPECT_EQ(DOM_get_grid_domain(&domain), 2);
+    RES_put("region", "a,b");
+    EXPECT_EXIT(DOM_prompt_region(&domain, 1), ::testing::ExitedWithCode(43), "Invalid domain\n");
+    RES_put("region", "");
+    EXPECT_EXIT(test::capture([&] { DOM_prompt_region(&domain, 0); }, "exit\n"), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Region, HeightSetsTheStationPriority) {
@@ -192,20 +218,13 @@ TEST_F(Region, HeightSetsTheStationPriority) {
 TEST(RegionShipped, EveryRegionDecodes) {
     RES_put("file_path", test::source_dir() + "/share/zav");
     ASSERT_EQ(DOM_read_menu("zav.reg"), 1);
-    const std::string file = test::read_file(test::source_dir() + "/share/zav/zav.reg");
-    std::istringstream lines(file);
-    std::string abbr, name, show, text, line;
+    std::istringstream words(test::read_file(test::source_dir() + "/share/zav/zav.reg"));
     int count = 0;
-    while (std::getline(lines, line)) {
-        std::istringstream words(line);
-        ASSERT_TRUE(words >> abbr >> name >> show >> text) << line;
-        EXPECT_LE(abbr.size(), 5U) << line;
-        EXPECT_LE(name.size(), 20U) << line;
+    for (std::string abbr, name, show, text; words >> abbr >> name >> show >> text; ++count) {
+        EXPECT_TRUE(abbr.size() <= 5 && name.size() <= 20) << abbr;
         Domain domain;
-        EXPECT_EQ(DOM_decode(abbr, &domain), 2) << line;
-        EXPECT_GT(domain.proj, 0) << line;
-        EXPECT_TRUE(domain.nx > 1 && domain.ny > 1 && domain.dx > 0 && domain.dy > 0) << line;
-        count++;
+        EXPECT_EQ(DOM_decode(abbr, &domain), 2) << abbr;
+        EXPECT_TRUE(domain.proj > 0 && domain.nx > 1 && domain.ny > 1 && domain.dx > 0 && domain.dy > 0) << abbr;
     }
     EXPECT_GT(count, 50);
 }
