@@ -96,6 +96,61 @@ INSTANTIATE_TEST_SUITE_P(All, Maps,
                                          PROJ_MOLLWEIDE, PROJ_AZIMUTHAL, PROJ_SATELLITE),
                          [](const auto& row) { return projection_name(row.param); });
 
+/// Place of grid coordinates of `grid` on `map`.
+Point on_map(const Domain& grid, const Domain& map, float gx, float gy) {
+    Point from;
+    Point to;
+    MAP_domain(&grid);
+    MAP_grid_tran(gx, gy, &from.x, &from.y);
+    MAP_domain_tran(&grid, &map, from.x, from.y, &to.x, &to.y);
+    return to;
+}
+
+/// A wind along a grid's rows or columns is drawn toward the next column or row, in either hemisphere.
+TEST_P(Maps, GridWindsLeadToTheNextPoint) {
+    std::vector<std::pair<Point, Point>> ways;
+    const auto all = drawn([&] {
+        for (const float side : {1.0F, -1.0F}) {
+            for (const int proj : {PROJ_POLAR, PROJ_LATLON, PROJ_MERCATOR, PROJ_LAMBERT}) {
+                const Domain grid = square(proj, 30 * side, -68, 60 * side, 3);
+                for (const Gpt wind : {Gpt{0.05F, 0}, Gpt{0, 0.05F}}) {
+                    Field field(grid, [&](int i, int j) { return i == 1 && j == 1 ? wind : Gpt{FMISS, FMISS}; });
+                    draw(field, VECT_VECTORS, 35 * side, -60, 50 * side);
+                    ways.emplace_back(on_map(grid, map, 1 - wind.x, 1 + wind.y),
+                                      on_map(grid, map, 1 + wind.x, 1 - wind.y));
+                }
+            }
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * ways.size());  // a shaft and two lines of the head each
+    for (std::size_t k = 0; k < ways.size(); ++k) {
+        const auto& [from, to] = ways[k];
+        const Gpt start = all[3 * k].pts[0];
+        EXPECT_NEAR(std::hypot(start.x - (from.x + to.x) / 2, start.y - (from.y + to.y) / 2), 0, 0.01) << k;
+        const double way = std::atan2(to.x - from.x, to.y - from.y) * 180 / M_PI;
+        EXPECT_NEAR(std::remainder(bearing(all[3 * k]) - way, 360), 0, 0.1) << k;
+    }
+}
+
+/// Looking along the staff from the station, feathers stand to the right in the north, to the left in the south.
+TEST_P(Maps, FeathersChangeSidesAtTheEquator) {
+    const std::vector<float> lats{10, 0, -5};
+    const auto all = drawn([&] {
+        for (const float lat : lats) {
+            Field field(square(PROJ_LATLON, lat, -85, 0, 1), [](int, int) { return Gpt{30, -40}; });
+            draw(field, VECT_BARBS, 5, -90, 45);
+        }
+    });
+    ASSERT_EQ(all.size(), 3 * lats.size());  // staff, flag as an area and as a line
+    for (std::size_t k = 0; k < lats.size(); ++k) {
+        const std::vector<Gpt>& staff = all[3 * k].pts;
+        const std::vector<Gpt>& flag = all[3 * k + 1].pts;
+        const float cross =
+            (staff[1].x - staff[0].x) * (flag[1].y - flag[0].y) - (staff[1].y - staff[0].y) * (flag[1].x - flag[0].x);
+        EXPECT_NEAR(cross, lats[k] < 0 ? 0.5 : -0.5, 1e-3) << lats[k];
+    }
+}
+
 /// A random wind that turns from place to place, with gaps and calms.
 std::function<Gpt(int, int)> eddies(std::mt19937& random) {
     std::uniform_real_distribution<float> any(-1, 1);
@@ -136,7 +191,7 @@ TEST_F(Wind, PointsOfAGridAreThoseOfThePage) {
     expect_page(all, "points");
 }
 
-/// Feathers change sides at the equator; sizes are those of the grid's spacing.
+/// Sizes are those of the grid's spacing.
 TEST_P(Maps, PointsAreThoseOfThePage) {
     std::mt19937 random(2);
     const auto all = drawn([&] {
@@ -185,8 +240,7 @@ TEST_F(Wind, APolesRowIsOneWind) {
     }
 }
 
-/// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts. The page
-/// was worked out step by step from the rules by a program of its own.
+/// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts.
 TEST_F(Wind, StreamlinesAreThoseOfThePage) {
     std::mt19937 random(4);
     const auto all = drawn([&] {
