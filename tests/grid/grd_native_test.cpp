@@ -5,14 +5,15 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include "files/date.h"
+#include "grid/expected_fields.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -132,38 +133,6 @@ TEST_P(NativeFormat, StepsThroughAppendedRecords) {
     GRD_close(fd);
 }
 
-TEST_P(NativeFormat, DamageEndsInAResult) {
-    GRD_report grid = sample(6, 4);
-    const std::string name = dir.file("a.grd");
-    write_records(name, GetParam(), 1, {&grid});
-    write_records(name, GetParam(), 2, {&grid});
-    const std::string whole = test::read_file(name);
-    ASSERT_FALSE(whole.empty());
-    std::mt19937 random(7);
-    for (std::size_t i = 0; i < 2 * whole.size(); i++) {
-        std::string damaged = i < whole.size() ? whole.substr(0, i) : whole;
-        if (i >= whole.size()) damaged[i - whole.size()] = static_cast<char>(random());
-        std::filesystem::remove(name);  // faster than emptying it
-        test::write_file(name, damaged);
-        const int fd = open_read(name);
-        if (fd < 0) continue;
-        GRD_report back;
-        int records = 0;
-        for (int number = 0; GRD_read(fd, &back, 1, &number) == 0 && records < 100; number++) {
-            records++;
-            GRD_report values;
-            if (GRD_read(fd, &values, 0, &number) == 0) {
-                EXPECT_TRUE(GRD_has_values(&values));
-                EXPECT_LE(GRD_points(&values), whole.size());
-            } else {
-                EXPECT_EQ(values.source, 0);
-            }
-        }
-        EXPECT_LT(records, 100);
-        GRD_close(fd);
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(Kinds, NativeFormat, testing::Values(2, 3),
                          [](const auto& given) { return given.param == 2 ? "text" : "binary"; });
 
@@ -180,79 +149,35 @@ class Native : public TempDirTest {
     }
 };
 
-struct Projection {
-    Domain domain;
-    std::string line;  ///< the line's start
-    float plat, plon;  ///< what comes back
-};
-
-TEST_F(Native, ProjectionsComeBack) {
-    Domain base = sample(2, 2).domain;
-    std::vector<Projection> cases;
-    const auto add = [&](int proj, float plat, float plon, float lat1, const char* line, float plat2, float plon2) {
-        Domain domain = base;
-        domain.proj = proj;
-        domain.plat = plat;
-        domain.plon = plon;
-        if (lat1 != FMISS) domain.param = {lat1, 45.0F, 1.25F, FMISS, FMISS};
-        cases.push_back({domain, line, plat2, plon2});
-    };
-    add(PROJ_POLAR, FMISS, -105.0F, FMISS, "\nPS:-105.000000 40.", FMISS, -105.0F);
-    add(PROJ_POLAR, FMISS, -100.5F, FMISS, "\nPS 40.", FMISS, -100.5F);
-    add(PROJ_MERCATOR, FMISS, FMISS, FMISS, "\nME 40.", FMISS, FMISS);
-    add(PROJ_LAMBERT, 35.0F, -95.0F, 25.0F, "\nLC:35.000000:-95.000000:25.000000:45.000000:1.250000 40.", 35.0F,
-        -95.0F);
-    add(PROJ_LAMBERT, FMISS, -95.0F, FMISS, "\nLC:-95.000000 40.", FMISS, -95.0F);
-    add(PROJ_LAMBERT, FMISS, FMISS, FMISS, "\nLC 40.", FMISS, FMISS);
-    for (const Projection& c : cases) {
-        GRD_report grid = sample(2, 2);
-        grid.domain = c.domain;
-        const std::string name = dir.file("p.grd");
-        write_records(name, 2, 1, {&grid});
-        EXPECT_NE(test::read_file(name).find(c.line), std::string::npos) << c.line;
-        GRD_report back;
-        ASSERT_EQ(read_text(test::read_file(name), &back), 0);
-        EXPECT_EQ(back.domain.proj, c.domain.proj);
-        EXPECT_EQ(back.domain.plat, c.plat) << c.line;
-        EXPECT_EQ(back.domain.plon, c.plon) << c.line;
-        EXPECT_EQ(back.domain.param, c.domain.param) << c.line;
-        EXPECT_EQ(back.domain.ny, 2);
-    }
-}
-
-TEST_F(Native, OlderFormsAreRead) {
-    GRD_report grid;
-    ASSERT_EQ(read_text("1200Z 15 JAN 26\n1-Height\nLL 40 100 1 1 2 1\n3.5\n-9999\n", &grid), 0);
-    EXPECT_EQ(grid.domain.clon, -100.0F);
-    EXPECT_EQ(grid.version, 1);
-    EXPECT_EQ(grid.grid[0], 3.5F);
-    EXPECT_EQ(grid.grid[1], FMISS);
-    ASSERT_EQ(read_text(" 1200Z 15 JAN 26\nHeight\n:m 50 100 2.5 2 1\n1\n2\n", &grid), 0);
-    EXPECT_EQ(grid.domain.proj, PROJ_POLAR);
-    EXPECT_EQ(grid.domain.clat, 50.0F);
-    EXPECT_EQ(grid.domain.clon, 100.0F);
-    EXPECT_EQ(grid.domain.dy, 2.5F);
-    EXPECT_EQ(grid.units, "m");
-    EXPECT_EQ(grid.info, "Height");
-    EXPECT_EQ(grid.source, 1);
-    // A record without units doesn't have those of the record before.
-    ASSERT_EQ(read_text("1200Z 15 JAN 26\n2-Height\n7 2 96 0 100 500 24 7\nLL 40 100 1 1 2 1\n1\n2\n", &grid), 0);
-    EXPECT_EQ(grid.units, "");
-}
-
-TEST_F(Native, ReferenceLinesLeadToAnotherFile) {
-    const std::string values = dir.write("v.txt", "xx1 2 3 4 5 6");
-    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n4-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 3 2\n";
-    const float expected[3][6] = {{1, 2, 3, 4, 5, 6}, {4, 5, 6, 1, 2, 3}, {6, 5, 4, 3, 2, 1}};
-    const char* directions[3] = {" 1 1", " 1 0", " 0 0"};
-    for (int c = 0; c < 3; c++) {
+/// Texts of files with their types and what their first records hold, and the domain lines of those written again.
+TEST_F(Native, TextsAreReadAndWritten) {
+    dir.write("v.txt", "xx1 2 3 4 5 6");
+    for (const test::Row& row : test::data_table("native_records.tsv")) {
+        const std::string text = test::unescaped(row.at("text"));
+        SCOPED_TRACE(row.at("text"));
+        EXPECT_EQ(GRD_chktype(dir.write("r", text)), std::stoi(row.at("type")));
+        if (!row.contains("result")) continue;
         GRD_report grid;
-        ASSERT_EQ(read_text(head + "ASCII " + values + " 2" + directions[c] + "\n", &grid), 0);
-        for (std::size_t i = 0; i < 6; i++) EXPECT_EQ(grid.grid[i], expected[c][i]) << c << ' ' << i;
+        ASSERT_EQ(read_text(text, &grid), std::stoi(row.at("result")));
+        if (grid.source == 0) continue;
+        test::expect_fields(grid, row.at("expected"));
+        write_records(dir.file("p.grd"), 2, 1, {&grid});
+        const std::string written = test::read_file(dir.file("p.grd"));
+        EXPECT_NE(written.find("\n" + row.at("written")), std::string::npos) << written;
+        GRD_report back;
+        ASSERT_EQ(read_text(written, &back), 0);
+        EXPECT_EQ(back.domain.param, grid.domain.param);
+        EXPECT_EQ(DOM_comp(&back.domain, &grid.domain), 1);
     }
+    const std::string endless =
+        "ZAVGRID\n1200Z 15 JAN 26\n3-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 2000000000 2000000000\n1234";
     GRD_report grid;
-    const test::Output out =
-        test::capture([&] { EXPECT_EQ(read_text(head + "ASCII |touch${IFS}made 0 1 1\n", &grid), -1); });
+    EXPECT_EQ(read_text(endless, &grid, GRD_READ_HEADER), 0);
+    const test::Output out = test::capture([&] {
+        read_text(
+            "ZAVGRID\n1200Z 15 JAN 26\n4-H\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 3 2\nASCII |touch${IFS}made 0 1 1\n",
+            &grid);
+    });
     EXPECT_EQ(test::read_file(dir.file("made")), "");
     EXPECT_NE((out.out + out.err).find("GRD_read: Unable to open grid file: |touch"), std::string::npos);
 }
@@ -269,16 +194,6 @@ TEST_F(Native, ReferencesReachBeyondTwoGigabytes) {
     EXPECT_EQ(grid.units, "m");
     EXPECT_EQ(grid.grid[0], 7.0F);
     EXPECT_EQ(grid.grid[1], 8.0F);
-}
-
-TEST_F(Native, SizesBeyondTheFileAreRefused) {
-    GRD_report grid;
-    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n";
-    const std::string codes = "-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 ";
-    EXPECT_EQ(read_text(head + "2" + codes + "60000 60000\n1\n2\n", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "-5 7\n1234", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid, 1), 0);
 }
 
 TEST_F(Native, BinaryValuesMayLookLikeWhiteSpace) {
@@ -306,30 +221,6 @@ TEST_F(Native, FormatsAreTakenOnlyIfSafe) {
     EXPECT_NE(written("%s%n").find("\n1.23456705e+00\n"), std::string::npos);
 }
 
-struct Recognised {
-    std::string content;
-    int type;
-};
-
-TEST_F(Native, TypesAreRecognised) {
-    const Recognised cases[] = {
-        {" GRIB", 1},
-        {"12 GRIB", 1},
-        {"ZAVGRID4B\n", 4},
-        {"ZAVGRID\n", 2},
-        {"CDF\x01", 11},
-        {"GRIB...", 21},
-        {"** HEADER", 21},
-        {"\x01\r\r\n", 21},
-        {"GRID 070", 22},
-        {"text then GRIB", 21},
-        {std::string(200, 'x') + "GRIB", -1},
-        {"", -1},
-        {"ZAV", -1},
-    };
-    for (const Recognised& c : cases) EXPECT_EQ(GRD_chktype(dir.write("r", c.content)), c.type) << c.content;
-}
-
 TEST_F(Native, HandlesEndWithFifteen) {
     const std::string name = dir.write("t.grd", "ZAVGRID\n1200Z 15 JAN 26\n");
     std::vector<int> handles;
@@ -345,14 +236,6 @@ TEST_F(Native, HandlesEndWithFifteen) {
     int number = 0;
     GRD_report grid;
     EXPECT_EQ(GRD_read(3, &grid, 0, &number), -1);
-}
-
-TEST_F(Native, DomainTextFilesAreRead) {
-    GRD_report grid;
-    const std::string record = "1200Z 15 JAN 26\n9-Height\nLL,40,-100,2,1,1,1\n4.5 6.5\n";
-    ASSERT_EQ(read_text("ZAVGRID4\n" + record + record, &grid), 0);
-    EXPECT_EQ(grid.domain.nx, 2);
-    EXPECT_EQ(grid.grid[1], 6.5F);
 }
 
 }  // namespace

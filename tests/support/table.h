@@ -10,6 +10,16 @@
 
 namespace zav::test {
 
+/// A text with "\\n", "\\r" and "\\x01" of a table as the characters that they stand for.
+inline std::string unescaped(std::string text) {
+    for (const auto& [mark, character] : {std::pair{"\\n", "\n"}, {"\\r", "\r"}, {"\\x01", "\x01"}}) {
+        for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) {
+            text.replace(at, std::string(mark).size(), character);
+        }
+    }
+    return text;
+}
+
 /// A row of a table, by the names of its columns.
 using Row = std::map<std::string, std::string>;
 

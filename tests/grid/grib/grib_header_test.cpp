@@ -35,7 +35,7 @@ Bytes changed_message(int edition, const std::string& octets) {
     Sections sections{{1, identification()}, {3, latlon(3, 2, 0)}, {4, product(0, 75)},
                       {5, simple(6, 0)},     {6, bitmap(255)},     {7, data({})}};
     if (edition < 2)
-        sections = {{1, product1(true, edition == 0 ? 24 : 28)}, {2, latlon1(2, 2, 0)}, {4, values1({1, 2, 3, 4}, 8)}};
+        sections = {{1, product1(true, edition == 0 ? 24 : 28)}, {2, latlon1(2, 2, 0)}, {4, values1({}, 0)}};
     change(sections, octets, edition == 2 ? 4 : 3);
     if (edition < 2 && sections[1][7] == 0) sections.erase(2);
     std::vector<Bytes> parts;

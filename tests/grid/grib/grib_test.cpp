@@ -12,15 +12,6 @@
 namespace zav::grib_test {
 namespace {
 
-TEST_F(Grib, NumberFormats) {
-    const Bytes ibm{0xC2, 0x80, 0, 0};
-    EXPECT_EQ(GRIB_flt_conv(ibm.data()), -128.0F);
-    const Bytes eighth{0x80, 0x03};
-    EXPECT_EQ(GRIB_scl_conv(eighth.data()), 0.125F);
-    const Bytes ieee{0xC0, 0x48, 0, 0};
-    EXPECT_EQ(GRIB_ieee_float_conv(ieee.data()), -3.125F);
-}
-
 TEST_F(Grib, LaterFieldReusesTheBitMap) {
     const auto records =
         read(message2(0, {identification(), latlon(3, 2, 0), product(), simple(4, 8), bitmap(0, {0xD8}),
@@ -90,36 +81,27 @@ TEST_F(Grib, EnsembleEndsWithItsField) {
     EXPECT_TRUE(records[0].info.find("Ens[-3]") != std::string::npos);
 }
 
-TEST_F(Grib, PoleAtTheEndOfGrid25) {
-    Bytes packed(72 * 18 + 1, 5);
-    packed.back() = 9;
-    const auto records = read(message1([](Bytes& block) { set(block, 7, 25); }, {}, packed, 8));
-    ASSERT_EQ(records.size(), 1U);
-    const Values grid = values(records[0]);
-    EXPECT_EQ(std::count(grid.begin(), grid.begin() + 73, 9.0F), 73);
-    EXPECT_EQ(std::count(grid.begin() + 73, grid.end(), 5.0F), 18 * 73);
+/// A grid of 5 degrees with a single value for its pole, which is its last or its first row; the last column repeats
+/// the first one.
+TEST_F(Grib, PolesAndClosingColumnsOfGridsWithoutDescription) {
+    for (const int type : {25, 26}) {
+        Bytes packed(1 + 72 * 18, 5);
+        (type == 25 ? packed.back() : packed.front()) = 9;
+        packed[type == 25 ? 72 : 1] = 7;
+        Values expected(19 * 73, 5.0F);
+        const auto row = [&](int number) { return expected.begin() + number * 73; };
+        std::fill_n(row(type == 25 ? 0 : 18), 73, 9.0F);
+        *row(17) = *(row(17) + 72) = 7.0F;
+        const auto records = read(message1([&](Bytes& block) { set(block, 7, type); }, {}, packed, 8));
+        ASSERT_EQ(records.size(), 1U);
+        EXPECT_EQ(values(records[0]), expected) << type;
+    }
 }
 
 TEST_F(Grib, VerticalCoordinatesArePassedOver) {
     const auto records = read(message1([](Bytes&) {}, latlon1(2, 2, 3), {1, 2, 3, 4}, 8));
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
-}
-
-TEST_F(Grib, PoleAndClosingColumnOfGrid26) {
-    Bytes packed(1 + 72 * 18, 5);
-    packed[0] = 9;
-    packed[1] = 7;
-    const auto records = read(message1([](Bytes& block) { set(block, 7, 26); }, {}, packed, 8));
-    ASSERT_EQ(records.size(), 1U);
-    const GRD_report& grd = records[0];
-    ASSERT_EQ(grd.domain.nx, 73);
-    EXPECT_EQ(grd.grid[18 * 73], 9.0F);
-    EXPECT_EQ(grd.grid[18 * 73 + 72], 9.0F);
-    EXPECT_EQ(grd.grid[17 * 73], 7.0F);
-    EXPECT_EQ(grd.grid[17 * 73 + 1], 5.0F);
-    EXPECT_EQ(grd.grid[17 * 73 + 72], 7.0F);
-    EXPECT_EQ(grd.grid[0], 5.0F);
 }
 
 TEST_F(Grib, BulletinsOfAFeed) {
@@ -160,28 +142,6 @@ TEST_F(Grib, RecordsInAnyOrder) {
         EXPECT_EQ(grd.grid[0], static_cast<float>(wanted + 1));
     }
     GRD_close(fd);
-}
-
-TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
-    Bytes drs = section2(5, 27);
-    for (const auto& [octet, value] : {std::pair{9, 6}, {11, 200}, {12, 3}, {14, 5}, {16, 5}}) set(drs, octet, value);
-    const Bytes message =
-        message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data({0b10011111, 0b00000010})});
-    dir.write("runs.grb", std::string(message.begin(), message.end()));
-    int type = GRD_TYPE_GRIB;
-    const int fd = GRD_open("runs.grb", 0, &type);
-    GRD_report grd;
-    int number = 0;
-    MESS_set(0, MESS_DEBUG);
-    const test::Output said = test::capture([&] { GRD_read(fd, &grd, GRD_READ_LABELS, &number); });
-    MESS_set(0, MESS_NONE);
-    GRD_close(fd);
-    EXPECT_TRUE(GRD_has_values(&grd));  // in edition 2 labels come with the values
-    // 3-bit numbers 4 7 6 0 1, of which 6 and 7 are digits of a count
-    for (const char* line : {"num = 2 mult = 2 new_val = 7\n", "num = 2 mult = 4 new_val = 6\n",
-                             "cnt = 2 new_val = 0 val = 4\nbyte: 2 loc: 2 0 new_val = 0 val = 4 num = 2\n"}) {
-        EXPECT_NE((said.out + said.err).find(line), std::string::npos) << said.out << said.err;
-    }
 }
 
 TEST_F(Grib, OtherPackingsOfEdition1AreRefused) {
