@@ -9,6 +9,7 @@
 #include <fstream>
 #include <random>
 #include <set>
+#include <tuple>
 
 #include "files/files.h"
 #include "frame/flag.h"
@@ -34,11 +35,6 @@ VAR_data key(int time, int ltype, int level, int var) {
     return params;
 }
 
-struct Match {
-    int time, ltype, level, var, type;  ///< key
-    int result;                         ///< for a record of time 3018024, level 100:500, variable 7, grid 211
-};
-
 TEST(Search, KeysFitRecords) {
     GRD_report grid;
     GRD_init(&grid);
@@ -47,14 +43,18 @@ TEST(Search, KeysFitRecords) {
     grid.level = 500;
     grid.var = 7;
     grid.type = 211;
-    const Match cases[] = {{MISS, MISS, MISS, 7, MISS, 1}, {24, 100, 500, 7, 211, 1},
-                           {3018024, 100, 500, 7, 211, 1}, {3012024, 100, 500, 7, 211, 0},
-                           {18, MISS, MISS, 7, MISS, 0},   {MISS, 101, MISS, 7, MISS, 0},
-                           {MISS, MISS, 499, 7, MISS, 0},  {MISS, MISS, MISS, 8, MISS, 0},
-                           {MISS, MISS, MISS, 7, 212, 0},  {MISS, MISS, MISS, MISS, MISS, 0}};
-    for (const Match& c : cases) {
-        const VAR_data params = key(c.time, c.ltype, c.level, c.var);
-        EXPECT_EQ(GRD_test(&grid, &params, c.type), c.result) << &c - cases;
+    for (const auto& [time, ltype, level, var, type, result] : {std::tuple{MISS, MISS, MISS, 7, MISS, 1},
+                                                                {24, 100, 500, 7, 211, 1},
+                                                                {3018024, 100, 500, 7, 211, 1},
+                                                                {3012024, 100, 500, 7, 211, 0},
+                                                                {18, MISS, MISS, 7, MISS, 0},
+                                                                {MISS, 101, MISS, 7, MISS, 0},
+                                                                {MISS, MISS, 499, 7, MISS, 0},
+                                                                {MISS, MISS, MISS, 8, MISS, 0},
+                                                                {MISS, MISS, MISS, 7, 212, 0},
+                                                                {MISS, MISS, MISS, MISS, MISS, 0}}) {
+        const VAR_data params = key(time, ltype, level, var);
+        EXPECT_EQ(GRD_test(&grid, &params, type), result) << time << ' ' << ltype << ' ' << level << ' ' << var;
     }
     VAR_data several = key(MISS, MISS, MISS, 2);
     several.var[4] = 7;
@@ -64,31 +64,21 @@ TEST(Search, KeysFitRecords) {
     EXPECT_EQ(GRD_test(&grid, &range, MISS), 0);
 }
 
-struct Selector {
-    const char* text;
-    int result, time, var;
-    const char* units;
-    int type;
-};
-
 TEST(Search, SelectorsAreDecoded) {
-    const Selector cases[] = {{"", MISS, MISS, MISS, "", MISS},
-                              {"-", MISS, MISS, MISS, "", MISS},
-                              {"#3", 3, MISS, MISS, "", MISS},
-                              {"#12:C", 12, MISS, MISS, "C", MISS},
-                              {":F", MISS, MISS, MISS, "F", MISS},
-                              {"what", MISS, MISS, MISS, "", MISS},
-                              {"+h24:500mb:HH:dm:212", -1, 24, 7, "dm", 212},
-                              {"+h12:500mb:uw", -1, 12, 33, "", MISS},
-                              {"#99999999999", 999999999, MISS, MISS, "", MISS}};
-    for (const Selector& c : cases) {
+    for (const test::Row& row : test::data_table("selectors.tsv")) {
         VAR_data params;
-        int type = MISS;
-        EXPECT_EQ(GRD_parse_params(c.text, &params, &type), c.result) << c.text;
-        EXPECT_EQ(params.time, c.time) << c.text;
-        EXPECT_EQ(params.var[0], c.var) << c.text;
-        EXPECT_EQ(params.units, c.units) << c.text;
-        EXPECT_EQ(type, c.type) << c.text;
+        GRD_report grid;
+        GRD_init(&grid);
+        grid.type = MISS;
+        const std::string text = row.at("selector") == "none" ? "" : row.at("selector");
+        const int result = GRD_parse_params(text, &params, &grid.type);
+        EXPECT_EQ(result, row.at("result") == "miss" ? MISS : std::stoi(row.at("result"))) << text;
+        grid.time = params.time;
+        grid.ltype = params.ltype;
+        grid.level = params.level;
+        grid.var = params.var[0];
+        grid.units = params.units;
+        test::expect_fields(grid, row.at("expected"));
     }
 }
 
@@ -252,25 +242,24 @@ TEST_F(SearchFile, ANamedFileGoesOverTheFilesOfTheModel) {
     GRD_specs& specs = GRD_get_specs();
     specs.spec[0].name = "@%G/%y%m%d%h_a";
     specs.spec[1].name = "@%G/%y%m%d%h_b";
-    struct Case {
-        const char* typed;
-        int pieces;
-        const char* second;
-    };
-    for (const Case& c : {Case{"26011512", 2, "./26011512_b"}, Case{"/data/x/26011512_a", 2, "/data/x/26011512_b"},
-                          Case{"/data/x/other.grb", 0, ""}, Case{"@26011512_a", 0, ""}, Case{"|zcat x", 0, ""},
-                          Case{"cu#2026011512", 2, "./26011512_b"}, Case{"latest.grb", 0, ""}}) {
+    for (const auto& [typed, pieces, second] : {std::tuple{"26011512", 2, "./26011512_b"},
+                                                {"/data/x/26011512_a", 2, "/data/x/26011512_b"},
+                                                {"/data/x/other.grb", 0, ""},
+                                                {"@26011512_a", 0, ""},
+                                                {"|zcat x", 0, ""},
+                                                {"cu#2026011512", 2, "./26011512_b"},
+                                                {"latest.grb", 0, ""}}) {
         specs.nspec = 2;
         FILE_set_name(specs.spec[0].name);
         FILE_set_filename("");
         std::string name;
-        FILE_set_file(c.typed, name);
+        FILE_set_file(typed, name);
         GRD_take_named_file();
-        EXPECT_EQ(specs.nspec, c.pieces) << c.typed;
+        EXPECT_EQ(specs.nspec, pieces) << typed;
         Date date;
         FILE_get_date(&date);
-        if (c.pieces < 2) continue;
-        EXPECT_EQ(GRD_piece_file(1, &date), c.second) << c.typed;
+        if (pieces < 2) continue;
+        EXPECT_EQ(GRD_piece_file(1, &date), second) << typed;
     }
 }
 
@@ -384,21 +373,19 @@ TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
     }
 }
 
-struct Choice {
-    const char* words;
-    int given, result;
-    const char* kind;
-};
-
 TEST_F(SearchFile, OutputFollowsTheWords) {
-    const Choice cases[] = {{"none", 0, 0, nullptr},        {"gif", 2, 2, "grd_grd"},  {"zavb", 0, 3, "grd_zav"},
-                            {"ZAV:@x.grd", 0, 2, "@x.grd"}, {"cdf=abc", 0, 11, "abc"}, {"zavb,mine", 0, 3, "mine"},
-                            {"grib", 0, 21, "grd_grib"},    {"mine", 0, 2, "mine"}};
-    for (const Choice& c : cases) {
-        RES_new(0, "out_file", c.words, CV_string);
+    for (const auto& [words, given, result] : {std::tuple{"none", 0, 0},
+                                               {"gif", 2, 2},
+                                               {"zavb", 0, 3},
+                                               {"ZAV:@x.grd", 0, 2},
+                                               {"cdf=abc", 0, 11},
+                                               {"zavb,mine", 0, 3},
+                                               {"grib", 0, 21},
+                                               {"mine", 0, 2}}) {
+        RES_new(0, "out_file", words, CV_string);
         FLAG_set(FLAG_GRID_FORMAT, MISS);
-        EXPECT_EQ(GRD_out_file(c.given), c.result) << c.words;
-        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), c.result == 0 ? MISS : c.result) << c.words;
+        EXPECT_EQ(GRD_out_file(given), result) << words;
+        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), result == 0 ? MISS : result) << words;
     }
 }
 
@@ -424,7 +411,7 @@ TEST_F(SearchFile, TextMessagesGiveTheirRecords) {
         const int scale = below(10);
         const int offset = 100 + below(900);
         wind = var != 22 ? 0 : wind == 1 ? 2 : 1;
-        text += text_format("GRID 07%03d AAA BBB 1%02d %d%02d00 6%02d03 71506 80%03d 00000 X 1000%d %d1111 3%d%d",
+        text += text_format("GRID 07%03d AAA BBB 1%02d %d%02d00 6%02d03 71506 80%03d 00000 X 1000%d 2%d111 3%d%d",
                             sector, var, group, level, year, hours, mode, digits + (mode == 1 ? 1 : 0), scale, offset);
         values.emplace_back(15 * 19);
         for (int j = 0; j < 15; j++) {

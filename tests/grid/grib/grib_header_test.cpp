@@ -36,6 +36,7 @@ Bytes changed_message(int edition, const std::string& octets) {
                       {5, simple(6, 0)},     {6, bitmap(255)},     {7, data({})}};
     if (edition < 2)
         sections = {{1, product1(true, edition == 0 ? 24 : 28)}, {2, latlon1(2, 2, 0)}, {4, values1({}, 0)}};
+    if (edition == 0) sections[1][3] = 0;  // where the other editions have their number
     change(sections, octets, edition == 2 ? 4 : 3);
     if (edition < 2 && sections[1][7] == 0) sections.erase(2);
     std::vector<Bytes> parts;

@@ -271,38 +271,29 @@ int status_of_plot(const test::TempDir& dir, const std::string& file) {
     return status;
 }
 
-struct OtherGrid {
-    const char* name;
-    const char* sample;
-    const char* keys;
-};
-
-class GribOtherGrid : public testing::TestWithParam<OtherGrid> {};
-
-TEST_P(GribOtherGrid, IsRefusedAndTheSearchGoesOn) {
+TEST(GribPosition, OtherGridsAreRefusedAndTheSearchGoesOn) {
     if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
     const test::TempDir dir;
     MESS_set(0, MESS_WARN);
-    for (const int edition : {1, 2}) {
-        const std::string path = changed(dir, GetParam().sample, edition, GetParam().keys);
-        GRD_report grd;
-        const test::Output output = test::capture([&] { grd = first_field(path); });
-        EXPECT_NE(output.err.find("grid of this field is not decoded"), std::string::npos) << output.err;
-        EXPECT_EQ(grd.domain.proj, MISS) << edition;
-        EXPECT_FALSE(GRD_has_values(&grd)) << edition;
-        EXPECT_EQ(status_of_plot(dir, path), STATUS_LAYER) << edition;
-        const std::string refused = test::read_file(path);
-        dir.write("both", refused + test::read_file(changed(dir, "regular_ll", edition, "")));
-        EXPECT_EQ(status_of_plot(dir, "both"), 0) << edition;
+    // Rotated, Gaussian, westward, columns first
+    for (const auto& [sample, keys] : {std::pair{"rotated_ll", ""},
+                                       {"regular_gg", ""},
+                                       {"regular_ll", ",iScansNegatively=1"},
+                                       {"regular_ll", ",jPointsAreConsecutive=1"}}) {
+        for (const int edition : {1, 2}) {
+            SCOPED_TRACE(std::string(sample) + keys + " of edition " + std::to_string(edition));
+            const std::string path = changed(dir, sample, edition, keys);
+            GRD_report grd;
+            const test::Output output = test::capture([&] { grd = first_field(path); });
+            EXPECT_NE(output.err.find("grid of this field is not decoded"), std::string::npos) << output.err;
+            EXPECT_EQ(grd.domain.proj, MISS);
+            EXPECT_FALSE(GRD_has_values(&grd));
+            EXPECT_EQ(status_of_plot(dir, path), STATUS_LAYER);
+            dir.write("both", test::read_file(path) + test::read_file(changed(dir, "regular_ll", edition, "")));
+            EXPECT_EQ(status_of_plot(dir, "both"), 0);
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Messages, GribOtherGrid,
-                         testing::Values(OtherGrid{"rotated", "rotated_ll", ""},
-                                         OtherGrid{"gaussian", "regular_gg", ""},
-                                         OtherGrid{"westward", "regular_ll", ",iScansNegatively=1"},
-                                         OtherGrid{"columns_first", "regular_ll", ",jPointsAreConsecutive=1"}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(GribPosition, CountsBeyondAnIntAreRefused) {
     if (!test::have_program("grib_set")) GTEST_SKIP() << "no ecCodes";
