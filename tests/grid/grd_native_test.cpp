@@ -5,8 +5,10 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <random>
 
 #include "files/date.h"
+#include "frame/string.h"
 #include "grid/expected_fields.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
@@ -232,6 +234,78 @@ TEST_F(Native, HandlesEndWithFifteen) {
     int number = 0;
     GRD_report grid;
     EXPECT_EQ(GRD_read(3, &grid, 0, &number), -1);
+}
+
+/// Text GRID messages by chance, each with the record that it has to give.
+TEST_F(Native, TextMessagesGiveTheirRecords) {
+    std::mt19937 random(3);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const float scales[] = {1, 0.1F, 0.01F, 0.001F, 0.0001F, 10, 100, 1000, 10000, 100000};
+    const float lats[] = {55, 0, -55};
+    const float lons[] = {-45, -135, 135, 45};
+    std::string text;
+    std::vector<std::string> fields;
+    std::vector<std::vector<float>> values;
+    for (int n = 0, wind = 0; n < 60; n++) {
+        const int sector = 1 + n % 12;
+        const int level = below(3) == 0 ? 0 : 10 + below(90);
+        const int group = 2 + below(2);
+        const int year = below(100);
+        const int var = below(3) == 0 ? 22 : below(3) == 0 ? 4 : 10 + below(10);
+        const int hours = below(200);
+        const int mode = var == 22 ? 0 : below(2) * (1 + 2 * below(2));
+        const int digits = var == 22 ? 5 : 3 + below(3);
+        const int scale = below(10);
+        const int offset = 100 + below(900);
+        wind = var != 22 ? 0 : wind == 1 ? 2 : 1;
+        text += text_format("GRID 07%03d AAA BBB 1%02d %d%02d00 6%02d03 71506 80%03d 00000 X 1000%d 2%d111 3%d%d",
+                            sector, var, group, level, year, hours, mode, digits + (mode == 1 ? 1 : 0), scale, offset);
+        values.emplace_back(15 * 19);
+        for (int j = 0; j < 15; j++) {
+            const bool uniform = below(4) == 0;
+            text += uniform ? "\n9 SKIP" : "\n5 SKIP";
+            for (int i = 0, value = 0, sign = 0; i < 19; i++) {
+                if (i == 0 || !uniform) {
+                    value = var == 22 ? 100 * below(361) + below(100) : below(static_cast<int>(std::pow(10, digits)));
+                    sign = below(2);
+                    text += " " + (mode == 1 ? std::to_string(sign) : "") + text_format("%0*d", digits, value);
+                }
+                const float number = static_cast<float>(mode == 3 || (mode == 1 && sign == 1) ? -value : value);
+                const double angle = value / 100 * 0.017453292519943334;
+                const double part = (wind == 1 ? std::sin(angle) : std::cos(angle)) * -(value % 100);
+                const float start = static_cast<float>(var == 4 ? -offset : offset);
+                const int row = sector <= 4 ? 14 - j : j;
+                values.back()[static_cast<std::size_t>(row * 19 + i)] =
+                    wind != 0 ? static_cast<float>(part) : start * scales[scale] + number * scales[scale];
+            }
+        }
+        text += "\n";
+        fields.push_back(text_format(
+            "source=7;model=7;version=1;type=%d;var=%d;ltype=%d;level=%d;time=%d;date=%d-3-15 6:0;proj=2;nx=19;ny=15;"
+            "dx=5;dy=5;clat=%g;clon=%g;units=%s",
+            sector + 70, var + wind,
+            group == 2   ? 10
+            : level == 0 ? 12
+                         : 13,
+            level * 10, hours, year < 50 ? 2000 + year : 1900 + year, static_cast<double>(lats[(sector - 1) / 4]),
+            static_cast<double>(lons[(sector - 1) % 4]), ""));
+    }
+    const int fd = open_read(dir.write("m.txt", text));
+    ASSERT_GE(fd, 0);
+    int number = 0;
+    for (std::size_t n = 0; n < fields.size(); n++, number++) {
+        SCOPED_TRACE(n);
+        GRD_report grid;
+        grid.units = "of another record";
+        ASSERT_EQ(GRD_read(fd, &grid, GRD_READ_HEADER, &number), 0);
+        test::expect_fields(grid, fields[n]);
+        ASSERT_EQ(GRD_read(fd, &grid, GRD_READ_ALL, &number), 0);
+        EXPECT_EQ(number, static_cast<int>(n));
+        for (std::size_t i = 0; i < values[n].size(); i++) ASSERT_FLOAT_EQ(grid.grid[i], values[n][i]) << i;
+    }
+    GRD_report beyond;
+    EXPECT_EQ(GRD_read(fd, &beyond, GRD_READ_HEADER, &number), -1);
+    GRD_close(fd);
 }
 
 }  // namespace
