@@ -225,7 +225,8 @@ bool read_rows(Words& words, int sector, const Packing& packing, GRD_report* grd
         } else {
             for (int i = 0; i < POINTS_X; i++) values[i] = read_value(words.file, packing, wind);
         }
-        if (!words.next()) break;
+        // Behind the last row stands the next message, which a search looks for from here.
+        if (j + 1 < POINTS_Y && !words.next()) break;
     }
     return true;
 }

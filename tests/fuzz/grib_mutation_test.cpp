@@ -1,57 +1,46 @@
-// Garbled GRIB files: every reader ends with a result, whatever the bytes. Seeded, so that a failure comes again.
+// Garbled grid files: every reader ends with a result, whatever the bytes. Seeded, so that a failure comes again.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "frame/mess.h"
-#include "grid/grd_read.h"
-#include "grid/grd_tool.h"
-#include "support/support.h"
+#include "grid/grib/grib_messages.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
 
 using Bytes = std::vector<char>;
 
-Bytes load(const std::string& path, std::size_t most) {
-    std::ifstream in(path, std::ios::binary);
-    Bytes bytes{std::istreambuf_iterator<char>(in), {}};
-    if (bytes.size() > most) bytes.resize(most);
-    return bytes;
-}
-
+/// The beginnings of the samples and of all files of the lists.
 std::vector<Bytes> seeds() {
     constexpr std::size_t MOST = 40000;
-    std::vector<std::string> paths;
-    for (const char* name : {"26011512_wave.grb2", "26011512_wavelc.grb"})
-        paths.push_back(test::source_dir() + "/samples/" + name);
-    for (const char* name :
-         {"bulletin_40bytes.grib2", "bulletin_41bytes.grib1", "cmc_wind300_polar.grib1", "eta_lambert_f24_cut.grib2",
-          "gfs_2p5deg_f120_cut.grib2", "jma_nowcast_runlength.grib2", "missing_values.grib1",
-          "ndfd_temp_mercator.grib2", "ngm_polar_f48.grib2", "ngm_polar_jpeg2000.grib2", "reduced_latlon.grib1"}) {
-        const std::string path = test::data_file(name);
-        if (!path.empty()) paths.push_back(path);
-    }
     std::vector<Bytes> files;
-    for (const std::string& path : paths) {
-        files.push_back(load(path, MOST));
-        EXPECT_FALSE(files.back().empty()) << path;
+    std::vector<std::string> folders = test::data_folders();
+    folders.push_back(test::source_dir() + "/samples");
+    for (const std::string& folder : folders) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            if (entry.path().filename().string().find(".gr") == std::string::npos) continue;
+            const std::string bytes = test::read_file(entry.path()).substr(0, MOST);
+            EXPECT_FALSE(bytes.empty()) << entry.path();
+            files.emplace_back(bytes.begin(), bytes.end());
+        }
     }
+    std::sort(files.begin(), files.end());
+    EXPECT_GE(files.size(), 8U);
     return files;
 }
 
 /// Reads a file as a search does: headers first, then the values of each record, and back to the start.
-void read_all(const std::string& path) {
-    int type = GRD_TYPE_GRIB;
+void read_all(const std::string& path, int type) {
     const int fd = GRD_open(path, 0, &type);
-    ASSERT_GE(fd, 0);
+    if (fd < 0) return;
     GRD_info info;
     if (GRD_getinfo(fd, &info) == 0) {
         for (int i = 0; i < 40; ++i) {
@@ -84,40 +73,56 @@ class GribMutation : public testing::Test {
     void try_bytes(const Bytes& bytes) {
         std::ofstream(path_, std::ios::binary | std::ios::trunc).write(bytes.data(), static_cast<long>(bytes.size()));
         const auto start = std::chrono::steady_clock::now();
-        read_all(path_);
+        read_all(path_, type_);
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
     }
 
     std::vector<Bytes> files_;
     test::TempDir folder_;
     std::string path_;
+    int type_ = GRD_TYPE_GRIB;
     std::mt19937 random_{20110110};
 
     std::size_t below(std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random_); }
+
+    /// A file that is cut, or has bytes changed, or a piece of another one put in. Early bytes matter, later are alike.
+    Bytes damaged(Bytes bytes, int round) {
+        static constexpr unsigned char EXTREMES[] = {0, 1, 0x7F, 0x80, 0xFE, 0xFF};
+        const auto place = [&](std::size_t most) {
+            return static_cast<long>(below(std::min(bytes.size(), below(10) < 8 ? most : bytes.size())));
+        };
+        if (round % 8 < 2) {
+            bytes.resize(static_cast<std::size_t>(place(260)));
+        } else if (round % 8 < 7) {
+            for (std::size_t n = 1 + below(4); n > 0; --n) {
+                bytes[static_cast<std::size_t>(place(260))] =
+                    static_cast<char>(below(2) ? EXTREMES[below(6)] : below(256));
+            }
+        } else {
+            const Bytes other = files_[below(files_.size())];
+            const long from = static_cast<long>(below(other.size()));
+            const long count = std::min(static_cast<long>(below(300)) + 1, static_cast<long>(other.size()) - from);
+            bytes.insert(bytes.begin() + place(600), other.begin() + from, other.begin() + from + count);
+        }
+        return bytes;
+    }
 };
 
-TEST_F(GribMutation, CutAnywhere) {
+TEST_F(GribMutation, AnyFileDamaged) {
     for (const Bytes& file : files_) {
-        for (int i = 0; i < 40; ++i) {
-            // Every early byte matters, later ones are alike.
-            const std::size_t size = i < 25 ? below(std::min<std::size_t>(file.size(), 260)) : below(file.size());
-            try_bytes(Bytes(file.begin(), file.begin() + static_cast<long>(size)));
-        }
+        for (int round = 0; round < 160; ++round) try_bytes(damaged(file, round));
     }
 }
 
-TEST_F(GribMutation, AnyByteChanged) {
-    static constexpr unsigned char EXTREMES[] = {0, 1, 0x7F, 0x80, 0xFE, 0xFF};
-    for (const Bytes& file : files_) {
-        for (int i = 0; i < 120; ++i) {
-            Bytes bytes = file;
-            for (std::size_t n = 1 + below(4); n > 0; --n) {
-                const std::size_t at =
-                    below(10) < 8 ? below(std::min<std::size_t>(bytes.size(), 260)) : below(bytes.size());
-                bytes[at] = static_cast<char>(below(2) ? EXTREMES[below(6)] : below(256));
-            }
-            try_bytes(bytes);
+/// Native files and text messages, whose type is told by what is left of them.
+TEST_F(GribMutation, AnyTextDamaged) {
+    type_ = GRD_TYPE_ANY;
+    for (const test::Row& row : test::data_table("native_records.tsv")) {
+        std::string text = test::unescaped(row.at("text"));
+        if (row.at("type") == "22") {
+            for (int i = 0; i < 320; ++i) text += i < 10 ? " 1071 20001 10000 23 31000" : " 100";
         }
+        for (int round = 0; round < 400; ++round) try_bytes(damaged({text.begin(), text.end()}, round));
     }
 }
 
@@ -140,76 +145,27 @@ TEST_F(GribMutation, HeadersOfImages) {
     EXPECT_GT(images, 0);
 }
 
-TEST_F(GribMutation, PiecesInTheWrongPlace) {
-    for (const Bytes& file : files_) {
-        for (int i = 0; i < 25; ++i) {
-            Bytes bytes = file;
-            const Bytes& other = files_[below(files_.size())];
-            const std::size_t from = below(other.size());
-            const std::size_t count = std::min(below(300) + 1, other.size() - from);
-            const long at = static_cast<long>(below(std::min<std::size_t>(bytes.size(), 600)));
-            bytes.insert(bytes.begin() + at, other.begin() + static_cast<long>(from),
-                         other.begin() + static_cast<long>(from + count));
-            try_bytes(bytes);
-        }
-    }
-}
-
-void put(Bytes& bytes, std::uint64_t value, int octets) {
-    for (int i = octets - 1; i >= 0; --i) bytes.push_back(i < 8 ? static_cast<char>(value >> (8 * i)) : 0);
-}
-
 /// A message of some 200 bytes whose grid would be `nx` by `ny` points, packed by `packing` with `bits` bits.
-Bytes small_message(std::uint32_t nx, std::uint32_t ny, int packing, int bits, std::uint32_t groups) {
-    Bytes body;
-    put(body, 21, 4);
-    put(body, 1, 1);
-    for (const int value : {0, 7, 0, 0, 2, 1, 1, 2011 >> 8, 2011 & 255, 1, 10, 12, 0, 0, 0, 1}) put(body, value, 1);
-    put(body, 72, 4);
-    put(body, 3, 1);
-    Bytes grid(67, 0);
-    auto set = [&](int octet, std::uint32_t value) {
-        for (int i = 0; i < 4; ++i)
-            grid[static_cast<std::size_t>(octet - 6 + i)] = static_cast<char>(value >> (24 - 8 * i));
-    };
-    set(31, nx);
-    set(35, ny);
-    set(47, 45000000);
-    set(60, 90000000);
-    body.insert(body.end(), grid.begin(), grid.end());
-    put(body, 34, 4);
-    put(body, 4, 1);
-    body.insert(body.end(), 29, 0);
-    const int length5 = packing == 0 ? 21 : 49;
-    put(body, static_cast<std::uint64_t>(length5), 4);
-    put(body, 5, 1);
-    put(body, 0xFFFFFFFFU, 4);
-    put(body, static_cast<std::uint64_t>(packing), 2);
-    put(body, 0, 8);
-    put(body, static_cast<std::uint64_t>(bits), 1);
-    put(body, 0, 1);
+Bytes small_message(std::int64_t nx, std::int64_t ny, int packing, int bits, std::int64_t groups) {
+    using namespace grib_test;
+    auto grid = latlon(0, 0, 0);
+    set(grid, 31, nx, 4);
+    set(grid, 35, ny, 4);
+    auto packed = section2(5, packing == 0 ? 21 : 49);
+    set(packed, 6, 0xFFFFFFFF, 4);
+    set(packed, 10, packing, 2);
+    set(packed, 20, bits);
     if (packing != 0) {
-        put(body, 0, 10);
-        put(body, groups, 4);
-        put(body, 0, 2);
-        put(body, 0x7FFFFFFF, 4);
-        put(body, 255, 1);
-        put(body, 0xFFFFFFFFU, 4);
-        put(body, 0, 1);
-        put(body, 2, 1);
-        put(body, 2, 1);
+        set(packed, 32, groups, 4);
+        set(packed, 38, 0x7FFFFFFF, 4);
+        set(packed, 42, 255);
+        set(packed, 43, 0xFFFFFFFF, 4);
+        set(packed, 48, 2);
+        set(packed, 49, 2);
     }
-    put(body, 6, 4);
-    put(body, 6, 1);
-    put(body, 255, 1);
-    put(body, 15, 4);
-    put(body, 7, 1);
-    body.insert(body.end(), 10, 1);
-    Bytes message{'G', 'R', 'I', 'B', 0, 0, 0, 2};
-    put(message, body.size() + 20, 8);
-    message.insert(message.end(), body.begin(), body.end());
-    message.insert(message.end(), 4, '7');
-    return message;
+    const auto whole =
+        message2(0, {identification(), grid, product(), packed, bitmap(255), data(grib_test::Bytes(10, 1))});
+    return {whole.begin(), whole.end()};
 }
 
 TEST_F(GribMutation, HugeGridsInSmallMessages) {

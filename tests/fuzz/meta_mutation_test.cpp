@@ -5,6 +5,7 @@
 #include "frame/mess.h"
 #include "gks/kernel_scene.h"
 #include "gks/meta/gks_meta.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -19,20 +20,6 @@ class MetaMutation : public test::KernelTest {
         const auto pick = [this](std::size_t size) {
             return std::uniform_int_distribution<std::size_t>(0, size - 1)(random_);
         };
-        const char* const pieces[] = {"nan",
-                                      "-",
-                                      "1e38",
-                                      "99999999999",
-                                      ",",
-                                      "\n",
-                                      "FA 7 ",
-                                      "TR 3\n",
-                                      "WIN 0 0 0 0 0\n",
-                                      "PM_TYPE 4\n",
-                                      "TE_HGHT 1e30\n",
-                                      "VP 0 -9e9 9e9 1 1\n",
-                                      "PM_SIZE 3e38\n",
-                                      "TE 1,1 "};
         for (std::size_t n = 1 + pick(8); n > 0 && !copy.empty(); --n) {
             const std::size_t place = pick(copy.size());
             switch (pick(4)) {
@@ -43,7 +30,7 @@ class MetaMutation : public test::KernelTest {
                     copy.erase(place, 1 + pick(40));
                     break;
                 case 2:
-                    copy.insert(place, pieces[pick(std::size(pieces))]);
+                    copy.insert(place, test::unescaped(pieces_[pick(pieces_.size())].at("piece")));
                     break;
                 default:
                     copy.insert(place, copy.substr(pick(copy.size()), pick(60)));
@@ -53,6 +40,7 @@ class MetaMutation : public test::KernelTest {
         return copy;
     }
 
+    std::vector<test::Row> pieces_ = test::data_table("metafile_pieces.tsv");
     std::mt19937 random_{20240229};
 };
 

@@ -9,6 +9,7 @@
 #include "frame/resrc.h"
 #include "map/region.h"
 #include "support/support.h"
+#include "support/table.h"
 #include "var/var_tool.h"
 
 namespace zav {
@@ -16,43 +17,15 @@ namespace {
 
 constexpr int ROUNDS = 12000;
 
-const std::vector<std::string> SEEDS = {
-    "temp:C:cf:in=4",
-    "h24-12acc:sfc:prcp::cf",
-    "mul(hght,#2),grad(hght)",
-    "wind<uwnd,vwnd>[kt:barb:sk=2]",
-    "pair{temp,add(dewp,273.15)}",
-    "ensprob[<-10.5]temp,ens[-3]hght",
-    "fi:m.var:mac,+mac",
-    "mac[F:ln:%n%s%99999f]",
-    "trop+1000m",
-    "sfc[2]-500mb",
-    "0.995-0.8sig",
-    "99999999999mb",
-    "s0.5-0.6",
-    "1e39m_ag",
-    "nan-infft",
-    "time-99999999999acc",
-    "anal-2147483647avg",
-    "h99999999999-99999999999max",
-    "ps:90:-100,45,-100,61,45,1.2",
-    "sat:e:0:-75:421.64:1,0,0,9,9,1,1",
-    "id:KMSN,3,4,1",
-    "m.reg:loop",
-    "fi:m.reg",
-    "lc:25:-95:25:25,40,-100,2",
-    "size,1e30,-1e30",
-    "%s%n%d%999999999d",
-};
 const std::string ALPHABET = ",:()<>{}[]\\-+#%*.0123456789eEhpkst\"| \t\n\x01\xff";
 
 /// A seed with characters changed, added, cut and repeated, and parts of other seeds.
-std::string mutated(std::mt19937& random) {
+std::string mutated(const std::vector<test::Row>& seeds, std::mt19937& random) {
     const auto pick = [&random](std::size_t size) { return static_cast<std::size_t>(random()) % size; };
-    std::string text = SEEDS[pick(SEEDS.size())];
+    std::string text = seeds[pick(seeds.size())].at("text");
     for (std::size_t i = pick(6); i > 0; i--) {
         const std::size_t pos = pick(text.size() + 1);
-        const std::string other = SEEDS[pick(SEEDS.size())];
+        const std::string other = seeds[pick(seeds.size())].at("text");
         switch (pick(5)) {
             case 0:
                 text.insert(pos, 1 + pick(3), ALPHABET[pick(ALPHABET.size())]);
@@ -102,9 +75,11 @@ TEST(VarMutation, DecodersEndWithAResult) {
     dir.write("zav.reg", "a A 1 a\n");
     VAR_hooks().is_vect_func = [](const std::string& name) { return static_cast<int>(name == "grad"); };
 
+    const std::vector<test::Row> seeds = test::data_table("variable_texts.tsv");
+    ASSERT_FALSE(seeds.empty());
     std::mt19937 random(20260101);
     for (int round = 0; round < ROUNDS; round++) {
-        const std::string text = mutated(random);
+        const std::string text = mutated(seeds, random);
         SCOPED_TRACE(text);
         VAR_setup(round % 50 == 0 ? menu.c_str() : nullptr, text.rfind("fi:", 0) == 0 ? text.substr(3) : text);
         check_list();

@@ -8,11 +8,14 @@
 #include <random>
 
 #include "files/date.h"
+#include "frame/string.h"
+#include "grid/expected_fields.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -81,13 +84,9 @@ TEST_P(NativeFormat, ComesBackToTheLastBit) {
     GRD_report back;
     int number = 0;
     ASSERT_EQ(GRD_read(fd, &back, 0, &number), 0);
-    EXPECT_EQ(back.datim, grid.datim);
-    EXPECT_EQ(back.info, grid.info);
-    EXPECT_EQ(back.units, "gp_m");
-    for (const auto field : {&GRD_report::source, &GRD_report::version, &GRD_report::model, &GRD_report::type,
-                             &GRD_report::ltype, &GRD_report::level, &GRD_report::time, &GRD_report::var}) {
-        EXPECT_EQ(back.*field, grid.*field);
-    }
+    test::expect_fields(back,
+                        "datim=1200Z_15_JAN_26;info=24_hour_500_mb_Height_(gp_m);units=gp_m;source=7;version=2;"
+                        "model=96;type=211;ltype=100;level=500;time=24;var=7");
     EXPECT_EQ(DOM_comp(&back.domain, &grid.domain), 1);
     ASSERT_TRUE(GRD_has_values(&back));
     for (std::size_t i = 0; i < 35; i++) EXPECT_EQ(back.grid[i], grid.grid[i]) << i;
@@ -132,38 +131,6 @@ TEST_P(NativeFormat, StepsThroughAppendedRecords) {
     GRD_close(fd);
 }
 
-TEST_P(NativeFormat, DamageEndsInAResult) {
-    GRD_report grid = sample(6, 4);
-    const std::string name = dir.file("a.grd");
-    write_records(name, GetParam(), 1, {&grid});
-    write_records(name, GetParam(), 2, {&grid});
-    const std::string whole = test::read_file(name);
-    ASSERT_FALSE(whole.empty());
-    std::mt19937 random(7);
-    for (std::size_t i = 0; i < 2 * whole.size(); i++) {
-        std::string damaged = i < whole.size() ? whole.substr(0, i) : whole;
-        if (i >= whole.size()) damaged[i - whole.size()] = static_cast<char>(random());
-        std::filesystem::remove(name);  // faster than emptying it
-        test::write_file(name, damaged);
-        const int fd = open_read(name);
-        if (fd < 0) continue;
-        GRD_report back;
-        int records = 0;
-        for (int number = 0; GRD_read(fd, &back, 1, &number) == 0 && records < 100; number++) {
-            records++;
-            GRD_report values;
-            if (GRD_read(fd, &values, 0, &number) == 0) {
-                EXPECT_TRUE(GRD_has_values(&values));
-                EXPECT_LE(GRD_points(&values), whole.size());
-            } else {
-                EXPECT_EQ(values.source, 0);
-            }
-        }
-        EXPECT_LT(records, 100);
-        GRD_close(fd);
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(Kinds, NativeFormat, testing::Values(2, 3),
                          [](const auto& given) { return given.param == 2 ? "text" : "binary"; });
 
@@ -180,79 +147,35 @@ class Native : public TempDirTest {
     }
 };
 
-struct Projection {
-    Domain domain;
-    std::string line;  ///< the line's start
-    float plat, plon;  ///< what comes back
-};
-
-TEST_F(Native, ProjectionsComeBack) {
-    Domain base = sample(2, 2).domain;
-    std::vector<Projection> cases;
-    const auto add = [&](int proj, float plat, float plon, float lat1, const char* line, float plat2, float plon2) {
-        Domain domain = base;
-        domain.proj = proj;
-        domain.plat = plat;
-        domain.plon = plon;
-        if (lat1 != FMISS) domain.param = {lat1, 45.0F, 1.25F, FMISS, FMISS};
-        cases.push_back({domain, line, plat2, plon2});
-    };
-    add(PROJ_POLAR, FMISS, -105.0F, FMISS, "\nPS:-105.000000 40.", FMISS, -105.0F);
-    add(PROJ_POLAR, FMISS, -100.5F, FMISS, "\nPS 40.", FMISS, -100.5F);
-    add(PROJ_MERCATOR, FMISS, FMISS, FMISS, "\nME 40.", FMISS, FMISS);
-    add(PROJ_LAMBERT, 35.0F, -95.0F, 25.0F, "\nLC:35.000000:-95.000000:25.000000:45.000000:1.250000 40.", 35.0F,
-        -95.0F);
-    add(PROJ_LAMBERT, FMISS, -95.0F, FMISS, "\nLC:-95.000000 40.", FMISS, -95.0F);
-    add(PROJ_LAMBERT, FMISS, FMISS, FMISS, "\nLC 40.", FMISS, FMISS);
-    for (const Projection& c : cases) {
-        GRD_report grid = sample(2, 2);
-        grid.domain = c.domain;
-        const std::string name = dir.file("p.grd");
-        write_records(name, 2, 1, {&grid});
-        EXPECT_NE(test::read_file(name).find(c.line), std::string::npos) << c.line;
-        GRD_report back;
-        ASSERT_EQ(read_text(test::read_file(name), &back), 0);
-        EXPECT_EQ(back.domain.proj, c.domain.proj);
-        EXPECT_EQ(back.domain.plat, c.plat) << c.line;
-        EXPECT_EQ(back.domain.plon, c.plon) << c.line;
-        EXPECT_EQ(back.domain.param, c.domain.param) << c.line;
-        EXPECT_EQ(back.domain.ny, 2);
-    }
-}
-
-TEST_F(Native, OlderFormsAreRead) {
-    GRD_report grid;
-    ASSERT_EQ(read_text("1200Z 15 JAN 26\n1-Height\nLL 40 100 1 1 2 1\n3.5\n-9999\n", &grid), 0);
-    EXPECT_EQ(grid.domain.clon, -100.0F);
-    EXPECT_EQ(grid.version, 1);
-    EXPECT_EQ(grid.grid[0], 3.5F);
-    EXPECT_EQ(grid.grid[1], FMISS);
-    ASSERT_EQ(read_text(" 1200Z 15 JAN 26\nHeight\n:m 50 100 2.5 2 1\n1\n2\n", &grid), 0);
-    EXPECT_EQ(grid.domain.proj, PROJ_POLAR);
-    EXPECT_EQ(grid.domain.clat, 50.0F);
-    EXPECT_EQ(grid.domain.clon, 100.0F);
-    EXPECT_EQ(grid.domain.dy, 2.5F);
-    EXPECT_EQ(grid.units, "m");
-    EXPECT_EQ(grid.info, "Height");
-    EXPECT_EQ(grid.source, 1);
-    // A record without units doesn't have those of the record before.
-    ASSERT_EQ(read_text("1200Z 15 JAN 26\n2-Height\n7 2 96 0 100 500 24 7\nLL 40 100 1 1 2 1\n1\n2\n", &grid), 0);
-    EXPECT_EQ(grid.units, "");
-}
-
-TEST_F(Native, ReferenceLinesLeadToAnotherFile) {
-    const std::string values = dir.write("v.txt", "xx1 2 3 4 5 6");
-    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n4-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 3 2\n";
-    const float expected[3][6] = {{1, 2, 3, 4, 5, 6}, {4, 5, 6, 1, 2, 3}, {6, 5, 4, 3, 2, 1}};
-    const char* directions[3] = {" 1 1", " 1 0", " 0 0"};
-    for (int c = 0; c < 3; c++) {
+/// Texts of files with their types and what their first records hold, and the domain lines of those written again.
+TEST_F(Native, TextsAreReadAndWritten) {
+    dir.write("v.txt", "xx1 2 3 4 5 6");
+    for (const test::Row& row : test::data_table("native_records.tsv")) {
+        const std::string text = test::unescaped(row.at("text"));
+        SCOPED_TRACE(row.at("text"));
+        EXPECT_EQ(GRD_chktype(dir.write("r", text)), std::stoi(row.at("type")));
+        if (!row.contains("result")) continue;
         GRD_report grid;
-        ASSERT_EQ(read_text(head + "ASCII " + values + " 2" + directions[c] + "\n", &grid), 0);
-        for (std::size_t i = 0; i < 6; i++) EXPECT_EQ(grid.grid[i], expected[c][i]) << c << ' ' << i;
+        ASSERT_EQ(read_text(text, &grid), std::stoi(row.at("result")));
+        if (grid.source == 0) continue;
+        test::expect_fields(grid, row.at("expected"));
+        write_records(dir.file("p.grd"), 2, 1, {&grid});
+        const std::string written = test::read_file(dir.file("p.grd"));
+        EXPECT_NE(written.find("\n" + row.at("written")), std::string::npos) << written;
+        GRD_report back;
+        ASSERT_EQ(read_text(written, &back), 0);
+        EXPECT_EQ(back.domain.param, grid.domain.param);
+        EXPECT_EQ(DOM_comp(&back.domain, &grid.domain), 1);
     }
+    const std::string endless =
+        "ZAVGRID\n1200Z 15 JAN 26\n3-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 2000000000 2000000000\n1234";
     GRD_report grid;
-    const test::Output out =
-        test::capture([&] { EXPECT_EQ(read_text(head + "ASCII |touch${IFS}made 0 1 1\n", &grid), -1); });
+    EXPECT_EQ(read_text(endless, &grid, GRD_READ_HEADER), 0);
+    const test::Output out = test::capture([&] {
+        read_text(
+            "ZAVGRID\n1200Z 15 JAN 26\n4-H\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 3 2\nASCII |touch${IFS}made 0 1 1\n",
+            &grid);
+    });
     EXPECT_EQ(test::read_file(dir.file("made")), "");
     EXPECT_NE((out.out + out.err).find("GRD_read: Unable to open grid file: |touch"), std::string::npos);
 }
@@ -269,16 +192,6 @@ TEST_F(Native, ReferencesReachBeyondTwoGigabytes) {
     EXPECT_EQ(grid.units, "m");
     EXPECT_EQ(grid.grid[0], 7.0F);
     EXPECT_EQ(grid.grid[1], 8.0F);
-}
-
-TEST_F(Native, SizesBeyondTheFileAreRefused) {
-    GRD_report grid;
-    const std::string head = "ZAVGRID\n1200Z 15 JAN 26\n";
-    const std::string codes = "-Height\n7 1 1 1 100 500 0 7\nLL 40 100 1 1 ";
-    EXPECT_EQ(read_text(head + "2" + codes + "60000 60000\n1\n2\n", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "-5 7\n1234", &grid), -1);
-    EXPECT_EQ(read_text(head + "3" + codes + "2000000000 2000000000\n1234", &grid, 1), 0);
 }
 
 TEST_F(Native, BinaryValuesMayLookLikeWhiteSpace) {
@@ -306,30 +219,6 @@ TEST_F(Native, FormatsAreTakenOnlyIfSafe) {
     EXPECT_NE(written("%s%n").find("\n1.23456705e+00\n"), std::string::npos);
 }
 
-struct Recognised {
-    std::string content;
-    int type;
-};
-
-TEST_F(Native, TypesAreRecognised) {
-    const Recognised cases[] = {
-        {" GRIB", 1},
-        {"12 GRIB", 1},
-        {"ZAVGRID4B\n", 4},
-        {"ZAVGRID\n", 2},
-        {"CDF\x01", 11},
-        {"GRIB...", 21},
-        {"** HEADER", 21},
-        {"\x01\r\r\n", 21},
-        {"GRID 070", 22},
-        {"text then GRIB", 21},
-        {std::string(200, 'x') + "GRIB", -1},
-        {"", -1},
-        {"ZAV", -1},
-    };
-    for (const Recognised& c : cases) EXPECT_EQ(GRD_chktype(dir.write("r", c.content)), c.type) << c.content;
-}
-
 TEST_F(Native, HandlesEndWithFifteen) {
     const std::string name = dir.write("t.grd", "ZAVGRID\n1200Z 15 JAN 26\n");
     std::vector<int> handles;
@@ -347,12 +236,76 @@ TEST_F(Native, HandlesEndWithFifteen) {
     EXPECT_EQ(GRD_read(3, &grid, 0, &number), -1);
 }
 
-TEST_F(Native, DomainTextFilesAreRead) {
-    GRD_report grid;
-    const std::string record = "1200Z 15 JAN 26\n9-Height\nLL,40,-100,2,1,1,1\n4.5 6.5\n";
-    ASSERT_EQ(read_text("ZAVGRID4\n" + record + record, &grid), 0);
-    EXPECT_EQ(grid.domain.nx, 2);
-    EXPECT_EQ(grid.grid[1], 6.5F);
+/// Text GRID messages by chance, each with the record that it has to give.
+TEST_F(Native, TextMessagesGiveTheirRecords) {
+    std::mt19937 random(3);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const float scales[] = {1, 0.1F, 0.01F, 0.001F, 0.0001F, 10, 100, 1000, 10000, 100000};
+    const float lats[] = {55, 0, -55};
+    const float lons[] = {-45, -135, 135, 45};
+    std::string text;
+    std::vector<std::string> fields;
+    std::vector<std::vector<float>> values;
+    for (int n = 0, wind = 0; n < 60; n++) {
+        const int sector = 1 + n % 12;
+        const int level = below(3) == 0 ? 0 : 10 + below(90);
+        const int group = 2 + below(2);
+        const int year = below(100);
+        const int var = below(3) == 0 ? 22 : below(3) == 0 ? 4 : 10 + below(10);
+        const int hours = below(200);
+        const int mode = var == 22 ? 0 : below(2) * (1 + 2 * below(2));
+        const int digits = var == 22 ? 5 : 3 + below(3);
+        const int scale = below(10);
+        const int offset = 100 + below(900);
+        wind = var != 22 ? 0 : wind == 1 ? 2 : 1;
+        text += text_format("GRID 07%03d AAA BBB 1%02d %d%02d00 6%02d03 71506 80%03d 00000 X 1000%d 2%d111 3%d%d",
+                            sector, var, group, level, year, hours, mode, digits + (mode == 1 ? 1 : 0), scale, offset);
+        values.emplace_back(15 * 19);
+        for (int j = 0; j < 15; j++) {
+            const bool uniform = below(4) == 0;
+            text += uniform ? "\n9 SKIP" : "\n5 SKIP";
+            for (int i = 0, value = 0, sign = 0; i < 19; i++) {
+                if (i == 0 || !uniform) {
+                    value = var == 22 ? 100 * below(361) + below(100) : below(static_cast<int>(std::pow(10, digits)));
+                    sign = below(2);
+                    text += " " + (mode == 1 ? std::to_string(sign) : "") + text_format("%0*d", digits, value);
+                }
+                const float number = static_cast<float>(mode == 3 || (mode == 1 && sign == 1) ? -value : value);
+                const double angle = value / 100 * 0.017453292519943334;
+                const double part = (wind == 1 ? std::sin(angle) : std::cos(angle)) * -(value % 100);
+                const float start = static_cast<float>(var == 4 ? -offset : offset);
+                const int row = sector <= 4 ? 14 - j : j;
+                values.back()[static_cast<std::size_t>(row * 19 + i)] =
+                    wind != 0 ? static_cast<float>(part) : start * scales[scale] + number * scales[scale];
+            }
+        }
+        text += "\n";
+        fields.push_back(text_format(
+            "source=7;model=7;version=1;type=%d;var=%d;ltype=%d;level=%d;time=%d;date=%d-3-15 6:0;proj=2;nx=19;ny=15;"
+            "dx=5;dy=5;clat=%g;clon=%g;units=%s",
+            sector + 70, var + wind,
+            group == 2   ? 10
+            : level == 0 ? 12
+                         : 13,
+            level * 10, hours, year < 50 ? 2000 + year : 1900 + year, static_cast<double>(lats[(sector - 1) / 4]),
+            static_cast<double>(lons[(sector - 1) % 4]), ""));
+    }
+    const int fd = open_read(dir.write("m.txt", text));
+    ASSERT_GE(fd, 0);
+    int number = 0;
+    for (std::size_t n = 0; n < fields.size(); n++, number++) {
+        SCOPED_TRACE(n);
+        GRD_report grid;
+        grid.units = "of another record";
+        ASSERT_EQ(GRD_read(fd, &grid, GRD_READ_HEADER, &number), 0);
+        test::expect_fields(grid, fields[n]);
+        ASSERT_EQ(GRD_read(fd, &grid, GRD_READ_ALL, &number), 0);
+        EXPECT_EQ(number, static_cast<int>(n));
+        for (std::size_t i = 0; i < values[n].size(); i++) ASSERT_FLOAT_EQ(grid.grid[i], values[n][i]) << i;
+    }
+    GRD_report beyond;
+    EXPECT_EQ(GRD_read(fd, &beyond, GRD_READ_HEADER, &number), -1);
+    GRD_close(fd);
 }
 
 }  // namespace

@@ -7,12 +7,13 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <set>
+#include <tuple>
 
 #include "files/files.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "grid/expected_fields.h"
 #include "grid/grd_hints.h"
 #include "grid/grd_out.h"
 #include "grid/grd_read.h"
@@ -32,11 +33,6 @@ VAR_data key(int time, int ltype, int level, int var) {
     return params;
 }
 
-struct Match {
-    int time, ltype, level, var, type;  ///< key
-    int result;                         ///< for a record of time 3018024, level 100:500, variable 7, grid 211
-};
-
 TEST(Search, KeysFitRecords) {
     GRD_report grid;
     GRD_init(&grid);
@@ -45,14 +41,18 @@ TEST(Search, KeysFitRecords) {
     grid.level = 500;
     grid.var = 7;
     grid.type = 211;
-    const Match cases[] = {{MISS, MISS, MISS, 7, MISS, 1}, {24, 100, 500, 7, 211, 1},
-                           {3018024, 100, 500, 7, 211, 1}, {3012024, 100, 500, 7, 211, 0},
-                           {18, MISS, MISS, 7, MISS, 0},   {MISS, 101, MISS, 7, MISS, 0},
-                           {MISS, MISS, 499, 7, MISS, 0},  {MISS, MISS, MISS, 8, MISS, 0},
-                           {MISS, MISS, MISS, 7, 212, 0},  {MISS, MISS, MISS, MISS, MISS, 0}};
-    for (const Match& c : cases) {
-        const VAR_data params = key(c.time, c.ltype, c.level, c.var);
-        EXPECT_EQ(GRD_test(&grid, &params, c.type), c.result) << &c - cases;
+    for (const auto& [time, ltype, level, var, type, result] : {std::tuple{MISS, MISS, MISS, 7, MISS, 1},
+                                                                {24, 100, 500, 7, 211, 1},
+                                                                {3018024, 100, 500, 7, 211, 1},
+                                                                {3012024, 100, 500, 7, 211, 0},
+                                                                {18, MISS, MISS, 7, MISS, 0},
+                                                                {MISS, 101, MISS, 7, MISS, 0},
+                                                                {MISS, MISS, 499, 7, MISS, 0},
+                                                                {MISS, MISS, MISS, 8, MISS, 0},
+                                                                {MISS, MISS, MISS, 7, 212, 0},
+                                                                {MISS, MISS, MISS, MISS, MISS, 0}}) {
+        const VAR_data params = key(time, ltype, level, var);
+        EXPECT_EQ(GRD_test(&grid, &params, type), result) << time << ' ' << ltype << ' ' << level << ' ' << var;
     }
     VAR_data several = key(MISS, MISS, MISS, 2);
     several.var[4] = 7;
@@ -62,31 +62,21 @@ TEST(Search, KeysFitRecords) {
     EXPECT_EQ(GRD_test(&grid, &range, MISS), 0);
 }
 
-struct Selector {
-    const char* text;
-    int result, time, var;
-    const char* units;
-    int type;
-};
-
 TEST(Search, SelectorsAreDecoded) {
-    const Selector cases[] = {{"", MISS, MISS, MISS, "", MISS},
-                              {"-", MISS, MISS, MISS, "", MISS},
-                              {"#3", 3, MISS, MISS, "", MISS},
-                              {"#12:C", 12, MISS, MISS, "C", MISS},
-                              {":F", MISS, MISS, MISS, "F", MISS},
-                              {"what", MISS, MISS, MISS, "", MISS},
-                              {"+h24:500mb:HH:dm:212", -1, 24, 7, "dm", 212},
-                              {"+h12:500mb:uw", -1, 12, 33, "", MISS},
-                              {"#99999999999", 999999999, MISS, MISS, "", MISS}};
-    for (const Selector& c : cases) {
+    for (const test::Row& row : test::data_table("selectors.tsv")) {
         VAR_data params;
-        int type = MISS;
-        EXPECT_EQ(GRD_parse_params(c.text, &params, &type), c.result) << c.text;
-        EXPECT_EQ(params.time, c.time) << c.text;
-        EXPECT_EQ(params.var[0], c.var) << c.text;
-        EXPECT_EQ(params.units, c.units) << c.text;
-        EXPECT_EQ(type, c.type) << c.text;
+        GRD_report grid;
+        GRD_init(&grid);
+        grid.type = MISS;
+        const std::string text = row.at("selector") == "none" ? "" : row.at("selector");
+        const int result = GRD_parse_params(text, &params, &grid.type);
+        EXPECT_EQ(result, row.at("result") == "miss" ? MISS : std::stoi(row.at("result"))) << text;
+        grid.time = params.time;
+        grid.ltype = params.ltype;
+        grid.level = params.level;
+        grid.var = params.var[0];
+        grid.units = params.units;
+        test::expect_fields(grid, row.at("expected"));
     }
 }
 
@@ -250,25 +240,24 @@ TEST_F(SearchFile, ANamedFileGoesOverTheFilesOfTheModel) {
     GRD_specs& specs = GRD_get_specs();
     specs.spec[0].name = "@%G/%y%m%d%h_a";
     specs.spec[1].name = "@%G/%y%m%d%h_b";
-    struct Case {
-        const char* typed;
-        int pieces;
-        const char* second;
-    };
-    for (const Case& c : {Case{"26011512", 2, "./26011512_b"}, Case{"/data/x/26011512_a", 2, "/data/x/26011512_b"},
-                          Case{"/data/x/other.grb", 0, ""}, Case{"@26011512_a", 0, ""}, Case{"|zcat x", 0, ""},
-                          Case{"cu#2026011512", 2, "./26011512_b"}, Case{"latest.grb", 0, ""}}) {
+    for (const auto& [typed, pieces, second] : {std::tuple{"26011512", 2, "./26011512_b"},
+                                                {"/data/x/26011512_a", 2, "/data/x/26011512_b"},
+                                                {"/data/x/other.grb", 0, ""},
+                                                {"@26011512_a", 0, ""},
+                                                {"|zcat x", 0, ""},
+                                                {"cu#2026011512", 2, "./26011512_b"},
+                                                {"latest.grb", 0, ""}}) {
         specs.nspec = 2;
         FILE_set_name(specs.spec[0].name);
         FILE_set_filename("");
         std::string name;
-        FILE_set_file(c.typed, name);
+        FILE_set_file(typed, name);
         GRD_take_named_file();
-        EXPECT_EQ(specs.nspec, c.pieces) << c.typed;
+        EXPECT_EQ(specs.nspec, pieces) << typed;
         Date date;
         FILE_get_date(&date);
-        if (c.pieces < 2) continue;
-        EXPECT_EQ(GRD_piece_file(1, &date), c.second) << c.typed;
+        if (pieces < 2) continue;
+        EXPECT_EQ(GRD_piece_file(1, &date), second) << typed;
     }
 }
 
@@ -382,87 +371,35 @@ TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
     }
 }
 
-struct Choice {
-    const char* words;
-    int given, result;
-    const char* kind;
-};
-
 TEST_F(SearchFile, OutputFollowsTheWords) {
-    const Choice cases[] = {{"none", 0, 0, nullptr},        {"gif", 2, 2, "grd_grd"},  {"zavb", 0, 3, "grd_zav"},
-                            {"ZAV:@x.grd", 0, 2, "@x.grd"}, {"cdf=abc", 0, 11, "abc"}, {"zavb,mine", 0, 3, "mine"},
-                            {"grib", 0, 21, "grd_grib"},    {"mine", 0, 2, "mine"}};
-    for (const Choice& c : cases) {
-        RES_new(0, "out_file", c.words, CV_string);
+    for (const auto& [words, given, result] : {std::tuple{"none", 0, 0},
+                                               {"gif", 2, 2},
+                                               {"zavb", 0, 3},
+                                               {"ZAV:@x.grd", 0, 2},
+                                               {"cdf=abc", 0, 11},
+                                               {"zavb,mine", 0, 3},
+                                               {"grib", 0, 21},
+                                               {"mine", 0, 2}}) {
+        RES_new(0, "out_file", words, CV_string);
         FLAG_set(FLAG_GRID_FORMAT, MISS);
-        EXPECT_EQ(GRD_out_file(c.given), c.result) << c.words;
-        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), c.result == 0 ? MISS : c.result) << c.words;
-    }
-}
-
-TEST_F(SearchFile, TextMessagesAreSteppedThrough) {
-    std::string text;
-    for (int level = 50; level <= 70; level += 20) {
-        text += "GRID 07001 AAA BBB 104 2" + std::to_string(level) + " 62601 71512 80024 0000 X 11111 23 31000\n";
-        for (int j = 0; j < 15; j++) {
-            text += "5ROW SKIP";
-            for (int i = 0; i < 19; i++) text += " " + std::to_string(100 + j * 19 + i);
-            text += "\n";
-        }
-        text.replace(text.rfind("11111 23"), 8, "10000 23");
-    }
-    // The word behind the scale group is the first row's own.
-    const int fd = open_read(dir.write("m.txt", text));
-    ASSERT_GE(fd, 0);
-    GRD_report grid;
-    grid.units = "of another record";
-    int number = 0;
-    ASSERT_EQ(GRD_read(fd, &grid, 1, &number), 0);
-    EXPECT_EQ(grid.units, "");
-    EXPECT_EQ(grid.level, 500);
-    EXPECT_EQ(grid.source, 7);
-    EXPECT_EQ(grid.type, 71);
-    EXPECT_EQ(grid.date.year, 2026);
-    EXPECT_EQ(grid.time, 24);
-    number = 1;
-    ASSERT_EQ(GRD_read(fd, &grid, 0, &number), 0);
-    EXPECT_EQ(grid.level, 700);
-    EXPECT_EQ(grid.domain.clat, 55.0F);
-    EXPECT_FLOAT_EQ(grid.grid[14 * 19], 10.0F);  // the first row read is the southern one; scaled by 0.1
-    EXPECT_FLOAT_EQ(grid.grid[18], 38.4F);
-    number = 2;
-    EXPECT_EQ(GRD_read(fd, &grid, 1, &number), -1);
-    GRD_close(fd);
-    std::mt19937 random(3);
-    for (std::size_t i = 0; i < text.size(); i += 3) {
-        std::string damaged = text.substr(0, i % 2 == 0 ? i : text.size());
-        if (i % 2 != 0) damaged[i] = static_cast<char>(random());
-        std::filesystem::remove(dir.file("m.txt"));
-        const int handle = open_read(dir.write("m.txt", damaged));
-        int records = 0;
-        for (number = 0; handle >= 0 && GRD_read(handle, &grid, 0, &number) == 0 && records < 50; number++) records++;
-        EXPECT_LT(records, 50);
-        if (handle >= 0) GRD_close(handle);
+        EXPECT_EQ(GRD_out_file(given), result) << words;
+        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), result == 0 ? MISS : result) << words;
     }
 }
 
 TEST(Index, DescriptionsAreDecoded) {
     GRD_report grid;
-    GRD_init(&grid);
-    EXPECT_EQ(GRD_decode_index("HHBC50 KWBE / GRIB1 S98 M84 G211 T24 L100 H500 V7", &grid), 1);
-    EXPECT_EQ(grid.source, 98);
-    EXPECT_EQ(grid.model, 84);
-    EXPECT_EQ(grid.type, 211);
-    EXPECT_EQ(grid.level, 500);
-    EXPECT_EQ(grid.var, 7);
-    EXPECT_EQ(GRD_decode_index("HHBC50 / 39 202 12 100 850 11", &grid), 1);
-    EXPECT_EQ(grid.model, 39);
-    EXPECT_EQ(grid.var, 11);
-    EXPECT_EQ(GRD_decode_index("HHBC50 / 7:96 3 6 1 0 61", &grid), 1);
-    EXPECT_EQ(grid.source, 7);
-    EXPECT_EQ(grid.model, 96);
-    EXPECT_EQ(grid.time, 6);
-    EXPECT_EQ(GRD_decode_index("nothing", &grid), 0);
+    const auto expect = [&](const char* line, int result, const char* fields) {
+        EXPECT_EQ(GRD_decode_index(line, &grid), result) << line;
+        test::expect_fields(grid, fields);
+    };
+    expect("HHBC50 KWBE / GRIB1 S98 M84 G211 T24 L100 H500 V7", 1,
+           "source=98;model=84;type=211;time=24;ltype=100;level=500;var=7");
+    expect("HHBC50 / 39 202 12 103 850 11", 1, "source=98;model=39;type=202;time=12;ltype=103;level=850;var=11");
+    expect("HHBC50 / 7:96 3 6 1 0 61", 1, "source=7;model=96;type=3;time=6;ltype=1;level=0;var=61");
+    expect("/ GRIB V33 X9 T48 stop V1", 1, "var=33;time=48");
+    expect("a / 8:9", 1, "source=8;model=9;type=3");
+    for (const char* none : {"nothing", "a / none", "/ GRIB", "/ GRIB V"}) expect(none, 0, "var=33");
 }
 
 /// Largest memory of this process so far, in megabytes.

@@ -117,7 +117,7 @@ void decode_variable(const Octets& block, GRD_report* grd) {
     } else if (grd->version == 1 && table >= GRIB_FIRST_LOCAL_TABLE && !ecmwf) {
         grd->var = table * GRIB_TABLE + param;
     } else {
-        grd->var = param == 177 && !ecmwf ? 571 : param;
+        grd->var = param == 177 && grd->source != GRIB_ECMWF ? 571 : param;
     }
 }
 

@@ -154,7 +154,8 @@ GribSpan span_to_end(const Octets& section, int octet) {
     end.min = section.u8(octet + 5);
     end.sec = section.u8(octet + 6);
     start.sec = 0;
-    return {DATE_num_sec(&end) - DATE_num_sec(&start), false, false, end.month >= 1 && end.month <= 12};
+    const bool known = end.month >= 1 && end.month <= 12;  // asked before the count of seconds makes the date valid
+    return {DATE_num_sec(&end) - DATE_num_sec(&start), false, false, known};
 }
 
 /// The interval's end: its begin and length, or its date where the length is missing, one of several, or can't be true.

@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,31 +12,16 @@
 #include "grid/grd_tool.h"
 #include "grid/grib/grib.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
 
-using Row = std::map<std::string, std::string>;
-
-std::vector<std::string> columns(const std::string& line) {
-    std::vector<std::string> words;
-    std::istringstream in(line);
-    for (std::string word; std::getline(in, word, '\t');) words.push_back(word);
-    return words;
-}
+using test::Row;
 
 std::map<std::string, std::vector<Row>> inventory(const std::string& folder) {
-    std::ifstream in(folder + "/inventory.tsv");
-    std::string line;
-    std::getline(in, line);
-    const std::vector<std::string> names = columns(line);
     std::map<std::string, std::vector<Row>> files;
-    while (std::getline(in, line)) {
-        const std::vector<std::string> words = columns(line);
-        Row row;
-        for (std::size_t i = 0; i < words.size() && i < names.size(); ++i) row[names[i]] = words[i];
-        files[row["file"]].push_back(row);
-    }
+    for (const Row& row : test::read_table(folder + "/inventory.tsv")) files[row.at("file")].push_back(row);
     return files;
 }
 
@@ -151,24 +133,21 @@ void expect_header(const GRD_report& grd, const Row& row, const std::string& whe
         EXPECT_EQ(grd.domain.nx, std::stoi(row.at("Nx"))) << where;
     }
     expect_time(grd, row, where);
-    const std::string type = row.at("level_type");
+    // Of surfaces the listing doesn't tell which; the others' values are in the units of the level type.
+    struct Level {
+        const char* listed;
+        int ltype;
+        double factor;
+    };
     const double level = surface(row.at("level1"));
-    if (type == "pl") {
-        EXPECT_EQ(grd.ltype, 100) << where;
-        EXPECT_EQ(grd.level, static_cast<int>(level)) << where;
-    } else if (type == "pl/255") {
-        EXPECT_EQ(grd.ltype, 100) << where;
-        EXPECT_EQ(grd.level, static_cast<int>(level / 100 + 1e-6)) << where;
-    } else if (type == "102/255") {
-        EXPECT_EQ(grd.ltype, 103) << where;
-        EXPECT_EQ(grd.level, static_cast<int>(level)) << where;
-    } else if (type == "104/255") {
-        EXPECT_EQ(grd.ltype, 107) << where;
-        EXPECT_EQ(grd.level, static_cast<int>(level * 10000 + 1e-6)) << where;
-    } else if (type == "sfc/255") {
-        EXPECT_TRUE(grd.ltype == 1 || grd.ltype == 102 || grd.ltype == 105 || grd.ltype == 7 || grd.ltype == 8)
-            << where;
-        EXPECT_EQ(grd.level, std::isnan(level) ? 0 : static_cast<int>(level)) << where;
+    for (const Level& c : {Level{"pl", 100, 1.0},
+                           {"pl/255", 100, 0.01},
+                           {"102/255", 103, 1.0},
+                           {"104/255", 107, 1e4},
+                           {"sfc/255", grd.ltype, 1.0}}) {
+        if (row.at("level_type") != c.listed) continue;
+        EXPECT_EQ(grd.ltype, c.ltype) << where;
+        EXPECT_EQ(grd.level, std::isnan(level) ? 0 : static_cast<int>(level * c.factor + 1e-6)) << where;
     }
 }
 

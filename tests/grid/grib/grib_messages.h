@@ -45,12 +45,18 @@ inline Bytes join(const std::vector<Bytes>& parts) {
     return all;
 }
 
-inline Bytes message2(int discipline, const std::vector<Bytes>& sections) {
-    const Bytes body = join(sections);
-    Bytes head{'G', 'R', 'I', 'B', 0, 0, static_cast<unsigned char>(discipline), 2};
-    put(head, static_cast<std::int64_t>(body.size()) + 20, 8);
+/// A message of these blocks or sections.
+inline Bytes message(int edition, const std::vector<Bytes>& parts, int discipline = 0) {
+    const Bytes body = join(parts);
+    const std::int64_t size = static_cast<std::int64_t>(body.size()) + (edition == 2 ? 20 : 12);
+    Bytes head{'G', 'R', 'I', 'B'};
+    if (edition > 0) put(head, edition == 1 ? size : discipline, 3);
+    if (edition > 0) put(head, edition, 1);
+    if (edition == 2) put(head, size, 8);
     return join({head, body, {'7', '7', '7', '7'}});
 }
+
+inline Bytes message2(int discipline, const std::vector<Bytes>& sections) { return message(2, sections, discipline); }
 
 inline Bytes identification() {
     Bytes section = section2(1, 21);
@@ -140,28 +146,38 @@ class Grib : public test::TempDirTest {
 
 using Values = std::vector<float>;
 
-/// An edition 1 message: product block changed by `change`, then the data block.
-inline Bytes message1(const std::function<void(Bytes&)>& change, const Bytes& grid, const Bytes& packed, int bits) {
-    Bytes block(28, 0);
-    set(block, 1, 28, 3);
-    set(block, 4, 2);
-    set(block, 5, 7);
-    set(block, 7, 255);
-    set(block, 8, grid.empty() ? 0 : 0x80);
-    set(block, 9, 7);
-    set(block, 10, 100);
-    set(block, 11, 1000, 2);
-    for (const auto& [octet, value] : {std::pair{13, 98}, {14, 3}, {15, 15}, {16, 12}, {18, 1}})
+/// The product block of edition 1; that of edition 0 has its first 24 octets.
+inline Bytes product1(bool grid, int length = 28) {
+    Bytes block(static_cast<std::size_t>(length), 0);
+    set(block, 1, length, 3);
+    for (const auto& [octet, value] : {std::pair{4, 2},
+                                       {5, 7},
+                                       {7, 255},
+                                       {8, grid ? 0x80 : 0},
+                                       {9, 7},
+                                       {10, 100},
+                                       {13, 98},
+                                       {14, 3},
+                                       {15, 15},
+                                       {16, 12},
+                                       {18, 1}})
         set(block, octet, value);
-    change(block);
+    set(block, 11, 1000, 2);
+    return block;
+}
+
+inline Bytes values1(const Bytes& packed, int bits) {
     Bytes values(11, 0);
     set(values, 1, 11 + static_cast<int>(packed.size()), 3);
     set(values, 11, bits);
-    const Bytes body = join({block, grid, values, packed, {'7', '7', '7', '7'}});
-    Bytes head{'G', 'R', 'I', 'B'};
-    put(head, static_cast<std::int64_t>(body.size()) + 8, 3);
-    head.push_back(1);
-    return join({head, body});
+    return join({values, packed});
+}
+
+/// An edition 1 message: product block changed by `change`, then the data block.
+inline Bytes message1(const std::function<void(Bytes&)>& change, const Bytes& grid, const Bytes& packed, int bits) {
+    Bytes block = product1(!grid.empty());
+    change(block);
+    return message(1, {block, grid, values1(packed, bits)});
 }
 
 inline Bytes latlon1(int nx, int ny, int vertical) {

@@ -12,15 +12,6 @@
 namespace zav::grib_test {
 namespace {
 
-TEST_F(Grib, NumberFormats) {
-    const Bytes ibm{0xC2, 0x80, 0, 0};
-    EXPECT_EQ(GRIB_flt_conv(ibm.data()), -128.0F);
-    const Bytes eighth{0x80, 0x03};
-    EXPECT_EQ(GRIB_scl_conv(eighth.data()), 0.125F);
-    const Bytes ieee{0xC0, 0x48, 0, 0};
-    EXPECT_EQ(GRIB_ieee_float_conv(ieee.data()), -3.125F);
-}
-
 TEST_F(Grib, LaterFieldReusesTheBitMap) {
     const auto records =
         read(message2(0, {identification(), latlon(3, 2, 0), product(), simple(4, 8), bitmap(0, {0xD8}),
@@ -66,34 +57,6 @@ TEST_F(Grib, QuasiRegularRowsAreStretched) {
     }
 }
 
-TEST_F(Grib, SurfacesAndTimesOfEdition2) {
-    struct Case {
-        int type1, scale, value1, type2, value2, ltype, level;
-    };
-    const Case cases[] = {
-        {100, 0, 50000, 255, 0, 100, 500}, {100, 0, 85000, 100, 50000, 101, 85050},
-        {103, 0, 2, 255, 0, 105, 2},       {104, 4, 9950, 255, 0, 107, 9950},
-        {106, 1, 1, 106, 4, 112, 10040},   {109, 9, 2000, 255, 0, 117, 2},
-        {101, 0, 0, 255, 0, 102, 0},       {1, 255, 0, 255, 0, 1, 0},
-        {7, 0, -1, 255, 0, 7, 0},          {103, 0, -1, 255, 0, 105, MISS},
-        {100, 130, 1, 255, 0, 100, 1},     {108, 0, 3000, 108, 0, 116, 30000},
-        {103, 255, 0, 255, 0, 105, MISS},
-    };
-    for (const Case& c : cases) {
-        Bytes section = product();
-        set(section, 23, c.type1);
-        set(section, 24, c.scale);
-        set(section, 25, c.value1, 4);
-        set(section, 29, c.type2);
-        set(section, 31, c.value2, 4);
-        const auto records =
-            read(message2(0, {identification(), latlon(3, 2, 0), section, simple(6, 0), bitmap(255), data({})}));
-        ASSERT_EQ(records.size(), 1U) << c.type1;
-        EXPECT_EQ(records[0].ltype, c.ltype) << c.type1;
-        EXPECT_EQ(records[0].level, c.level) << c.type1;
-    }
-}
-
 TEST_F(Grib, ParameterFileTakesTheFirstLineThatFits) {
     dir.write("grib2_var.lup", "# comment\n7 0 0 0 nosuch K Local\n0 0 0 0 nosuch C General\n");
     RES_new(0, "file_path", dir.path().c_str(), CV_string);
@@ -118,86 +81,27 @@ TEST_F(Grib, EnsembleEndsWithItsField) {
     EXPECT_TRUE(records[0].info.find("Ens[-3]") != std::string::npos);
 }
 
-TEST_F(Grib, ProductBlock) {
-    struct Case {
-        const char* what;
-        std::vector<std::pair<int, int>> octets;
-        int GRD_report::*field;
-        int expected;
-    };
-    const Case cases[] = {
-        {"accumulation in days", {{18, 2}, {19, 1}, {20, 3}, {21, 4}}, &GRD_report::time, 4801803},
-        {"12 hours", {{18, 12}, {19, 2}}, &GRD_report::time, 24},
-        {"3 hours", {{18, 10}, {19, 2}}, &GRD_report::time, 6},
-        {"minutes", {{18, 0}, {19, 90}}, &GRD_report::time, 100000003},
-        {"quarters", {{18, 13}, {19, 2}, {20, 4}, {21, 3}}, &GRD_report::time, 103001002},
-        {"seconds", {{18, 254}, {19, 90}}, &GRD_report::time, MISS},
-        {"two octets", {{19, 1}, {20, 44}, {21, 10}}, &GRD_report::time, 300},
-        {"layer", {{10, 101}, {11, 85}, {12, 50}}, &GRD_report::level, 85050},
-        {"level", {}, &GRD_report::level, 1000},
-        {"longitude", {{9, 177}}, &GRD_report::var, 571},
-        {"table 129", {{4, 129}, {9, 212}}, &GRD_report::var, 491},
-        {"ECMWF", {{5, 98}, {9, 167}}, &GRD_report::ltype, 105},
-        {"ECMWF's own table", {{4, 128}, {5, 98}, {9, 59}}, &GRD_report::var, 157},
-        {"not in it", {{4, 128}, {5, 98}, {9, 126}}, &GRD_report::var, 128126},
-        {"another local table", {{4, 140}, {5, 98}, {9, 229}}, &GRD_report::var, 140229},
-        {"tropopause", {{10, 8}}, &GRD_report::level, 0},
-    };
-    for (const Case& c : cases) {
-        const auto records = read(message1(
-            [&](Bytes& block) {
-                for (const auto& [octet, value] : c.octets) set(block, octet, value);
-            },
-            latlon1(2, 2, 0), {1, 2, 3, 4}, 8));
-        ASSERT_EQ(records.size(), 1U) << c.what;
-        EXPECT_EQ(records[0].*c.field, c.expected) << c.what;
-        EXPECT_EQ(records[0].date.year, 1998);
-        EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
+/// A grid of 5 degrees with a single value for its pole, which is its last or its first row; the last column repeats
+/// the first one.
+TEST_F(Grib, PolesAndClosingColumnsOfGridsWithoutDescription) {
+    for (const int type : {25, 26}) {
+        Bytes packed(1 + 72 * 18, 5);
+        (type == 25 ? packed.back() : packed.front()) = 9;
+        packed[type == 25 ? 72 : 1] = 7;
+        Values expected(19 * 73, 5.0F);
+        const auto row = [&](int number) { return expected.begin() + number * 73; };
+        std::fill_n(row(type == 25 ? 0 : 18), 73, 9.0F);
+        *row(17) = *(row(17) + 72) = 7.0F;
+        const auto records = read(message1([&](Bytes& block) { set(block, 7, type); }, {}, packed, 8));
+        ASSERT_EQ(records.size(), 1U);
+        EXPECT_EQ(values(records[0]), expected) << type;
     }
-}
-
-TEST_F(Grib, PoleAtTheEndOfGrid25) {
-    Bytes packed(72 * 18 + 1, 5);
-    packed.back() = 9;
-    const auto records = read(message1([](Bytes& block) { set(block, 7, 25); }, {}, packed, 8));
-    ASSERT_EQ(records.size(), 1U);
-    const Values grid = values(records[0]);
-    EXPECT_EQ(std::count(grid.begin(), grid.begin() + 73, 9.0F), 73);
-    EXPECT_EQ(std::count(grid.begin() + 73, grid.end(), 5.0F), 18 * 73);
-}
-
-TEST_F(Grib, EnsembleMemberOfTheUsCentre) {
-    const auto records = read(message1(
-        [](Bytes& block) {
-            block.resize(45, 0);
-            set(block, 1, 45, 3);
-            for (const auto& [octet, value] : {std::pair{26, 2}, {42, 2}, {43, 3}, {44, 1}}) set(block, octet, value);
-        },
-        latlon1(2, 2, 0), {1, 2, 3, 4}, 8));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(records[0].var, 19323007);
 }
 
 TEST_F(Grib, VerticalCoordinatesArePassedOver) {
     const auto records = read(message1([](Bytes&) {}, latlon1(2, 2, 3), {1, 2, 3, 4}, 8));
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(values(records[0]), (Values{1, 2, 3, 4}));
-}
-
-TEST_F(Grib, PoleAndClosingColumnOfGrid26) {
-    Bytes packed(1 + 72 * 18, 5);
-    packed[0] = 9;
-    packed[1] = 7;
-    const auto records = read(message1([](Bytes& block) { set(block, 7, 26); }, {}, packed, 8));
-    ASSERT_EQ(records.size(), 1U);
-    const GRD_report& grd = records[0];
-    ASSERT_EQ(grd.domain.nx, 73);
-    EXPECT_EQ(grd.grid[18 * 73], 9.0F);
-    EXPECT_EQ(grd.grid[18 * 73 + 72], 9.0F);
-    EXPECT_EQ(grd.grid[17 * 73], 7.0F);
-    EXPECT_EQ(grd.grid[17 * 73 + 1], 5.0F);
-    EXPECT_EQ(grd.grid[17 * 73 + 72], 7.0F);
-    EXPECT_EQ(grd.grid[0], 5.0F);
 }
 
 TEST_F(Grib, BulletinsOfAFeed) {
@@ -238,28 +142,6 @@ TEST_F(Grib, RecordsInAnyOrder) {
         EXPECT_EQ(grd.grid[0], static_cast<float>(wanted + 1));
     }
     GRD_close(fd);
-}
-
-TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
-    Bytes drs = section2(5, 27);
-    for (const auto& [octet, value] : {std::pair{9, 6}, {11, 200}, {12, 3}, {14, 5}, {16, 5}}) set(drs, octet, value);
-    const Bytes message =
-        message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data({0b10011111, 0b00000010})});
-    dir.write("runs.grb", std::string(message.begin(), message.end()));
-    int type = GRD_TYPE_GRIB;
-    const int fd = GRD_open("runs.grb", 0, &type);
-    GRD_report grd;
-    int number = 0;
-    MESS_set(0, MESS_DEBUG);
-    const test::Output said = test::capture([&] { GRD_read(fd, &grd, GRD_READ_LABELS, &number); });
-    MESS_set(0, MESS_NONE);
-    GRD_close(fd);
-    EXPECT_TRUE(GRD_has_values(&grd));  // in edition 2 labels come with the values
-    // 3-bit numbers 4 7 6 0 1, of which 6 and 7 are digits of a count
-    for (const char* line : {"num = 2 mult = 2 new_val = 7\n", "num = 2 mult = 4 new_val = 6\n",
-                             "cnt = 2 new_val = 0 val = 4\nbyte: 2 loc: 2 0 new_val = 0 val = 4 num = 2\n"}) {
-        EXPECT_NE((said.out + said.err).find(line), std::string::npos) << said.out << said.err;
-    }
 }
 
 TEST_F(Grib, OtherPackingsOfEdition1AreRefused) {
