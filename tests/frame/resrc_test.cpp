@@ -3,6 +3,7 @@
 #include "frame/flag.h"
 #include "frame/hooks.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "frame/zav.h"
 #include "support/support.h"
 
@@ -170,6 +171,18 @@ TEST_F(Resources, TargetsAreChecked) {
     const std::string fault = "RES_getval: The target doesn't take the value of the resource: count\n";
     EXPECT_EQ(output.err, fault + fault);
     FLAG_resetplot(1);
+}
+
+TEST_F(Resources, ValuesThatMeanNothingAreTold) {
+    const test::Output output = test::capture([] {
+        init({"-in", "abc", "-pl", "xyz", "-pf", "save", "-ic=maybe"});
+        init({"-in", "-.5", "-pl", "CF", "-pf", "APP", "-ic=off", "-me", "warn"});
+    });
+    EXPECT_EQ(output.err,
+              "The value of con_interval (-in) can't be read: abc\nThe value of plot_type (-pl) can't be read: xyz\n"
+              "The value of file_param (-pf) can't be read: save\nThe value of icon (-ic) can't be read: maybe\n");
+    EXPECT_EQ(ZAV_noted(), STATUS_WORD);
+    for (const char* number : {"5", "<3", ",>2", "+1e3x"}) EXPECT_TRUE(RES_is_readable(number, CV_float)) << number;
 }
 
 TEST_F(Resources, CommandsCountOnlyInFilesThatOthersCannotWrite) {
