@@ -10,6 +10,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -134,33 +135,15 @@ TEST_F(Files, NameFollowsDateStepAndForcedFields) {
 }
 
 TEST_F(Files, TextIsCompletedByTheTemplate) {
-    struct Case {
-        const char *kind, *text, *name, *date;
-    };
-    const char* none = "-9999/-9999/-9999 -9999:-9999";
-    const char* mar15 = "1998/3/15 12:-9999";
-    const Case cases[] = {
-        {"grib_abc", "98031512", "98031512_abc.gra", mar15},
-        {"grib_abc", "98031512_abc.gra", "98031512_abc.gra", mar15},
-        {"grib_abc", "wave.grb", "wave.grb", none},
-        {"named", "grid_98031512.grb", "grid_98031512.grb", mar15},
-        {"named", "98031512", "grid_98031512.grb", mar15},
-        {"named", "98031512.grb", "grid_98031512.grb", mar15},
-        {"named", "grid_98031512.grb2", "grid_98031512.grb2", mar15},
-        {"named", "grid_98031512_x.grb", "grid_98031512_x.grb", mar15},
-        {"opt", "1998mar1512", "grid_1998mar1512.grb", mar15},
-        {"opt", "1998Mar1512", "1998Mar1512", "1998/-9999/-9999 -9999:-9999"},
-        {"named", "grid_98991512.grb", "grid_98991512.grb", "1998/-9999/-9999 -9999:-9999"},
-    };
-    for (const Case& c : cases) {
-        FILE_set_name(c.kind);
-        EXPECT_EQ(given(c.text), grid(c.name)) << c.text;
-        EXPECT_EQ(date_text(), c.date) << c.text;
+    for (const test::Case& c : test::cases("files/completed")) {
+        FILE_set_name(c.text(0));
+        EXPECT_EQ(given(c.text(1)), grid(c.text(2))) << c.line();
+        EXPECT_EQ(date_text(), c.text(3)) << c.line();
         Date date;
         FILE_get_date(&date);
         std::string again;
         FILE_set_date(&date, again);
-        EXPECT_EQ(again, grid(c.name)) << "the given name stays the name of its date";
+        EXPECT_EQ(again, grid(c.text(2))) << "the given name stays the name of its date";
     }
 }
 

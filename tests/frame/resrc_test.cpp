@@ -4,7 +4,9 @@
 #include "frame/hooks.h"
 #include "frame/mess.h"
 #include "frame/status.h"
+#include "frame/string.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -90,28 +92,16 @@ TEST_F(Resources, BatchNarrowsMessagesOnlyWithoutAnExplicitLevel) {
     EXPECT_EQ(MESS_get(), 0xFFFU);
 }
 
-struct Hour {
-    const char* text;
-    int month, day, hour, min;
-};
-
 forced_date last_date;
 
 TEST_F(Resources, HourForms) {
     ZAV_hooks().set_forced_date = [](const forced_date& date) { last_date = date; };
-    const Hour cases[] = {
-        {"031512", 3, 15, 12, MISS},      {"1512", MISS, 15, 12, MISS},     {"512", MISS, 5, 12, MISS},
-        {"12", MISS, MISS, 12, MISS},     {"12:30", MISS, MISS, 12, 30},    {"-12", MISS, MISS, -12, MISS},
-        {"-312", MISS, MISS, -312, MISS}, {":30", MISS, MISS, MISS, 30},    {"-:15", MISS, MISS, MISS, -15},
-        {"-0:15", MISS, MISS, MISS, -15}, {"15d6:45", MISS, 15, 6, 45},     {"-2d", MISS, -2, MISS, MISS},
-        {"#1998031512", 3, 15, 12, MISS}, {"junk", MISS, MISS, MISS, MISS},
-    };
-    for (const Hour& c : cases) {
-        EXPECT_EQ(RES_conv_data(c.text, {}, CV_hour), 1);
-        EXPECT_EQ(last_date.month, c.month) << c.text;
-        EXPECT_EQ(last_date.day, c.day) << c.text;
-        EXPECT_EQ(last_date.hour, c.hour) << c.text;
-        EXPECT_EQ(last_date.min, c.min) << c.text;
+    for (const test::Case& c : test::cases("frame/hours")) {
+        EXPECT_EQ(RES_conv_data(c.text(0).c_str(), {}, CV_hour), 1);
+        EXPECT_EQ(last_date.month, c.number(1)) << c.line();
+        EXPECT_EQ(last_date.day, c.number(2)) << c.line();
+        EXPECT_EQ(last_date.hour, c.number(3)) << c.line();
+        EXPECT_EQ(last_date.min, c.number(4)) << c.line();
     }
     EXPECT_EQ(last_date.year, MISS);
     RES_conv_data("#20010203", {}, CV_hour);
@@ -174,13 +164,15 @@ TEST_F(Resources, TargetsAreChecked) {
 }
 
 TEST_F(Resources, ValuesThatMeanNothingAreTold) {
-    const test::Output output = test::capture([] {
-        init({"-in", "abc", "-pl", "xyz", "-pf", "save", "-ic=maybe"});
-        init({"-in", "-.5", "-pl", "CF", "-pf", "APP", "-ic=off", "-me", "warn"});
-    });
-    EXPECT_EQ(output.err,
-              "The value of con_interval (-in) can't be read: abc\nThe value of plot_type (-pl) can't be read: xyz\n"
-              "The value of file_param (-pf) can't be read: save\nThe value of icon (-ic) can't be read: maybe\n");
+    const std::string good = "-in=-.5,-pl=CF,-pf=APP,-ic=off";
+    const auto told = [&](const std::string& words) {
+        return test::capture([&] { init(parse_string(good + words, ',')); }).err;
+    };
+    EXPECT_EQ(told(",-in=abc"), "The value of con_interval (-in) can't be read: abc\n");
+    EXPECT_EQ(told(",-pl,xyz"), "The value of plot_type (-pl) can't be read: xyz\n");
+    EXPECT_EQ(told(",-pf=save"), "The value of file_param (-pf) can't be read: save\n");
+    EXPECT_EQ(told(",-ic=maybe"), "The value of icon (-ic) can't be read: maybe\n");
+    EXPECT_EQ(told(""), "");
     EXPECT_EQ(ZAV_noted(), STATUS_WORD);
     for (const char* number : {"5", "<3", ",>2", "+1e3x"}) EXPECT_TRUE(RES_is_readable(number, CV_float)) << number;
 }

@@ -3,6 +3,7 @@
 
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "support/case_file.h"
 #include "support/support.h"
 #include "var/var_tool.h"
 
@@ -41,39 +42,9 @@ class VarSetup : public test::TempDirTest {
 };
 
 TEST_F(VarSetup, StringsCompileIntoFlatLists) {
-    struct {
-        const char* text;
-        const char* list;
-    } const cases[] = {
-        {"temp", "temp:0:11"},
-        {"TEMP,hght", "TEMP:0:11 hght:0:7"},
-        {"7", "hght:0:7"},
-        {"sub-hght(temp,dewp)", "sub-hght:2:7 temp:10:11 dewp:10:17"},
-        {"add(add(temp,dewp),hght)", "add:2:0 add:12:0 temp:20:11 dewp:20:17 hght:10:7"},
-        {"grad(hght)", "grad:2:0 grad:8:0 hght:10:7"},
-        {"v<uwnd,vwnd>", "v:6:0 uwnd:1:33 vwnd:1:34"},
-        {"pair{temp,add(hght,dewp)},7", "pair:5:0 temp:1:11 add:2:0 hght:11:7 dewp:11:17 hght:0:7"},
-        {"mul(hght,#2)", "mul:2:0 hght:10:7 #2:10:-9999"},
-        {"add(temp,273.15)", "add:2:0 temp:10:11 #273.15:10:-9999"},
-        {"mul(7,-2)", "mul:2:0 hght:10:7 #-2:10:-9999"},
-        {"map,temp", "map:4:-9999 temp:0:11"},
-        {"850:temp", "850:0:850"},
-        {"ens[-3]temp", "ens[-3]temp:0:19323011"},
-        {"ens\\[+2\\]temp", "ens[+2]temp:0:19342011"},
-        {"ens[0]temp,ensmean[]temp,ensdev[]temp",
-         "ens[0]temp:0:19300011 ensmean[]temp:0:19000011 ensdev[]temp:0:19001011"},
-        {"ensprob[>10]temp", "ensprob[>10]temp:0:1910112110"},
-        {"ensprob[<-10]temp", "ensprob[<-10]temp:0:1910116110"},
-        {"a\\,b", "a,b:0:0"},
-        {"add(temp,dewp", "add:2:0"},
-        {"temp,hght[F", "temp:0:11 hght:0:7"},
-        {"v<uwnd", "v:6:0"},
-        {",,temp,", "temp:0:11"},
-        {"add(temp)x", "add:2:0 temp:10:11 x:0:0"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(VAR_setup(nullptr, c.text), 1) << c.text;
-        EXPECT_EQ(list(), c.list) << c.text;
+    for (const test::Case& c : test::cases("var/lists")) {
+        EXPECT_EQ(VAR_setup(nullptr, c.text(0)), 1) << c.line();
+        EXPECT_EQ(list(), c.text(1)) << c.line();
     }
     EXPECT_EQ(VAR_setup(nullptr, ""), 0);
     EXPECT_EQ(VAR_get_num(), 0);
@@ -100,40 +71,12 @@ TEST_F(VarSetup, TimeAndLevelAreGivenOrInherited) {
 }
 
 TEST_F(VarSetup, TypeUnitsAndFormatFollowTheirRules) {
-    struct {
-        int chosen;
-        const char* text;
-        int entry;
-        int type;
-        const char* units;
-        const char* format;
-    } const cases[] = {
-        {MISS, "temp", 0, 11, "", ""},
-        {MISS, "temp:C:cf:in=4", 0, 15, "C", "in=4"},
-        {MISS, "temp:C:in=4:cf", 0, 11, "C", "in=4:cf"},
-        {MISS, "temp[F:cf:%.1f:x]", 0, 15, "F", "%.1f:x"},
-        {15, "temp[:ln]", 0, 15, "", ""},
-        {99, "temp[:ln]", 0, 12, "", ""},
-        {15, "temp:C:ln", 0, 15, "C", ""},
-        {MISS, "add(temp[F],dewp)", 1, 10, "", ""},
-        {MISS, "add(temp:F,dewp)", 1, 10, "F", ""},
-        {MISS, "add(temp,dewp)[K:cf]", 0, 15, "K", ""},
-        {15, "add(temp,dewp)", 0, 15, "", ""},
-        {MISS, "wind(uwnd,vwnd)", 0, 20, "", ""},
-        {22, "wind(uwnd,vwnd)", 0, 22, "", ""},
-        {MISS, "w<uwnd,vwnd>", 0, 10, "", ""},
-        {MISS, "w::vect<uwnd,vwnd>", 0, 21, "", ""},
-        {MISS, "pair{temp,dewp}", 1, 10, "", ""},
-        {MISS, "#5", 0, 40, "", ""},
-        {MISS, "map:roads:x", 0, 6, "", "roads:x"},
-        {MISS, "grad(temp[F])", 1, 0, "", ""},
-    };
-    for (const auto& c : cases) {
-        FLAG_set(FLAG_PLOT_TYPE, c.chosen);
-        VAR_setup(nullptr, c.text);
-        EXPECT_EQ(VAR_get_type(c.entry), c.type) << c.text;
-        EXPECT_EQ(VAR_get_units(c.entry), c.units) << c.text;
-        EXPECT_EQ(VAR_get_format(c.entry), c.format) << c.text;
+    for (const test::Case& c : test::cases("var/settings")) {
+        FLAG_set(FLAG_PLOT_TYPE, c.number(0));
+        VAR_setup(nullptr, c.text(1));
+        EXPECT_EQ(VAR_get_type(c.number(2)), c.number(3)) << c.line();
+        EXPECT_EQ(VAR_get_units(c.number(2)), c.text(4)) << c.line();
+        EXPECT_EQ(VAR_get_format(c.number(2)), c.text(5)) << c.line();
     }
     FLAG_set(FLAG_PLOT_TYPE, MISS);
     VAR_setup(nullptr, "temp:" + std::string(40, 'u') + ":" + std::string(300, 'f'));
