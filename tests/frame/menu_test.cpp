@@ -130,8 +130,15 @@ class MenuFiles : public test::TempDirTest {
 };
 
 TEST_F(MenuFiles, ShowLinesByTheirRules) {
-    EXPECT_EQ(GRD_read_time_menu(), 0);
-    EXPECT_EQ(GRD_time_menu().size(), 28U);
+    EXPECT_EQ(GRD_read_time_menu() + UPA_read_level_menu(), 0);
+    std::vector<MENU_item> compiled = GRD_time_menu();
+    compiled.insert(compiled.end(), UPA_level_menu().begin(), UPA_level_menu().end());
+    const std::vector<test::Case> rows = test::cases("frame/menus");
+    ASSERT_EQ(compiled.size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(compiled[i].name + compiled[i].abbr, rows[i].text(0) + rows[i].text(1));
+        EXPECT_EQ(compiled[i].index * 10 + compiled[i].disp[0], rows[i].number(2) * 10 + rows[i].number(3));
+    }
     dir.write("prog.tim",
               "h06 6_hour mo=eta|ngm\nh12 12_hour 0\nshort\nh18 18_hour_ x,mo=e*\nabbreviation y 1\nh24 n mo=ruc\n");
     EXPECT_EQ(GRD_read_time_menu(), 1);

@@ -45,7 +45,8 @@ TEST_F(VarKeys, LevelKeysGiveTheirCodes) {
     }
     int ltype = 5;
     int level = 6;
-    for (const char* key : {"gibberish", "500foo", "p850x", "850-", "850-x", "1000mb-500m", "1-5lev", "sfcx", "+"}) {
+    for (const char* key : {"gibberish", "500foo", "p850x", "850-", "850-x", "1000mb-500m", "1-5lev", "sfcx", "+",
+                            "p500-x", "p500-10x"}) {
         EXPECT_EQ(VAR_dec_level(key, &ltype, &level), 0) << key;
         EXPECT_EQ(ltype, 5) << key;
         EXPECT_EQ(level, 6) << key;

@@ -1,6 +1,9 @@
 // Variable strings: the list that they compile into.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "frame/flag.h"
 #include "frame/resrc.h"
 #include "support/case_file.h"
@@ -50,23 +53,88 @@ TEST_F(VarSetup, StringsCompileIntoFlatLists) {
     EXPECT_EQ(VAR_get_num(), 0);
 }
 
-TEST_F(VarSetup, TimeAndLevelAreGivenOrInherited) {
-    VAR_setup(nullptr, "h12:850:add(temp,h36:700:temp),hght,h24-12acc:sfc:prcp::cf");
-    struct {
-        int tstat, time, ltype, level;
-    } const want[] = {{2, 12, 100, 850}, {2, 12, 100, 850}, {2, 36, 100, 700}, {1, 24, 100, 500}, {2, 4012024, 1, 0}};
-    ASSERT_EQ(VAR_get_num(), 5);
-    for (int i = 0; i < 5; i++) {
-        const VAR_data& data = *VAR_get_var(i);
-        EXPECT_EQ(data.tstat, want[i].tstat) << i;
-        EXPECT_EQ(data.lstat, want[i].tstat) << i;
-        EXPECT_EQ(data.time, want[i].time) << i;
-        EXPECT_EQ(data.ltype, want[i].ltype) << i;
-        EXPECT_EQ(data.level, want[i].level) << i;
+/// Random variable strings, each with the list that it stands for: "name:flag:time:level:given" of its entries.
+class RandomString {
+  public:
+    explicit RandomString(unsigned seed) : random_(seed) {}
+
+    struct Place {
+        int functions = 0, groups = 0, time = 24, level = 500, given = 1;
+    };
+    std::string items(Place place, int depth) {
+        std::string text = item(place, depth);
+        for (int more = pick(3); more > 0; more--) text += "," + item(place, depth);
+        return text;
     }
-    EXPECT_EQ(VAR_get_type(4), VTYPE_FILL);
-    EXPECT_EQ(VAR_get_units(4), "");
-    EXPECT_EQ(VAR_get_time_key(4), "4012024");
+    std::string wanted;
+
+  private:
+    int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+    void entry(const std::string& name, const Place& place, int kind) {
+        wanted += name + ":" + std::to_string(place.functions * 10 + kind) + ":" + std::to_string(place.time) + ":" +
+                  std::to_string(place.level) + ":" + std::to_string(place.given) + " ";
+    }
+    std::string item(Place place, int depth) {
+        std::string front;
+        if (pick(3) == 0) {
+            place = {place.functions, place.groups, 6 + pick(90), 100 + pick(900), 2};
+            front = "h" + std::to_string(place.time) + ":" + std::to_string(place.level) + ":";
+        }
+        if (pick(6) == 0) return front + macro(place);
+        if (depth == 0 || pick(2) == 0) {
+            entry("hght", place, place.groups > 0 ? 1 : 0);
+            return front + "hght";
+        }
+        const struct {
+            const char *name, *open, *close;
+            int kind, entries;
+        } kinds[] = {
+            {"add", "(", ")", 2, 1}, {"grad", "(", ")", 2, 2}, {"v", "<", ">", 6, 1}, {"pair", "{", "}", 5, 1}};
+        const auto& one = kinds[pick(4)];
+        entry(one.name, place, one.kind);
+        if (one.entries == 2) entry(one.name, place, 8);
+        (one.kind == 2 ? place.functions : place.groups)++;
+        return front + one.name + one.open + items(place, depth - 1) + one.close;
+    }
+    /// "both" is a list of two, of which the second has its own time and level.
+    std::string macro(Place place) {
+        const int kind = place.groups > 0 ? 1 : 0;
+        entry("temp", place, kind);
+        place.time = 12;
+        place.level = 850;
+        place.given = 2;
+        entry("dewp", place, kind);
+        return "both";
+    }
+    std::mt19937 random_;
+};
+
+TEST_F(VarSetup, RandomStringsCompileIntoTheListsThatTheyWereMadeFrom) {
+    VAR_setup(macros("both B 1 temp,h12:850:dewp\n").c_str(), "both");
+    int compared = 0;
+    for (unsigned seed = 1; seed <= 3000; seed++) {
+        RandomString made(seed);
+        const std::string text = made.items({}, 3);
+        if (std::count(made.wanted.begin(), made.wanted.end(), ' ') > VAR_MAX) continue;
+        ASSERT_EQ(VAR_setup(nullptr, text), 1) << text;
+        std::string got;
+        for (int i = 0; i < VAR_get_num(); i++) {
+            const VAR_data& data = *VAR_get_var(i);
+            got += VAR_get_name(i) + ":" + std::to_string(data.flag) + ":" + std::to_string(data.time) + ":" +
+                   std::to_string(data.level) + ":" + std::to_string(data.tstat) + " ";
+            EXPECT_EQ(data.lstat, data.tstat) << text;
+        }
+        ASSERT_EQ(got, made.wanted) << text;
+        compared++;
+    }
+    EXPECT_GT(compared, 2000);
+}
+
+TEST_F(VarSetup, KeysAndTypeOfAnEntry) {
+    VAR_setup(nullptr, "h12:850:temp,h24-12acc:sfc:prcp::cf");
+    EXPECT_EQ(VAR_get_type(1), VTYPE_FILL);
+    EXPECT_EQ(VAR_get_units(1), "");
+    EXPECT_EQ(VAR_get_time_key(1), "4012024");
     EXPECT_EQ(VAR_get_level_key(0), "850");
 }
 
@@ -139,7 +207,8 @@ TEST_F(VarSetup, TestsReadFlagAndType) {
     EXPECT_TRUE(VAR_is_VECT(4) && VAR_is_plot_VECT(4) && !VAR_is_type_GRID(4));
     EXPECT_TRUE(VAR_is_SUBREG(5) && VAR_is_CALC(5));
     EXPECT_TRUE(VAR_is_FUNC_VECT(7) && VAR_is_FUNC_VECT(8) && !VAR_is_get_GRID(8) && VAR_is_plot_FUNC_VECT(7));
-    EXPECT_TRUE(VAR_is_type_MAP(10) && !VAR_is_type_PLOT(10) && VAR_is_PLOT(10) && !VAR_is_LABEL(10));
+    EXPECT_TRUE(VAR_is_type_MAP(10) && !VAR_is_get_GRID(10) && !VAR_is_type_PLOT(10) && VAR_is_PLOT(10) &&
+                !VAR_is_LABEL(10));
     EXPECT_FALSE(VAR_is_REG(11) || VAR_is_REG(-1) || VAR_is_DATA(1000) || VAR_is_type_PLOT(60));
     EXPECT_EQ(VAR_get_var(VAR_MAX), nullptr);
     EXPECT_EQ(VAR_get_name(-1), "");
