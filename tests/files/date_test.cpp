@@ -156,18 +156,9 @@ TEST(TimeCode, ComesApartAndTogether) {
 
 // Last: the zone and its clock stay for the run.
 TEST(TimeZone, MovesLabels) {
-    struct Case {
-        const char* zone;
-        int hour;
-        const char* text;
-    };
-    const Case cases[] = {{"EST:-5", 3, "2200 EST 14 MAR 98"},
-                          {"+CET:1", 12, "1:00 PM CET 15 MAR 98"},
-                          {"+UT:0", 0, "12:00 AM UT 15 MAR 98"},
-                          {"-NST:-3.5", 16, "12:30 PM NST [1600Z] 15 MAR 98"}};
-    for (const Case& c : cases) {
-        DATE_set_TZ(c.zone);
-        EXPECT_EQ(label(make_date(1998, 3, 15, c.hour, 0)), c.text) << c.zone;
+    for (const test::Case& c : test::cases("files/zones")) {
+        DATE_set_TZ(c.text(0));
+        EXPECT_EQ(label(make_date(1998, 3, 15, c.number(1), 0)), c.text(2)) << c.line();
     }
     EXPECT_EQ(label(make_date(1998, 3, 15)), "15 MAR 98");
     for (const char* bad : {"", "XX", "XX:", "XX:nan", "XX:1e30", ":5"}) {

@@ -60,17 +60,12 @@ TEST_F(VarKeys, LevelKeysGiveTheirCodes) {
 }
 
 TEST_F(VarKeys, LevelsComeApartAndTogether) {
-    struct {
-        int ltype, level;
-        float l1, l2;
-    } const cases[] = {{101, 50100, 500, 1000}, {106, 30000, 0, 3000},  {104, 10995, 1000, 99500},
-                       {114, 310300, 300, 310}, {100, 850, 850, FMISS}, {113, 300, 300, FMISS}};
-    for (const auto& c : cases) {
+    for (const test::Case& c : test::cases("var/layers")) {
         float l1 = 0;
         float l2 = 0;
-        VAR_get_level(c.ltype, c.level, &l1, &l2);
-        EXPECT_EQ(l1, c.l1);
-        EXPECT_EQ(l2, c.l2);
+        VAR_get_level(c.number(0), c.number(1), &l1, &l2);
+        EXPECT_EQ(l1, c.number(2)) << c.line();
+        EXPECT_EQ(l2, c.number(3)) << c.line();
     }
     int ltype = 0;
     int level = 0;
@@ -100,19 +95,10 @@ TEST_F(VarKeys, LabelStyleChoosesParts) {
     data.var[0] = 19300011;
     data.units = "F";
     data.format = "in=4";
-    struct {
-        const char* words;
-        const char* text;
-    } const cases[] = {
-        {"labmin", "temp (F)"},
-        {"uvew,LABSimp", "12 hour acc Surface temp (F)"},
-        {"labmin,labnorm", "12 hour acc Surface Temperature (F)"},
-        {"labcomp", "12 hour acc Surface Temperature (F) - in=4"},
-    };
-    for (const auto& c : cases) {
-        RES_put("plot_param", c.words);
+    for (const test::Case& c : test::cases("var/styles")) {
+        RES_put("plot_param", c.text(0));
         VAR_param_decode();
-        EXPECT_EQ(VAR_make_vardata_form_datatype(&data), c.text);
+        EXPECT_EQ(VAR_make_vardata_form_datatype(&data), c.text(1));
     }
     EXPECT_EQ(VAR_make_devtype(0, 100, 500, "Speed", "m/s"), "500 mb Speed (m/s)");
     EXPECT_EQ(VAR_make_datatype(0, 100, 500, 999, ""), "500 mb v999");

@@ -215,15 +215,9 @@ TEST_F(VarSetup, TestsReadFlagAndType) {
 }
 
 TEST(VarType, WordsAndPrintedNamesDiffer) {
-    struct {
-        const char* word;
-        int type;
-        const char* print;
-    } const cases[] = {{"ln", 12, "lcont"}, {"CF", 15, "fcont"}, {"lcf", 16, "bcont"}, {"track", 23, "strm"},
-                       {"mk", 4, "mark"},   {"wx", 36, "symb"},  {"grid", -1, "----"}, {"", -1, "----"}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(VAR_dec_type(c.word), c.type);
-        EXPECT_STREQ(VAR_print_type(c.type), c.print);
+    for (const test::Case& c : test::cases("var/types")) {
+        EXPECT_EQ(VAR_dec_type(c.text(0)), c.number(1)) << c.line();
+        EXPECT_EQ(VAR_print_type(c.number(1)), c.text(2)) << c.line();
     }
     EXPECT_STREQ(VAR_print_type(10), "grid");
 }
