@@ -55,7 +55,7 @@ TEST(MenuProcess, TakesNumbersWordsAndFreeText) {
     EXPECT_EQ(MENU_search("item 2", numbered(3)), 102);
     EXPECT_EQ(MENU_search("none", numbered(3)), MISS);
     EXPECT_STREQ(MENU_get_abbr(103, numbered(3)), "i3");
-    EXPECT_EQ(MENU_check(102, numbered(3), 0), 0);
+    EXPECT_TRUE(MENU_check(102, numbered(3), 0) == 0 && MENU_check(101, numbered(3), 0) == 1);
 }
 
 TEST(Prompt, InsistsOnAValue) {
@@ -73,8 +73,9 @@ TEST(Prompt, InsistsOnAValue) {
 
 TEST(Prompt, LongLinesAndCommands) {
     std::string word = "kept";
-    test::capture([&] { ZAV_prompts("", word, 41); }, "set my_name = a value\n\n");
+    const test::Output set = test::capture([&] { ZAV_prompts("", word, 41); }, "set my_name = a value\nset\n\n");
     EXPECT_EQ(word, "kept");
+    EXPECT_NE(set.out.find("my_name: a value\n"), std::string::npos);
     EXPECT_STREQ(RES_get("my_name"), "a value");
     test::capture(
         [&] {

@@ -141,9 +141,10 @@ TEST_F(Resources, Conversions) {
     EXPECT_EQ(name, "out.ps,x");
     RES_conv_data("recalc", {}, CV_file_param);
     EXPECT_EQ(FLAG_get(FLAG_FILE_POLICY), 1);
-    float wrong = 5;
-    EXPECT_EQ(RES_conv_data("12", &wrong, CV_int), 0);
-    EXPECT_EQ(wrong, 5);
+    for (const test::Case& c : test::cases("frame/plot_words")) {
+        EXPECT_EQ(RES_conv_data(c.text(0).c_str(), {}, CV_plot_type), 1);
+        EXPECT_EQ(FLAG_get(FLAG_PLOT_TYPE), c.number(1)) << c.line();
+    }
 }
 
 TEST_F(Resources, TargetsAreChecked) {

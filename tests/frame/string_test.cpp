@@ -100,6 +100,7 @@ TEST(Float2int, CodesTwoDigitsAndAPower) {
         EXPECT_EQ(float2int(static_cast<float>(c.real(0))), c.number(1)) << c.line();
     }
     EXPECT_EQ(float2int(std::nanf("")), 0);
+    EXPECT_EQ(linear_interp(1.5F, 1, 3, 10, 30), 15);
 }
 
 class Lines : public test::TempDirTest {};
