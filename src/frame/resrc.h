@@ -171,6 +171,9 @@ int RES_getvals(const std::string& name, std::vector<std::string>& paramv);
 /// Converts a text, absent for an option without a value, into `out`. 1 when converted, 0 when there was nothing to do.
 int RES_conv_data(const char* data, const res_out& out, DEF_convert cvt);
 
+/// False for a value that a conversion to a number or from a list of words makes nothing of.
+bool RES_is_readable(const std::string& data, DEF_convert cvt);
+
 /// True if `out` takes what the conversion gives.
 bool RES_target_fits(const res_out& out, DEF_convert cvt);
 

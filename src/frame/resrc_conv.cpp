@@ -76,6 +76,19 @@ T held(long value) {
     return static_cast<T>(std::clamp(value, long{std::numeric_limits<T>::min()}, long{std::numeric_limits<T>::max()}));
 }
 
+bool starts_number(const std::string& data) {
+    return !data.empty() && (is_digit(data[0]) || data[0] == '-' || data[0] == '+');
+}
+
+/// What may stand in front of a number: signs of cut-offs, and the comma behind a base left out.
+constexpr const char* CUT_SIGNS = "<>,";
+
+bool is_float(const std::string& data) {
+    char* end = nullptr;
+    std::strtof(data.c_str(), &end);
+    return end != data.c_str();
+}
+
 int convert_bool(const char* data, const res_out& out) {
     if (data == nullptr || *data == '\0') return store(out, 1);
     const WordCode* row = find_word(BOOL_WORDS, data);
@@ -83,7 +96,7 @@ int convert_bool(const char* data, const res_out& out) {
 }
 
 int convert_int(const std::string& data, const res_out& out) {
-    if (data.empty() || !(is_digit(data[0]) || data[0] == '-' || data[0] == '+')) return 0;
+    if (!starts_number(data)) return 0;
     const bool hexadecimal = data.size() > 1 && (data[1] == 'x' || data[1] == 'X');
     return store(out, held<int>(std::strtol(data.c_str(), nullptr, hexadecimal ? 16 : 10)));
 }
@@ -275,6 +288,23 @@ bool RES_target_fits(const res_out& out, DEF_convert cvt) {
         case CV_region:
         case CV_domain:
             return target<Domain>(out) != nullptr;
+        default:
+            return true;
+    }
+}
+
+bool RES_is_readable(const std::string& data, DEF_convert cvt) {
+    switch (cvt) {
+        case CV_bool:
+            return find_word(BOOL_WORDS, data) != nullptr;
+        case CV_int:
+            return starts_number(data);
+        case CV_float:
+            return is_float(data.substr(std::min(data.find_first_not_of(CUT_SIGNS), data.size())));
+        case CV_file_param:
+            return find_word(FILE_WORDS, data) != nullptr;
+        case CV_plot_type:
+            return find_word(PLOT_WORDS, data) != nullptr;
         default:
             return true;
     }

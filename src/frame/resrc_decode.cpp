@@ -10,6 +10,7 @@
 #include "frame/resrc.h"
 #include "frame/resrc_list.h"
 #include "frame/resrc_window.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/zav.h"
 
@@ -85,6 +86,7 @@ class Decoder {
     void read_environment();
     void read_command_line();
     void convert() const;
+    void check() const;
 
   private:
     void read_file(const std::string& entry);
@@ -232,6 +234,18 @@ void Decoder::convert() const {
     }
 }
 
+/// Tells values that mean nothing. Behind the conversions, so that any level of messages is in force.
+void Decoder::check() const {
+    for (const res_obj& object : RES_objects()) {
+        if (object.index < 0 || static_cast<std::size_t>(object.index) >= rows_.size()) continue;
+        const RES_defobj& row = rows_[object.index];
+        if (!object.data || object.data->empty() || RES_is_readable(*object.data, row.cvt)) continue;
+        MESS_print(MESS_WARN, "The value of %s (-%s) can't be read: %s\n", row.def.c_str(), row.cmd.c_str(),
+                   object.data->c_str());
+        ZAV_note(STATUS_WORD);
+    }
+}
+
 }  // namespace
 
 int RES_init(int argc, const char* const* argv, const res_type* res_key, const res_type* res_pos) {
@@ -260,6 +274,7 @@ int RES_decode(const std::string& progname, const std::string& /*class_name*/, i
     decoder.read_environment();
     decoder.read_command_line();
     decoder.convert();
+    decoder.check();
     return 0;
 }
 

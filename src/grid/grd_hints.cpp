@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "files/date.h"
+#include "files/time_code.h"
 #include "frame/mess.h"
 #include "frame/string.h"
 #include "grid/grd_read.h"
@@ -56,19 +57,41 @@ std::string variable_word(int var) {
     return std::to_string(var);
 }
 
-/// The word for a time code, or its label where no word is read as the code.
+/// Words for a time of that many minutes, or for the span behind a dash.
+std::vector<std::string> span_words(long minutes) {
+    std::vector<std::string> words;
+    if (minutes % TIME_HOUR == 0) words.push_back(std::to_string(minutes / TIME_HOUR));
+    words.push_back(std::to_string(minutes) + "min");
+    return words;
+}
+
+/// The word for a time code, or that of its end where no word is read as the code. Days and months are numbers as in
+/// the code.
 std::string time_word(int time) {
     constexpr std::array<const char*, 9> kinds = {"acc", "avg", "dif", "max", "min", "rng", "iavg", "uavg", "var"};
-    const int begin = time / 1000 % 1000;
-    const int end = time % 1000;
+    constexpr int coded = 1000;
+    const TIME_range range = TIME_split(time);
+    const int end = time % coded;
+    const int begin = time / coded % coded;
+    const std::vector<std::string> ends = span_words(range.end);
+    const std::string hours = ends.size() > 1 ? "h" : "";
     std::vector<std::string> words;
-    if (time < 1000) words.push_back(time == 0 ? std::string("init") : text_format("h%d", time));
-    for (const char* kind : kinds) words.push_back(text_format("h%d-%d%s", end, end - begin, kind));
+    if (TIME_is_single(time)) {
+        if (time == 0) words.emplace_back("init");
+        words.push_back(text_format("h%d", end));
+        words.push_back(hours + ends.front());
+    }
+    for (const char* kind : kinds) {
+        words.push_back(text_format("h%d-%d%s", end, end - begin, kind));
+        for (const std::string& span : span_words(range.end - range.begin)) {
+            words.push_back(hours + ends.front() + "-" + span + kind);
+        }
+    }
     for (const std::string& word : words) {
         int code = MISS;
         if (VAR_dec_time(word, &code) == 2 && code == time) return word;
     }
-    return text_format("h%d", end);
+    return range.unit == TIME_unit::hour ? hours + ends.front() : text_format("h%d", end);
 }
 
 /// Words of levels without a number.
@@ -128,10 +151,28 @@ struct Departure {
     int count() const { return ltype + level + time + member + type; }
 };
 
+bool key_fits(const Record_codes& record, const VAR_data& params, int type) {
+    GRD_report header;
+    GRD_init(&header);
+    header.time = record.time;
+    header.ltype = record.ltype;
+    header.level = record.level;
+    header.var = record.var;
+    header.type = record.type;
+    return GRD_test(&header, &params, type) != 0;
+}
+
+bool time_fits(const Record_codes& record, int time) {
+    VAR_data key;
+    VAR_data_init(&key);
+    key.time = time;
+    key.var[0] = record.var;
+    return key_fits(record, key, MISS);
+}
+
 Departure departure_of(const Record_codes& record, const VAR_data& params, int type) {
-    const bool range = params.time > 1000;
     return {params.ltype != MISS && record.ltype != params.ltype, params.level != MISS && record.level != params.level,
-            params.time != MISS && (range ? record.time : record.time % 1000) != params.time,
+            !time_fits(record, params.time),
             std::find(params.var.begin(), params.var.end(), record.var) == params.var.end(),
             type != MISS && record.type != type};
 }
@@ -141,7 +182,7 @@ std::tuple<int, long, long> distance_of(const Record_codes& record, const VAR_da
     const Departure departure = departure_of(record, params, type);
     const auto apart = [](int one, int other) { return std::labs(static_cast<long>(one) - other); };
     return {departure.count() + (departure.ltype ? 1 : 0), apart(record.level, params.level),
-            apart(record.time % 1000, params.time % 1000)};
+            std::labs(TIME_split(record.time).end - TIME_split(params.time).end)};
 }
 
 std::string departure_text(const Departure& departure) {
@@ -166,17 +207,6 @@ std::string variable_list(const std::vector<Record_codes>& records) {
         text += (text.empty() ? "" : ", ") + variable_word(record.var);
     }
     return text;
-}
-
-bool key_fits(const Record_codes& record, const VAR_data& params, int type) {
-    GRD_report header;
-    GRD_init(&header);
-    header.time = record.time;
-    header.ltype = record.ltype;
-    header.level = record.level;
-    header.var = record.var;
-    header.type = record.type;
-    return GRD_test(&header, &params, type) != 0;
 }
 
 std::string date_text(const Record_codes& record) {

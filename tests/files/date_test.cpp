@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "support/case_file.h"
+
 namespace zav {
 namespace {
 
@@ -75,36 +77,20 @@ TEST(MonthName, IsReadInOneCaseOnly) {
 }
 
 TEST(Label, FollowsWhatIsKnown) {
-    EXPECT_EQ(label(make_date(1998, 3, 15, 12, 0)), "1200Z 15 MAR 98");
-    EXPECT_EQ(label(make_date(1998, 3, 15, 12)), "12Z 15 MAR 98");
-    EXPECT_EQ(label(make_date(1998, 3, 0, 12)), "12Z  0 MAR 98");
-    EXPECT_EQ(label(make_date(1998, 3, 32, 12)), "12Z  1 MAR 98");
-    EXPECT_EQ(label(make_date(2003, 3, 5)), " 5 MAR 03");
-    EXPECT_EQ(label(make_date(1998, 3, MISS)), "MAR 98");
-    EXPECT_EQ(label(make_date(1998, MISS, MISS)), "98");
-    EXPECT_EQ(label(make_date(-5, 0, 40, 30, 70)), "0000Z  1 JAN 80");
+    for (const test::Case& c : test::cases("files/dates")) {
+        const Date date = make_date(c.number(0), c.number(1), c.number(2), c.number(3), c.number(4));
+        EXPECT_EQ(label(date), c.text(5)) << c.line();
+    }
 }
 
 TEST(Label, IsReadBackAlsoBehindOtherText) {
-    struct Case {
-        const char* text;
-        int hour, min, sec;
-    };
-    const Case cases[] = {{"12Z 15 MAR 98", 12, MISS, MISS},
-                          {"1230Z 15 MAR 98", 12, 30, MISS},
-                          {"24 hour NGM valid 1230Z 15 MAR 98", 12, 30, MISS},
-                          {"x  930Z 15 MAR 98", 9, 30, MISS},
-                          {"made 01:02:03Z 15 MAR 98", 1, 2, 3},
-                          {"NGM analysis for 00Z 15 MAR 98", 0, MISS, MISS}};
-    for (const Case& c : cases) {
+    for (const test::Case& c : test::cases("files/labels_read")) {
         Date date;
-        DATE_decode_label(c.text, &date);
-        EXPECT_EQ(date.year, 1998) << c.text;
-        EXPECT_EQ(date.month, 3) << c.text;
-        EXPECT_EQ(date.day, 15) << c.text;
-        EXPECT_EQ(date.hour, c.hour) << c.text;
-        EXPECT_EQ(date.min, c.min) << c.text;
-        EXPECT_EQ(date.sec, c.sec) << c.text;
+        DATE_decode_label(c.text(0), &date);
+        EXPECT_EQ(date.year * 10000 + date.month * 100 + date.day, 19980315) << c.line();
+        EXPECT_EQ(date.hour, c.number(1)) << c.line();
+        EXPECT_EQ(date.min, c.number(2)) << c.line();
+        EXPECT_EQ(date.sec, c.number(3)) << c.line();
     }
     for (const char* bad : {"", "Z", "12Z", "15 MAR 98", "12 15 MAR 98 no date here", "98 03 15 12"}) {
         Date date = make_date(1, 1, 1, 1, 1, 1);
@@ -115,47 +101,21 @@ TEST(Label, IsReadBackAlsoBehindOtherText) {
 }
 
 TEST(Label, TellsForecastHoursAsTimeSpans) {
-    struct Case {
-        int fhour, flag;
-        const char* text;
-    };
-    const Case cases[] = {{12, 0, "12 hour"}, {12, 1, "0.5 day"},  {60, 0, "60 hour"}, {60, 1, "2.5 day"},
-                          {84, 0, "3.5 day"}, {72, 0, "3 day"},    {75, 0, "75 hour"}, {18, 1, "18 hour"},
-                          {812, 0, "12 day"}, {903, 0, "3 month"}, {0, 1, ""},         {MISS, 0, ""}};
-    for (const Case& c : cases) {
+    for (const test::Case& c : test::cases("files/time_spans")) {
         std::string text;
-        EXPECT_EQ(DATE_fhour_label(text, c.fhour, c.flag), c.text) << c.fhour << " " << c.flag;
+        EXPECT_EQ(DATE_fhour_label(text, c.number(0), c.number(1)), c.text(2)) << c.line();
     }
 }
 
 TEST(Label, NamesForecastModelAndValidTime) {
     DATE_set_model_lookup([](int model) { return model == 7002 ? std::string("NGM") : std::string(); });
-    struct Case {
-        int fhour, model, hour;
-        const char* text;
-        const char* valid;
-    };
-    const Case cases[] = {{12, 7002, 0, "12 hour NGM valid 12Z SUN 15 MAR 98", "12Z SUN 15 MAR 98"},
-                          {36, 7002, 6, "36 hour NGM valid 18Z MON 16 MAR 98", "18Z MON 16 MAR 98"},
-                          {36, 7002, MISS, "1.5 day NGM valid MON 16 MAR 98", "MON 16 MAR 98"},
-                          {0, 7002, 6, "NGM analysis for 0600Z 15 MAR 98", "6Z SUN 15 MAR 98"},
-                          {MISS, 1, 6, "Analysis for 0600Z 15 MAR 98", "6Z SUN 15 MAR 98"},
-                          {6, 1, 6, "6 hour  valid 12Z SUN 15 MAR 98", "12Z SUN 15 MAR 98"},
-                          {4012024, 7002, 0, "24 hour NGM valid 0Z MON 16 MAR 98", "0Z MON 16 MAR 98"},
-                          {6002014, 7002, 22, "14 hour NGM valid 12Z MON 16 MAR 98", "12Z MON 16 MAR 98"},
-                          {100000003, 7002, 0, "1:30 hour NGM valid 0130Z SUN 15 MAR 98", "0130Z SUN 15 MAR 98"},
-                          {300000002, 7002, 0, "10 min NGM valid 0010Z SUN 15 MAR 98", "0010Z SUN 15 MAR 98"},
-                          {4801803, 7002, 0, "3 day NGM valid 0Z WED 18 MAR 98", "0Z WED 18 MAR 98"},
-                          {911, 7002, 0, "11 month NGM valid 0Z MON 15 FEB 99", "0Z MON 15 FEB 99"},
-                          {6006000, 7002, 0, "6 hour NGM analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"},
-                          {6006000, 1, 0, "6 hour Analysis valid 0Z 15 MAR 98", "0Z SUN 15 MAR 98"}};
-    for (const Case& c : cases) {
-        const Date date = make_date(1998, 3, 15, c.hour, c.hour == MISS ? MISS : 0);
+    for (const test::Case& c : test::cases("files/valid_times")) {
+        const Date date = make_date(1998, 3, 15, c.number(2), c.number(2) == MISS ? MISS : 0);
         std::string text = "old";
-        DATE_make_label_for_time(c.fhour, c.model, &date, text);
-        EXPECT_EQ(text, c.text);
-        DATE_make_label_valid_time(c.fhour, &date, text);
-        EXPECT_EQ(text, c.valid) << c.fhour;
+        DATE_make_label_for_time(c.number(0), c.number(1), &date, text);
+        EXPECT_EQ(text, c.text(3)) << c.line();
+        DATE_make_label_valid_time(c.number(0), &date, text);
+        EXPECT_EQ(text, c.text(4)) << c.line();
     }
 
     std::string text;
@@ -192,18 +152,9 @@ TEST(TimeCode, ComesApartAndTogether) {
 
 // Last: the zone and its clock stay for the run.
 TEST(TimeZone, MovesLabels) {
-    struct Case {
-        const char* zone;
-        int hour;
-        const char* text;
-    };
-    const Case cases[] = {{"EST:-5", 3, "2200 EST 14 MAR 98"},
-                          {"+CET:1", 12, "1:00 PM CET 15 MAR 98"},
-                          {"+UT:0", 0, "12:00 AM UT 15 MAR 98"},
-                          {"-NST:-3.5", 16, "12:30 PM NST [1600Z] 15 MAR 98"}};
-    for (const Case& c : cases) {
-        DATE_set_TZ(c.zone);
-        EXPECT_EQ(label(make_date(1998, 3, 15, c.hour, 0)), c.text) << c.zone;
+    for (const test::Case& c : test::cases("files/zones")) {
+        DATE_set_TZ(c.text(0));
+        EXPECT_EQ(label(make_date(1998, 3, 15, c.number(1), 0)), c.text(2)) << c.line();
     }
     EXPECT_EQ(label(make_date(1998, 3, 15)), "15 MAR 98");
     for (const char* bad : {"", "XX", "XX:", "XX:nan", "XX:1e30", ":5"}) {

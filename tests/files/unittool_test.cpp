@@ -8,6 +8,7 @@
 
 #include "frame/resrc.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -32,27 +33,13 @@ class OwnTable {
 // Values from the definitions: NIST SP 811, WMO-No. 306.
 TEST(Units, ShippedTableConvertsBothWays) {
     use_shipped_table();
-    struct Case {
-        const char *from, *to;
-        float value, result;
-    };
-    const Case cases[] = {
-        {"C", "F", 100.0F, 212.0F},          {"K", "C", 273.15F, 0.0F},         {"K", "F", 233.15F, -40.0F},
-        {"degC", "kelvin", 25.0F, 298.15F},  {"m/s", "kt", 10.0F, 19.43844F},   {"m/s", "mph", 10.0F, 22.36936F},
-        {"kt", "km/h", 100.0F, 185.2F},      {"Pa", "mb", 101325.0F, 1013.25F}, {"hPa", "inHg", 1013.25F, 29.92126F},
-        {"gpm", "ft", 5700.0F, 18700.79F},   {"gpm", "dam", 5460.0F, 546.0F},   {"km", "mi", 10.0F, 6.213712F},
-        {"kg/m**2", "mm", 12.7F, 12.7F},     {"kg/m^2", "in", 25.4F, 1.0F},     {"mm", "in", 50.8F, 2.0F},
-        {"kg/kg", "g/kg", 0.012F, 12.0F},    {"kg/kg", "gm/kg", 0.012F, 12.0F}, {"fraction", "%", 0.25F, 25.0F},
-        {"%", "oktas", 50.0F, 4.0F},         {"/s", "1e-5/s", 3e-5F, 3.0F},     {"1/s", "10^-5 /s", 3e-5F, 3.0F},
-        {"Pa/s", "mb/h", -1.0F, -36.0F},     {"kg/m2/s", "mm/h", 0.001F, 3.6F}, {"m**2/s**2", "gpm", 9806.65F, 1000.0F},
-        {"hours", "min", 2.5F, 150.0F},      {"J/kg", "kJ/kg", 2500.0F, 2.5F},  {"W/m**2", "ly/min", 697.3333F, 1.0F},
-        {"rad", "deg", 3.1415927F, 180.0F},  {"K_s-1", "K/day", 1e-4F, 8.64F},  {"1e-05 K/m", "K/100km", 2.0F, 2.0F},
-        {"m s-1", "knots", 10.0F, 19.43844F}};
-    for (const Case& c : cases) {
-        const float tolerance = 2e-5F * std::max(std::fabs(c.result), std::fabs(c.value));
-        EXPECT_NEAR(UNIT_cvt(c.value, c.from, c.to), c.result, tolerance) << c.from << " to " << c.to;
-        EXPECT_NEAR(UNIT_cvt(c.result, c.to, c.from), c.value, tolerance) << c.to << " to " << c.from;
-        EXPECT_EQ(UNIT_cvt(FMISS, c.from, c.to), FMISS);
+    for (const test::Case& c : test::cases("files/units")) {
+        const std::string from = c.text(0), to = c.text(1);
+        const auto value = static_cast<float>(c.real(2)), result = static_cast<float>(c.real(3));
+        const float tolerance = 2e-5F * std::max(std::fabs(result), std::fabs(value));
+        EXPECT_NEAR(UNIT_cvt(value, from, to), result, tolerance) << c.line();
+        EXPECT_NEAR(UNIT_cvt(result, to, from), value, tolerance) << c.line();
+        EXPECT_EQ(UNIT_cvt(FMISS, from, to), FMISS);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "frame/def_read.h"
 
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -31,20 +32,12 @@ TEST_F(DefRead, DeliversPairs) {
     EXPECT_EQ(pairs("a 1\r\n\tb\t2\n"), "a=1;b=2;");
 }
 
-struct Sections {
-    const char* tags;
-    const char* pairs;
-};
-
 TEST_F(DefRead, FollowsConditionalLines) {
     const std::string text = "IF a\nk 1\nIF b\nk 2\nELSE\nk 3\nEND\nELIF b\nk 4\nELSE\nk 5\nIF c\nk 6\nEND\nEND\nk 7\n";
-    const Sections cases[] = {
-        {"", "k=5;k=7;"}, {"a", "k=1;k=3;k=7;"}, {"b", "k=4;k=7;"}, {"ab", "k=1;k=2;k=7;"}, {"c", "k=5;k=6;k=7;"},
-    };
-    for (const Sections& c : cases) {
+    for (const test::Case& c : test::cases("frame/sections")) {
         DEF_clr_tag();
-        for (const char* tag = c.tags; *tag != '\0'; ++tag) DEF_tag(std::string(1, *tag));
-        EXPECT_EQ(pairs(text), c.pairs) << c.tags;
+        for (const char tag : c.text(0)) DEF_tag(std::string(1, tag));
+        EXPECT_EQ(pairs(text), c.text(1)) << c.line();
     }
 }
 
@@ -87,15 +80,10 @@ TEST_F(DefRead, OpensTheFileOfADirectory) {
     DEF_close();
 }
 
-struct Key {
-    const char* key;
-    int fits;
-};
-
 TEST_F(DefRead, MatchesScopedKeys) {
-    const Key plain[] = {{"prog.hour", 1},  {"*.hour", 1},   {"*hour", 1},      {"p*g.hour", 1}, {"hour", 0},
-                         {"other.hour", 0}, {"prog.hou", 0}, {"prog.hours", 0}, {"*x*hour", 0}};
-    for (const Key& c : plain) EXPECT_EQ(DEF_cmp("hour", c.key), c.fits) << c.key;
+    for (const test::Case& c : test::cases("frame/keys")) {
+        EXPECT_EQ(DEF_cmp("hour", c.text(0)), c.number(1)) << c.line();
+    }
     DEF_name("title");
     EXPECT_EQ(DEF_cmp("hour", "title.hour"), 1);
     EXPECT_EQ(DEF_cmp("hour", "prog.hour"), 0);

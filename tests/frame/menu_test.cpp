@@ -8,6 +8,7 @@
 #include "frame/resrc.h"
 #include "frame/status.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -43,43 +44,18 @@ TEST(MenuPrint, LaysOutOneAndTwoColumns) {
               std::string::npos);
 }
 
-struct Answer {
-    const char* typed;
-    int flag;
-    int result;
-    const char* string;
-};
-
 TEST(MenuProcess, TakesNumbersWordsAndFreeText) {
-    const Answer cases[] = {
-        {"2\n", 3, 103, "i3"},
-        {"0\n", 3, 0, "0"},
-        {"-1\n", 3, -1, "-1"},
-        {"-2\n", 3, MISS, "-2"},
-        {"11\n", 3, 112, "i12"},
-        {"12\n", 3, MISS, "12"},
-        {"0\n", 0, MISS, "0"},
-        {"-1\n", 2, MISS, "-1"},
-        {"I3\n", 3, 103, "i3"},
-        {"i2\n", 3, MISS, "i2"},
-        {"main\n", 3, 0, "main"},
-        {"BACK\n", 3, 0, "back"},
-        {"\n\n850mb\n", 3, MISS, "850mb"},
-        {"?\ni1", 3, 101, "i1"},
-        {"99999999999999999999\n", 3, MISS, "9999999999999999999"},
-        {"set x=1\nset\ni1\n", 3, 101, "i1"},
-    };
-    for (const Answer& c : cases) {
+    for (const test::Case& c : test::cases("frame/answers")) {
         std::string string = "before";
         int result = 0;
-        test::capture([&] { result = MENU_process("", numbered(12), 0, "Enter: ", string, c.flag); }, c.typed);
-        EXPECT_EQ(result, c.result) << c.typed << c.flag;
-        EXPECT_EQ(string, c.string) << c.typed << c.flag;
+        test::capture([&] { result = MENU_process("", numbered(12), 0, "Enter: ", string, c.number(1)); }, c.text(0));
+        EXPECT_EQ(result, c.number(2)) << c.line();
+        EXPECT_EQ(string, c.text(3)) << c.line();
     }
     EXPECT_EQ(MENU_search("item 2", numbered(3)), 102);
     EXPECT_EQ(MENU_search("none", numbered(3)), MISS);
     EXPECT_STREQ(MENU_get_abbr(103, numbered(3)), "i3");
-    EXPECT_EQ(MENU_check(102, numbered(3), 0), 0);
+    EXPECT_TRUE(MENU_check(102, numbered(3), 0) == 0 && MENU_check(101, numbered(3), 0) == 1);
 }
 
 TEST(Prompt, InsistsOnAValue) {
@@ -97,8 +73,9 @@ TEST(Prompt, InsistsOnAValue) {
 
 TEST(Prompt, LongLinesAndCommands) {
     std::string word = "kept";
-    test::capture([&] { ZAV_prompts("", word, 41); }, "set my_name = a value\n\n");
+    const test::Output set = test::capture([&] { ZAV_prompts("", word, 41); }, "set my_name = a value\nset\n\n");
     EXPECT_EQ(word, "kept");
+    EXPECT_NE(set.out.find("my_name: a value\n"), std::string::npos);
     EXPECT_STREQ(RES_get("my_name"), "a value");
     test::capture(
         [&] {
@@ -128,20 +105,10 @@ TEST(PromptDeathTest, EndOfInputAndExitEndTheProgram) {
     EXPECT_EXIT(test::capture([] { ZAV_promptf(""); }, "EXIT now\n"), ::testing::ExitedWithCode(0), "");
 }
 
-struct Pattern {
-    const char* pattern;
-    const char* text;
-    int fits;
-};
-
 TEST(MenuPattern, FitsTexts) {
-    const Pattern cases[] = {
-        {"eta", "eta", 1},    {"eta", "Eta", 0},   {"eta", "etax", 0}, {"eta|ngm", "ngm", 1},  {"~eta", "ngm", 1},
-        {"~eta", "eta", 0},   {"e?a", "exa", 1},   {"e.a", "ea", 0},   {"[a-c]*", "bravo", 1}, {"[a-c]*", "delta", 0},
-        {"*0mb", "500mb", 0}, {"*mb", "500mb", 1}, {"5*", "5", 1},     {"", "x", 0},           {"x", "", 0},
-        {"[", "a", 0},        {"[a", "a", 1},      {"~", "x", 1},      {"**", "x", 1},         {"ngm|~eta", "ruc", 1},
-    };
-    for (const Pattern& c : cases) EXPECT_EQ(VAR_menu_display(c.pattern, c.text), c.fits) << c.pattern << " " << c.text;
+    for (const test::Case& c : test::cases("frame/patterns")) {
+        EXPECT_EQ(VAR_menu_display(c.text(0), c.text(1)), c.number(2)) << c.line();
+    }
 }
 
 class MenuFiles : public test::TempDirTest {
@@ -164,8 +131,15 @@ class MenuFiles : public test::TempDirTest {
 };
 
 TEST_F(MenuFiles, ShowLinesByTheirRules) {
-    EXPECT_EQ(GRD_read_time_menu(), 0);
-    EXPECT_EQ(GRD_time_menu().size(), 28U);
+    EXPECT_EQ(GRD_read_time_menu() + UPA_read_level_menu(), 0);
+    std::vector<MENU_item> compiled = GRD_time_menu();
+    compiled.insert(compiled.end(), UPA_level_menu().begin(), UPA_level_menu().end());
+    const std::vector<test::Case> rows = test::cases("frame/menus");
+    ASSERT_EQ(compiled.size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(compiled[i].name + compiled[i].abbr, rows[i].text(0) + rows[i].text(1));
+        EXPECT_EQ(compiled[i].index * 10 + compiled[i].disp[0], rows[i].number(2) * 10 + rows[i].number(3));
+    }
     dir.write("prog.tim",
               "h06 6_hour mo=eta|ngm\nh12 12_hour 0\nshort\nh18 18_hour_ x,mo=e*\nabbreviation y 1\nh24 n mo=ruc\n");
     EXPECT_EQ(GRD_read_time_menu(), 1);

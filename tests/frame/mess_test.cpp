@@ -2,36 +2,16 @@
 
 #include "frame/flag.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
 namespace {
 
-struct Words {
-    const char* text;
-    M_type level;
-};
-
 TEST(MessLevel, FollowsItsWords) {
-    const Words cases[] = {
-        {"none", 0},
-        {"print", 0xF},
-        {"warn", 0xFF},
-        {"mess", 0xFFF},
-        {"out2b", 0x3FFFF},
-        {"debug", 0xFFFFFFFF},
-        {"none,+mess", 0xF00},
-        {"out1,-warn", 0xFF3F},
-        {"WARN", 0xFF},
-        {"foo", 0},
-        {"warn,+foo", 0xFF},
-        {"warn,-erroRa", 0xEF},
-        {"print,+out4d", 0x800000FU},
-        {"debuga", 0x1FFFFFFF},
-    };
-    for (const Words& c : cases) {
-        MESS_set_str(c.text);
-        EXPECT_EQ(MESS_get(), c.level) << c.text;
+    for (const test::Case& c : test::cases("frame/levels")) {
+        MESS_set_str(c.text(0));
+        EXPECT_EQ(MESS_get(), static_cast<M_type>(c.real(1))) << c.line();
     }
 }
 

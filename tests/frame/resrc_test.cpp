@@ -3,7 +3,10 @@
 #include "frame/flag.h"
 #include "frame/hooks.h"
 #include "frame/mess.h"
+#include "frame/status.h"
+#include "frame/string.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -89,28 +92,16 @@ TEST_F(Resources, BatchNarrowsMessagesOnlyWithoutAnExplicitLevel) {
     EXPECT_EQ(MESS_get(), 0xFFFU);
 }
 
-struct Hour {
-    const char* text;
-    int month, day, hour, min;
-};
-
 forced_date last_date;
 
 TEST_F(Resources, HourForms) {
     ZAV_hooks().set_forced_date = [](const forced_date& date) { last_date = date; };
-    const Hour cases[] = {
-        {"031512", 3, 15, 12, MISS},      {"1512", MISS, 15, 12, MISS},     {"512", MISS, 5, 12, MISS},
-        {"12", MISS, MISS, 12, MISS},     {"12:30", MISS, MISS, 12, 30},    {"-12", MISS, MISS, -12, MISS},
-        {"-312", MISS, MISS, -312, MISS}, {":30", MISS, MISS, MISS, 30},    {"-:15", MISS, MISS, MISS, -15},
-        {"-0:15", MISS, MISS, MISS, -15}, {"15d6:45", MISS, 15, 6, 45},     {"-2d", MISS, -2, MISS, MISS},
-        {"#1998031512", 3, 15, 12, MISS}, {"junk", MISS, MISS, MISS, MISS},
-    };
-    for (const Hour& c : cases) {
-        EXPECT_EQ(RES_conv_data(c.text, {}, CV_hour), 1);
-        EXPECT_EQ(last_date.month, c.month) << c.text;
-        EXPECT_EQ(last_date.day, c.day) << c.text;
-        EXPECT_EQ(last_date.hour, c.hour) << c.text;
-        EXPECT_EQ(last_date.min, c.min) << c.text;
+    for (const test::Case& c : test::cases("frame/hours")) {
+        EXPECT_EQ(RES_conv_data(c.text(0).c_str(), {}, CV_hour), 1);
+        EXPECT_EQ(last_date.month, c.number(1)) << c.line();
+        EXPECT_EQ(last_date.day, c.number(2)) << c.line();
+        EXPECT_EQ(last_date.hour, c.number(3)) << c.line();
+        EXPECT_EQ(last_date.min, c.number(4)) << c.line();
     }
     EXPECT_EQ(last_date.year, MISS);
     RES_conv_data("#20010203", {}, CV_hour);
@@ -150,9 +141,10 @@ TEST_F(Resources, Conversions) {
     EXPECT_EQ(name, "out.ps,x");
     RES_conv_data("recalc", {}, CV_file_param);
     EXPECT_EQ(FLAG_get(FLAG_FILE_POLICY), 1);
-    float wrong = 5;
-    EXPECT_EQ(RES_conv_data("12", &wrong, CV_int), 0);
-    EXPECT_EQ(wrong, 5);
+    for (const test::Case& c : test::cases("frame/plot_words")) {
+        EXPECT_EQ(RES_conv_data(c.text(0).c_str(), {}, CV_plot_type), 1);
+        EXPECT_EQ(FLAG_get(FLAG_PLOT_TYPE), c.number(1)) << c.line();
+    }
 }
 
 TEST_F(Resources, TargetsAreChecked) {
@@ -170,6 +162,20 @@ TEST_F(Resources, TargetsAreChecked) {
     const std::string fault = "RES_getval: The target doesn't take the value of the resource: count\n";
     EXPECT_EQ(output.err, fault + fault);
     FLAG_resetplot(1);
+}
+
+TEST_F(Resources, ValuesThatMeanNothingAreTold) {
+    const std::string good = "-in=-.5,-pl=CF,-pf=APP,-ic=off";
+    const auto told = [&](const std::string& words) {
+        return test::capture([&] { init(parse_string(good + words, ',')); }).err;
+    };
+    EXPECT_EQ(told(",-in=abc"), "The value of con_interval (-in) can't be read: abc\n");
+    EXPECT_EQ(told(",-pl,xyz"), "The value of plot_type (-pl) can't be read: xyz\n");
+    EXPECT_EQ(told(",-pf=save"), "The value of file_param (-pf) can't be read: save\n");
+    EXPECT_EQ(told(",-ic=maybe"), "The value of icon (-ic) can't be read: maybe\n");
+    EXPECT_EQ(told(""), "");
+    EXPECT_EQ(ZAV_noted(), STATUS_WORD);
+    for (const char* number : {"5", "<3", ",>2", "+1e3x"}) EXPECT_TRUE(RES_is_readable(number, CV_float)) << number;
 }
 
 TEST_F(Resources, CommandsCountOnlyInFilesThatOthersCannotWrite) {

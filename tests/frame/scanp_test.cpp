@@ -1,80 +1,49 @@
 #include "frame/scanp.h"
 
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
 namespace {
 
-struct Case {
-    const char* pattern;
-    const char* text;
-    int result;  // conversions matched
-    int taken;
-    int done;
-    const char* stored;  // the number or text, "" for nothing
-};
-
-void check_cursor(const Case& c, int result, const parse_param& param) {
-    EXPECT_EQ(result, c.result);
-    EXPECT_EQ(param.len, c.taken);
-    EXPECT_EQ(param.done, c.done);
+void check_cursor(const test::Case& c, int result, const parse_param& param) {
+    EXPECT_EQ(result, c.number(2));
+    EXPECT_EQ(param.len, c.number(3));
+    EXPECT_EQ(param.done, c.number(4));
     EXPECT_EQ(param.off, 0);
 }
 
 TEST(Scanp, TakesIntegers) {
-    const Case cases[] = {{"%5d", "123 4", 0, 0, 0, ""},
-                          {"%<5d", "123 4", 1, 3, 1, "123"},
-                          {"%5D", "  123", 1, 5, 1, "123"},
-                          {"%5D", "123  ", 1, 5, 1, "123"},
-                          {"%5D", "     ", 0, 0, 0, ""},
-                          {"%d", "-", 0, 0, 0, ""},
-                          {"%2d", "-512", 1, 2, 1, "-5"},
-                          {"%3!///!d", "///", 1, 3, 1, "-9999"},
-                          {"%3!///!d x", "ab x", 0, 0, 0, ""},
-                          {"%3!//!dab", "ab", 0, 2, 1, ""},
-                          {"%d", "99999999999999999999", 1, 20, 1, "2147483647"},
-                          {"ab %n", "ab  c", 1, 4, 1, "4"},
-                          {"%q%d", "12", 1, 2, 1, "12"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.pattern) + " on " + c.text);
+    for (const test::Case& c : test::cases("frame/scan_integers")) {
+        SCOPED_TRACE(c.line());
         parse_param param;
-        scanp_set(&param, c.text);
+        scanp_set(&param, c.text(1));
         int value = 77;
-        check_cursor(c, scanp(&param, c.pattern, &value), param);
-        EXPECT_EQ(std::to_string(value), *c.stored != '\0' ? c.stored : "77");
+        check_cursor(c, scanp(&param, c.text(0).c_str(), &value), param);
+        EXPECT_EQ(std::to_string(value), c.text(5).empty() ? "77" : c.text(5));
     }
 }
 
 TEST(Scanp, TakesNumbers) {
-    const Case cases[] = {
-        {"%!-!f", "-", 1, 1, 1, "-9999"}, {"%!-!f", "--", 1, 1, 1, "-9999"},   {"%!-!f", "12.5", 1, 4, 1, "12.5"},
-        {"%f", "1.5e", 1, 3, 1, "1.5"},   {"%f", "1.5e-2x", 1, 6, 1, "0.015"}, {"%f", "1.2.3", 1, 3, 1, "1.2"},
-        {"%f", ".", 0, 0, 0, ""},         {"%6F", " -.5  ", 1, 6, 1, "-0.5"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.pattern) + " on " + c.text);
+    for (const test::Case& c : test::cases("frame/scan_numbers")) {
+        SCOPED_TRACE(c.line());
         parse_param param;
-        scanp_set(&param, c.text);
+        scanp_set(&param, c.text(1));
         float value = 77;
-        check_cursor(c, scanp(&param, c.pattern, &value), param);
-        EXPECT_FLOAT_EQ(value, *c.stored != '\0' ? std::stof(c.stored) : 77);
+        check_cursor(c, scanp(&param, c.text(0).c_str(), &value), param);
+        EXPECT_FLOAT_EQ(value, c.text(5).empty() ? 77.0F : std::stof(c.text(5)));
     }
 }
 
 TEST(Scanp, TakesText) {
-    const Case cases[] = {{"%[^$]", "ab c$d", 1, 4, 1, "ab c"},   {"%[/A/N]", "a1B2 x", 1, 4, 1, "a1B2"},
-                          {"%[//x]", "x/x-", 1, 3, 1, "x/x"},     {"%(METAR|SPECI)", "SPECI KXYZ", 1, 5, 1, "SPECI"},
-                          {"%(METAR|SPECI)", "TAF", 0, 0, 0, ""}, {"%*<(a|b)%A", "xy", 2, 2, 1, "xy"},
-                          {"%3c", "a b c", 1, 3, 1, "a b"},       {"%c", "xyz", 1, 1, 1, "x"},
-                          {"%N%*A", "12ab", 2, 4, 1, "12"},       {"%*s %*s ", "AB CD ", 2, 6, 1, ""},
-                          {"%A-%A", "ab+cd", 1, 2, 0, "ab"},      {"%*w%S", " \nrest of it", 2, 12, 1, "rest of it"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.pattern) + " on " + c.text);
+    for (const test::Case& c : test::cases("frame/scan_texts")) {
+        SCOPED_TRACE(c.line());
         parse_param param;
-        scanp_set(&param, c.text);
+        scanp_set(&param, c.text(1));
         std::string value = "77";
-        check_cursor(c, scanp(&param, c.pattern, &value), param);
-        EXPECT_EQ(value, *c.stored != '\0' ? c.stored : "77");
+        check_cursor(c, scanp(&param, c.text(0).c_str(), &value), param);
+        EXPECT_EQ(value, c.text(5).empty() ? "77" : c.text(5));
     }
 }
 

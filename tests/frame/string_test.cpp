@@ -5,6 +5,7 @@
 
 #include "frame/tools.h"
 #include "frame/zav.h"
+#include "support/case_file.h"
 #include "support/support.h"
 
 namespace zav {
@@ -74,20 +75,10 @@ TEST(Tests, TellNumbersApart) {
     EXPECT_FALSE(string_is_blank(" x"));
 }
 
-struct Number {
-    const char* format;
-    float x;
-    const char* text;
-};
-
 TEST(SetNum, KeepsSignificantDigits) {
-    const Number cases[] = {
-        {"0.3.0", 1013.2F, "1013"},    {"0.3.0", 0.0123F, "0.0123"},
-        {"5.3.1", 1013.2F, "1013.2"},  {"1.1.0", 540.0F, "540"},
-        {"1.2.0", -5.25F, "-5.2"},     {"0.3.0", 1e-6F, "   0"},
-        {"20.2.0", 3.0F, "      3.0"}, {"x", 7.0F, "7"},
-    };
-    for (const Number& c : cases) EXPECT_EQ(set_num(c.format, c.x), c.text) << c.format;
+    for (const test::Case& c : test::cases("frame/numbers")) {
+        EXPECT_EQ(set_num(c.text(0), static_cast<float>(c.real(1))), c.text(2)) << c.line();
+    }
     EXPECT_NE(set_num("5.3.1", std::numeric_limits<float>::infinity()), "");
 }
 
@@ -104,16 +95,12 @@ TEST(Format, AcceptsOneNumericConversionOnly) {
     EXPECT_EQ(format_value("%s", 2.5), "2.5");
 }
 
-struct Code {
-    float x;
-    int code;
-};
-
 TEST(Float2int, CodesTwoDigitsAndAPower) {
-    // By hand from the rule: e of 3 for 2540, digits 25; an e below 0 is coded 10 higher.
-    const Code cases[] = {{0, 0}, {2540, 325}, {25.4F, 125}, {5, 50}, {-5, -50}, {0.125F, 925}, {254000, 525}};
-    for (const Code& c : cases) EXPECT_EQ(float2int(c.x), c.code) << c.x;
+    for (const test::Case& c : test::cases("frame/two_digits")) {
+        EXPECT_EQ(float2int(static_cast<float>(c.real(0))), c.number(1)) << c.line();
+    }
     EXPECT_EQ(float2int(std::nanf("")), 0);
+    EXPECT_EQ(linear_interp(1.5F, 1, 3, 10, 30), 15);
 }
 
 class Lines : public test::TempDirTest {};

@@ -1,8 +1,12 @@
 // Variable strings: the list that they compile into.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "support/case_file.h"
 #include "support/support.h"
 #include "var/var_tool.h"
 
@@ -41,99 +45,106 @@ class VarSetup : public test::TempDirTest {
 };
 
 TEST_F(VarSetup, StringsCompileIntoFlatLists) {
-    struct {
-        const char* text;
-        const char* list;
-    } const cases[] = {
-        {"temp", "temp:0:11"},
-        {"TEMP,hght", "TEMP:0:11 hght:0:7"},
-        {"7", "hght:0:7"},
-        {"sub-hght(temp,dewp)", "sub-hght:2:7 temp:10:11 dewp:10:17"},
-        {"add(add(temp,dewp),hght)", "add:2:0 add:12:0 temp:20:11 dewp:20:17 hght:10:7"},
-        {"grad(hght)", "grad:2:0 grad:8:0 hght:10:7"},
-        {"v<uwnd,vwnd>", "v:6:0 uwnd:1:33 vwnd:1:34"},
-        {"pair{temp,add(hght,dewp)},7", "pair:5:0 temp:1:11 add:2:0 hght:11:7 dewp:11:17 hght:0:7"},
-        {"mul(hght,#2)", "mul:2:0 hght:10:7 #2:10:-9999"},
-        {"add(temp,273.15)", "add:2:0 temp:10:11 #273.15:10:-9999"},
-        {"mul(7,-2)", "mul:2:0 hght:10:7 #-2:10:-9999"},
-        {"map,temp", "map:4:-9999 temp:0:11"},
-        {"850:temp", "850:0:850"},
-        {"ens[-3]temp", "ens[-3]temp:0:19323011"},
-        {"ens\\[+2\\]temp", "ens[+2]temp:0:19342011"},
-        {"ens[0]temp,ensmean[]temp,ensdev[]temp",
-         "ens[0]temp:0:19300011 ensmean[]temp:0:19000011 ensdev[]temp:0:19001011"},
-        {"ensprob[>10]temp", "ensprob[>10]temp:0:1910112110"},
-        {"ensprob[<-10]temp", "ensprob[<-10]temp:0:1910116110"},
-        {"a\\,b", "a,b:0:0"},
-        {"add(temp,dewp", "add:2:0"},
-        {"temp,hght[F", "temp:0:11 hght:0:7"},
-        {"v<uwnd", "v:6:0"},
-        {",,temp,", "temp:0:11"},
-        {"add(temp)x", "add:2:0 temp:10:11 x:0:0"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(VAR_setup(nullptr, c.text), 1) << c.text;
-        EXPECT_EQ(list(), c.list) << c.text;
+    for (const test::Case& c : test::cases("var/lists")) {
+        EXPECT_EQ(VAR_setup(nullptr, c.text(0)), 1) << c.line();
+        EXPECT_EQ(list(), c.text(1)) << c.line();
     }
     EXPECT_EQ(VAR_setup(nullptr, ""), 0);
     EXPECT_EQ(VAR_get_num(), 0);
 }
 
-TEST_F(VarSetup, TimeAndLevelAreGivenOrInherited) {
-    VAR_setup(nullptr, "h12:850:add(temp,h36:700:temp),hght,h24-12acc:sfc:prcp::cf");
-    struct {
-        int tstat, time, ltype, level;
-    } const want[] = {{2, 12, 100, 850}, {2, 12, 100, 850}, {2, 36, 100, 700}, {1, 24, 100, 500}, {2, 4012024, 1, 0}};
-    ASSERT_EQ(VAR_get_num(), 5);
-    for (int i = 0; i < 5; i++) {
-        const VAR_data& data = *VAR_get_var(i);
-        EXPECT_EQ(data.tstat, want[i].tstat) << i;
-        EXPECT_EQ(data.lstat, want[i].tstat) << i;
-        EXPECT_EQ(data.time, want[i].time) << i;
-        EXPECT_EQ(data.ltype, want[i].ltype) << i;
-        EXPECT_EQ(data.level, want[i].level) << i;
+/// Random variable strings, each with the list that it stands for: "name:flag:time:level:given" of its entries.
+class RandomString {
+  public:
+    explicit RandomString(unsigned seed) : random_(seed) {}
+
+    struct Place {
+        int functions = 0, groups = 0, time = 24, level = 500, given = 1;
+    };
+    std::string items(Place place, int depth) {
+        std::string text = item(place, depth);
+        for (int more = pick(3); more > 0; more--) text += "," + item(place, depth);
+        return text;
     }
-    EXPECT_EQ(VAR_get_type(4), VTYPE_FILL);
-    EXPECT_EQ(VAR_get_units(4), "");
-    EXPECT_EQ(VAR_get_time_key(4), "4012024");
+    std::string wanted;
+
+  private:
+    int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+    void entry(const std::string& name, const Place& place, int kind) {
+        wanted += name + ":" + std::to_string(place.functions * 10 + kind) + ":" + std::to_string(place.time) + ":" +
+                  std::to_string(place.level) + ":" + std::to_string(place.given) + " ";
+    }
+    std::string item(Place place, int depth) {
+        std::string front;
+        if (pick(3) == 0) {
+            place = {place.functions, place.groups, 6 + pick(90), 100 + pick(900), 2};
+            front = "h" + std::to_string(place.time) + ":" + std::to_string(place.level) + ":";
+        }
+        if (pick(6) == 0) return front + macro(place);
+        if (depth == 0 || pick(2) == 0) {
+            entry("hght", place, place.groups > 0 ? 1 : 0);
+            return front + "hght";
+        }
+        const struct {
+            const char *name, *open, *close;
+            int kind, entries;
+        } kinds[] = {
+            {"add", "(", ")", 2, 1}, {"grad", "(", ")", 2, 2}, {"v", "<", ">", 6, 1}, {"pair", "{", "}", 5, 1}};
+        const auto& one = kinds[pick(4)];
+        entry(one.name, place, one.kind);
+        if (one.entries == 2) entry(one.name, place, 8);
+        (one.kind == 2 ? place.functions : place.groups)++;
+        return front + one.name + one.open + items(place, depth - 1) + one.close;
+    }
+    /// "both" is a list of two, of which the second has its own time and level.
+    std::string macro(Place place) {
+        const int kind = place.groups > 0 ? 1 : 0;
+        entry("temp", place, kind);
+        place.time = 12;
+        place.level = 850;
+        place.given = 2;
+        entry("dewp", place, kind);
+        return "both";
+    }
+    std::mt19937 random_;
+};
+
+TEST_F(VarSetup, RandomStringsCompileIntoTheListsThatTheyWereMadeFrom) {
+    VAR_setup(macros("both B 1 temp,h12:850:dewp\n").c_str(), "both");
+    int compared = 0;
+    for (unsigned seed = 1; seed <= 3000; seed++) {
+        RandomString made(seed);
+        const std::string text = made.items({}, 3);
+        if (std::count(made.wanted.begin(), made.wanted.end(), ' ') > VAR_MAX) continue;
+        ASSERT_EQ(VAR_setup(nullptr, text), 1) << text;
+        std::string got;
+        for (int i = 0; i < VAR_get_num(); i++) {
+            const VAR_data& data = *VAR_get_var(i);
+            got += VAR_get_name(i) + ":" + std::to_string(data.flag) + ":" + std::to_string(data.time) + ":" +
+                   std::to_string(data.level) + ":" + std::to_string(data.tstat) + " ";
+            EXPECT_EQ(data.lstat, data.tstat) << text;
+        }
+        ASSERT_EQ(got, made.wanted) << text;
+        compared++;
+    }
+    EXPECT_GT(compared, 2000);
+}
+
+TEST_F(VarSetup, KeysAndTypeOfAnEntry) {
+    VAR_setup(nullptr, "h12:850:temp,h24-12acc:sfc:prcp::cf");
+    EXPECT_EQ(VAR_get_type(1), VTYPE_FILL);
+    EXPECT_EQ(VAR_get_units(1), "");
+    EXPECT_EQ(VAR_get_time_key(1), "4012024");
     EXPECT_EQ(VAR_get_level_key(0), "850");
 }
 
 TEST_F(VarSetup, TypeUnitsAndFormatFollowTheirRules) {
-    struct {
-        int chosen;
-        const char* text;
-        int entry;
-        int type;
-        const char* units;
-        const char* format;
-    } const cases[] = {
-        {MISS, "temp", 0, 11, "", ""},
-        {MISS, "temp:C:cf:in=4", 0, 15, "C", "in=4"},
-        {MISS, "temp:C:in=4:cf", 0, 11, "C", "in=4:cf"},
-        {MISS, "temp[F:cf:%.1f:x]", 0, 15, "F", "%.1f:x"},
-        {15, "temp[:ln]", 0, 15, "", ""},
-        {99, "temp[:ln]", 0, 12, "", ""},
-        {15, "temp:C:ln", 0, 15, "C", ""},
-        {MISS, "add(temp[F],dewp)", 1, 10, "", ""},
-        {MISS, "add(temp:F,dewp)", 1, 10, "F", ""},
-        {MISS, "add(temp,dewp)[K:cf]", 0, 15, "K", ""},
-        {15, "add(temp,dewp)", 0, 15, "", ""},
-        {MISS, "wind(uwnd,vwnd)", 0, 20, "", ""},
-        {22, "wind(uwnd,vwnd)", 0, 22, "", ""},
-        {MISS, "w<uwnd,vwnd>", 0, 10, "", ""},
-        {MISS, "w::vect<uwnd,vwnd>", 0, 21, "", ""},
-        {MISS, "pair{temp,dewp}", 1, 10, "", ""},
-        {MISS, "#5", 0, 40, "", ""},
-        {MISS, "map:roads:x", 0, 6, "", "roads:x"},
-        {MISS, "grad(temp[F])", 1, 0, "", ""},
-    };
-    for (const auto& c : cases) {
-        FLAG_set(FLAG_PLOT_TYPE, c.chosen);
-        VAR_setup(nullptr, c.text);
-        EXPECT_EQ(VAR_get_type(c.entry), c.type) << c.text;
-        EXPECT_EQ(VAR_get_units(c.entry), c.units) << c.text;
-        EXPECT_EQ(VAR_get_format(c.entry), c.format) << c.text;
+    for (const test::Case& c : test::cases("var/settings")) {
+        FLAG_set(FLAG_PLOT_TYPE, c.number(0));
+        VAR_setup(nullptr, c.text(1));
+        EXPECT_EQ(VAR_get_type(c.number(2)), c.number(3)) << c.line();
+        EXPECT_EQ(VAR_get_units(c.number(2)), c.text(4)) << c.line();
+        EXPECT_EQ(VAR_get_format(c.number(2)), c.text(5)) << c.line();
     }
     FLAG_set(FLAG_PLOT_TYPE, MISS);
     VAR_setup(nullptr, "temp:" + std::string(40, 'u') + ":" + std::string(300, 'f'));
@@ -196,22 +207,17 @@ TEST_F(VarSetup, TestsReadFlagAndType) {
     EXPECT_TRUE(VAR_is_VECT(4) && VAR_is_plot_VECT(4) && !VAR_is_type_GRID(4));
     EXPECT_TRUE(VAR_is_SUBREG(5) && VAR_is_CALC(5));
     EXPECT_TRUE(VAR_is_FUNC_VECT(7) && VAR_is_FUNC_VECT(8) && !VAR_is_get_GRID(8) && VAR_is_plot_FUNC_VECT(7));
-    EXPECT_TRUE(VAR_is_type_MAP(10) && !VAR_is_type_PLOT(10) && VAR_is_PLOT(10) && !VAR_is_LABEL(10));
+    EXPECT_TRUE(VAR_is_type_MAP(10) && !VAR_is_get_GRID(10) && !VAR_is_type_PLOT(10) && VAR_is_PLOT(10) &&
+                !VAR_is_LABEL(10));
     EXPECT_FALSE(VAR_is_REG(11) || VAR_is_REG(-1) || VAR_is_DATA(1000) || VAR_is_type_PLOT(60));
     EXPECT_EQ(VAR_get_var(VAR_MAX), nullptr);
     EXPECT_EQ(VAR_get_name(-1), "");
 }
 
 TEST(VarType, WordsAndPrintedNamesDiffer) {
-    struct {
-        const char* word;
-        int type;
-        const char* print;
-    } const cases[] = {{"ln", 12, "lcont"}, {"CF", 15, "fcont"}, {"lcf", 16, "bcont"}, {"track", 23, "strm"},
-                       {"mk", 4, "mark"},   {"wx", 36, "symb"},  {"grid", -1, "----"}, {"", -1, "----"}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(VAR_dec_type(c.word), c.type);
-        EXPECT_STREQ(VAR_print_type(c.type), c.print);
+    for (const test::Case& c : test::cases("var/types")) {
+        EXPECT_EQ(VAR_dec_type(c.text(0)), c.number(1)) << c.line();
+        EXPECT_EQ(VAR_print_type(c.number(1)), c.text(2)) << c.line();
     }
     EXPECT_STREQ(VAR_print_type(10), "grid");
 }
