@@ -67,24 +67,6 @@ TEST_F(Metafile, RecordsCallsLineByLine) {
               "SEG_CR 7\nCLR_REG 1.000000 3.000000 2.000000 4.000000\nME text\n");
 }
 
-TEST_F(Metafile, PlaybackGivesTheSamePageAsPostScript) {
-    for (const char* word : {",color", ",gray"}) {
-        ASSERT_EQ(open(dir.file("direct.ps") + word), 0);
-        test::draw_scene();
-        close();
-        ASSERT_EQ(open(dir.file("a.meta"), GWS_META), 0);
-        test::draw_scene();
-        close();
-        ASSERT_EQ(open(dir.file("played.ps") + word), 0);
-        gread_metafile(dir.file("a.meta"));
-        close();
-        EXPECT_EQ(test::body_lines(dir.file("played.ps")), test::body_lines(dir.file("direct.ps")));
-        const test::Page page = test::rendered(dir.file("played.ps"));
-        EXPECT_GT(page.rgb.size(), 3U * 600 * 700);
-        EXPECT_TRUE(page.rgb == test::rendered(dir.file("direct.ps")).rgb);
-    }
-}
-
 TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
     const std::string line = "PL 2 0,0 1,1\n";
     struct {
