@@ -124,6 +124,28 @@ TEST_F(Metafile, WritesPatternsPicturesAndNumbersThatReadersTake) {
     EXPECT_TRUE(text.ends_with(std::string("\x00\xA0", 2)));
 }
 
+TEST_F(Metafile, GeometryIsInInchesOrPanels) {
+    struct {
+        const char* geometry;
+        int x, y, width, height;
+    } const cases[] = {{"5x4+1+2", 100, 200, 500, 400},  {"5x4", 0, 0, 500, 400}, {"3+2", 300, 200, 1000, 800},
+                       {"P2x4+1+0", 500, 600, 500, 200}, {"0x0", 0, 0, 2, 2},     {"", 0, 0, 1000, 800}};
+    for (const auto& c : cases) {
+        RES_put("geometry", c.geometry);
+        ASSERT_EQ(open("a.meta", GWS_META), 0);
+        RES_put("geometry", "");
+        int x = 0;
+        int y = 0;
+        gget_win_offset(&x, &y);
+        EXPECT_EQ(x, c.x) << c.geometry;
+        EXPECT_EQ(y, c.y) << c.geometry;
+        EXPECT_EQ(gget_window_width(), c.width) << c.geometry;
+        EXPECT_EQ(gget_window_height(), c.height) << c.geometry;
+        close();
+    }
+    gset_xoff(0, 0);
+}
+
 TEST_F(Metafile, NoMemoryForAListEndsTheItemAlone) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer needs the address space";

@@ -286,6 +286,11 @@ TEST_F(Postscript, PaperWordsSetTheSizeAndTheLastOneWins) {
         {nullptr, ",A4", 805, 558},         {"legal", "", 972, 576},
         {"legal", ",letter", 756, 576},     {nullptr, ",ansid,sz:10x5", 684, 324},
         {nullptr, ",sz=1e30x-4", 756, 576}, {nullptr, ",unknown,b5", 756, 576},
+        {nullptr, ",11x17", 1188, 756},     {nullptr, ",a3", 1154, 805},
+        {nullptr, ",a2", 1648, 1154},       {nullptr, ",a1", 2347, 1648},
+        {nullptr, ",b4", 995, 692},         {nullptr, ",b3", 1423, 995},
+        {nullptr, ",b2", 2027, 1423},       {nullptr, ",b1", 2883, 2027},
+        {nullptr, ",ansid", 2412, 1548},
     };
     for (const auto& c : cases) {
         const test::EnvSetting param("zavps_param", c.env);
