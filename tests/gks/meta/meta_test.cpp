@@ -81,7 +81,7 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
         {"long words", "PL_CLRPL_CLR 1\nPLPLPLPLPLPLPL 2\n" + line, 1, ""},
         {"count too large", "PL 2000000000 0,0 1,1\n" + line, 1,
          "gread_metafile: Point list is longer than the file: 2000000000\n"},
-        {"count below 0", "PL -3 0,0\n" + line, 1, ""},
+        {"count below 0", "PL -3 PL 2 0,0 1,1\n" + line, 1, ""},
         {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
         {"short item before another", "PL_CLR\nPL 2 0,0 1,1\nCLR 1\n" + line + "WIN 2 0\n" + line, 3, ""},
         {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},

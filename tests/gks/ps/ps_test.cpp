@@ -157,6 +157,29 @@ TEST_F(Postscript, TheEpsBoxHoldsWhatIsDrawn) {
     }
 }
 
+// The page of 756 by 576 points and the plot's place together, turned on a sheet that lies on its side.
+TEST_F(Postscript, TheEpsBoxHoldsThePageAndThePlot) {
+    struct {
+        const char *words, *geometry, *box;
+    } const cases[] = {
+        {",eps", "50x50+10+10", "36 0 612 756"},
+        {",eps,port", "50x50+10+10", "0 0 756 576"},
+        {",eps", "1200x900-100-50", "0 -72 648 792"},
+        {",eps,port", "1200x900-100-50", "-72 -36 792 612"},
+        {",eps,port", "100x100+1000+800", "0 0 792 648"},
+        {",eps", "100x100+1000+800", "-36 0 612 792"},
+        {",eps,scale=0.5", "1200x900-100-50", "306 -36 630 396"},
+    };
+    for (const auto& c : cases) {
+        plain_paper();
+        const test::EnvSetting geometry("zavps_geometry", c.geometry);
+        draw_to(std::string("a.ps") + c.words, [] {});
+        const std::string text = test::read_file("a.ps");
+        EXPECT_NE(text.find(std::string("%%BoundingBox: ") + c.box + "\n"), std::string::npos)
+            << c.words << c.geometry << text.substr(0, 80);
+    }
+}
+
 TEST_F(Postscript, ColourOfTheEnvironmentDrawsBlackOnWhite) {
     gset_inverse(0);
     const test::EnvSetting color("PSCOLOR", "1");
