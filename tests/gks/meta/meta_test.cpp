@@ -85,6 +85,11 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
         {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
         {"short item before another", "PL_CLR\nPL 2 0,0 1,1\nCLR 1\n" + line + "WIN 2 0\n" + line, 3, ""},
         {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},
+        {"items that lack numbers",
+         "TE PL 2 0,0 1,1\nTE_UP 1 PL 2 0,0 1,1\nTE_ALGN 1 PL 2 0,0 1,1\nTE_FNT 1 PL 2 0,0 1,1\nTE_HGHT PL 2 0,0 1,1\n"
+         "CLR 1 2 0.5 PL 2 0,0 1,1\nVP 1 0 PL 2 0,0 1,1\nPM 1 PL 2 0,0 1,1\n" +
+             line,
+         1, ""},
         {"no end of line", "PL 2 0,0 1,1", 1, ""},
         {"bad numbers", "TR 99\nPL_LW -1\n" + line, 1,
          "gsel_norm_tran: invalid transformation number: 99\n\ngset_linewidth: invalid line width: -1.000000\n\n"},
