@@ -43,6 +43,7 @@ class KernelTest : public TempDirTest {
         gps_set_orient(0);
         gps_set_EPS(0);
         gps_set_scale(1);
+        gps_set_base_width(1);
     }
 
     /// Result of the opening; what was said is in `said`.

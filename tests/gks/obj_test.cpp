@@ -2,8 +2,6 @@
 
 #include "gks/gks_obj.h"
 
-#include <algorithm>
-
 #include "gks/kernel_scene.h"
 #include "gks/meta/gks_meta.h"
 
@@ -31,29 +29,6 @@ TEST_F(Store, RecordsOnlyWhenAsked) {
     EXPECT_TRUE(holds(said, "gobj_print_meta: No redraw data to make metafile from\n"));
     EXPECT_EQ(gdel_seg_objs(1), -1);
     EXPECT_EQ(gobj_redraw_plot(), -1);
-}
-
-TEST_F(Store, PrintedStorePlaysBackToTheSamePage) {
-    ASSERT_EQ(open("a.ps,color"), 0);
-    EXPECT_EQ(gset_redraw(1), 0);
-    test::draw_scene();
-    const std::string meta = printed();
-    EXPECT_EQ(gget_redraw(), 1);
-    EXPECT_EQ(gget_win_type(), GWS_PS);
-    close();
-    EXPECT_TRUE(meta.starts_with("CLR 1 1 0.000000")) << meta.substr(0, 100);
-    test::write_file("whole.meta", "ZAVMETA\n" + meta);
-    ASSERT_EQ(open("b.ps,color"), 0);
-    gread_metafile("whole.meta");
-    close();
-    // Going back from the metafile clips once more; otherwise both pages say the same.
-    std::vector<std::string> wanted = test::body_lines("a.ps");
-    std::vector<std::string> lines = test::body_lines("b.ps");
-    lines.erase(std::find(lines.begin(), lines.end(), "%%End of plot"), lines.end());
-    ASSERT_GT(lines.size(), 100U);
-    ASSERT_GT(wanted.size(), lines.size());
-    wanted.resize(lines.size());
-    EXPECT_EQ(lines, wanted);
 }
 
 TEST_F(Store, ReplayDrawsTheSameAgain) {

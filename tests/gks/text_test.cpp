@@ -72,57 +72,6 @@ class Text : public test::TempDirTest {
     int result_ = -1;
 };
 
-struct Case {
-    int hor, vert;
-    float upx, upy, expan;
-    Gpt a;  ///< start of "A"
-    Gpt b;  ///< end of "B"
-};
-
-class TextPlace : public Text, public ::testing::WithParamInterface<Case> {};
-
-TEST_P(TextPlace, PutsStrokesWhereTheFontSays) {
-    const Case& c = GetParam();
-    open();
-    const Gtext_align align{c.hor, c.vert};
-    gset_text_align(&align);
-    const Gpt up{c.upx, c.upy};
-    gset_char_up_vec(&up);
-    gset_expan(c.expan);
-    const Gpt pos{0.4F, 0.5F};
-    ASSERT_EQ(gtext(&pos, "AB"), 0);
-    const Gpt a{xW_ps(c.a.x), yW_ps(c.a.y)};
-    const Gpt b{xW_ps(c.b.x), yW_ps(c.b.y)};
-    const auto drawn = steps();
-    ASSERT_EQ(drawn.size(), 4U);
-    EXPECT_FALSE(drawn[0].pen);
-    EXPECT_TRUE(drawn[3].pen);
-    EXPECT_NEAR(drawn[0].x, a.x, 0.02);
-    EXPECT_NEAR(drawn[0].y, a.y, 0.02);
-    EXPECT_NEAR(drawn[3].x, b.x, 0.02);
-    EXPECT_NEAR(drawn[3].y, b.y, 0.02);
-}
-
-std::string name_of(const ::testing::TestParamInfo<Case>& given) {
-    const char* const across[] = {"normal", "left", "center", "right"};
-    const char* const upward[] = {"normal", "top", "cap", "half", "base", "bottom"};
-    return std::string(across[given.param.hor]) + "_" + upward[given.param.vert] +
-           (given.param.upx != 0 ? "_turned" : "") + (given.param.expan != 1 ? "_stretched" : "");
-}
-
-// "AB" is 0 + 25 + 50 = 75 units long, its half 37; stretched by 2, 150.
-INSTANTIATE_TEST_SUITE_P(All, TextPlace,
-                         ::testing::Values(Case{GLEFT_HOR, GBASE_VERT, 0, 1, 1, {0.4F, 0.5F}, {0.475F, 0.5F}},
-                                           Case{GNORMAL_HOR, GNORMAL_VERT, 0, 3, 1, {0.4F, 0.5F}, {0.475F, 0.5F}},
-                                           Case{GCENTER_HOR, GCAP_VERT, 0, 1, 1, {0.363F, 0.395F}, {0.438F, 0.395F}},
-                                           Case{GRIGHT_HOR, GTOP_VERT, 0, 1, 1, {0.325F, 0.375F}, {0.4F, 0.375F}},
-                                           Case{GLEFT_HOR, GHALF_VERT, 0, 1, 1, {0.4F, 0.45F}, {0.475F, 0.45F}},
-                                           Case{GLEFT_HOR, GBOTTOM_VERT, 0, 1, 1, {0.4F, 0.535F}, {0.475F, 0.535F}},
-                                           Case{GRIGHT_HOR, GBASE_VERT, 0, 1, 2, {0.25F, 0.5F}, {0.4F, 0.5F}},
-                                           Case{GLEFT_HOR, GBASE_VERT, 1, 0, 1, {0.4F, 0.5F}, {0.4F, 0.425F}},
-                                           Case{GLEFT_HOR, GBOTTOM_VERT, 1, 0, 1, {0.435F, 0.5F}, {0.435F, 0.425F}}),
-                         name_of);
-
 TEST_F(Text, FixedPitchCountsBlanksAndUnknownCharactersTakeNoRoom) {
     open();
     gset_char_space(1.0F);

@@ -67,24 +67,6 @@ TEST_F(Metafile, RecordsCallsLineByLine) {
               "SEG_CR 7\nCLR_REG 1.000000 3.000000 2.000000 4.000000\nME text\n");
 }
 
-TEST_F(Metafile, PlaybackGivesTheSamePageAsPostScript) {
-    for (const char* word : {",color", ",gray"}) {
-        ASSERT_EQ(open(dir.file("direct.ps") + word), 0);
-        test::draw_scene();
-        close();
-        ASSERT_EQ(open(dir.file("a.meta"), GWS_META), 0);
-        test::draw_scene();
-        close();
-        ASSERT_EQ(open(dir.file("played.ps") + word), 0);
-        gread_metafile(dir.file("a.meta"));
-        close();
-        EXPECT_EQ(test::body_lines(dir.file("played.ps")), test::body_lines(dir.file("direct.ps")));
-        const test::Page page = test::rendered(dir.file("played.ps"));
-        EXPECT_GT(page.rgb.size(), 3U * 600 * 700);
-        EXPECT_TRUE(page.rgb == test::rendered(dir.file("direct.ps")).rgb);
-    }
-}
-
 TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
     const std::string line = "PL 2 0,0 1,1\n";
     struct {
@@ -99,10 +81,15 @@ TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
         {"long words", "PL_CLRPL_CLR 1\nPLPLPLPLPLPLPL 2\n" + line, 1, ""},
         {"count too large", "PL 2000000000 0,0 1,1\n" + line, 1,
          "gread_metafile: Point list is longer than the file: 2000000000\n"},
-        {"count below 0", "PL -3 0,0\n" + line, 1, ""},
+        {"count below 0", "PL -3 PL 2 0,0 1,1\n" + line, 1, ""},
         {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
         {"short item before another", "PL_CLR\nPL 2 0,0 1,1\nCLR 1\n" + line + "WIN 2 0\n" + line, 3, ""},
         {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},
+        {"items that lack numbers",
+         "TE PL 2 0,0 1,1\nTE_UP 1 PL 2 0,0 1,1\nTE_ALGN 1 PL 2 0,0 1,1\nTE_FNT 1 PL 2 0,0 1,1\nTE_HGHT PL 2 0,0 1,1\n"
+         "CLR 1 2 0.5 PL 2 0,0 1,1\nVP 1 0 PL 2 0,0 1,1\nPM 1 PL 2 0,0 1,1\n" +
+             line,
+         1, ""},
         {"no end of line", "PL 2 0,0 1,1", 1, ""},
         {"bad numbers", "TR 99\nPL_LW -1\n" + line, 1,
          "gsel_norm_tran: invalid transformation number: 99\n\ngset_linewidth: invalid line width: -1.000000\n\n"},
@@ -140,6 +127,28 @@ TEST_F(Metafile, WritesPatternsPicturesAndNumbersThatReadersTake) {
     const std::string text = test::read_file(dir.file("a.cgm"));
     EXPECT_EQ(text.substr(46 + 10, 6), std::string("\x00\xA0\x00\x60\x00\x80", 6));
     EXPECT_TRUE(text.ends_with(std::string("\x00\xA0", 2)));
+}
+
+TEST_F(Metafile, GeometryIsInInchesOrPanels) {
+    struct {
+        const char* geometry;
+        int x, y, width, height;
+    } const cases[] = {{"5x4+1+2", 100, 200, 500, 400},  {"5x4", 0, 0, 500, 400}, {"3+2", 300, 200, 1000, 800},
+                       {"P2x4+1+0", 500, 600, 500, 200}, {"0x0", 0, 0, 2, 2},     {"", 0, 0, 1000, 800}};
+    for (const auto& c : cases) {
+        RES_put("geometry", c.geometry);
+        ASSERT_EQ(open("a.meta", GWS_META), 0);
+        RES_put("geometry", "");
+        int x = 0;
+        int y = 0;
+        gget_win_offset(&x, &y);
+        EXPECT_EQ(x, c.x) << c.geometry;
+        EXPECT_EQ(y, c.y) << c.geometry;
+        EXPECT_EQ(gget_window_width(), c.width) << c.geometry;
+        EXPECT_EQ(gget_window_height(), c.height) << c.geometry;
+        close();
+    }
+    gset_xoff(0, 0);
 }
 
 TEST_F(Metafile, NoMemoryForAListEndsTheItemAlone) {
