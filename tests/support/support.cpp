@@ -152,6 +152,18 @@ std::string data_file(const std::string& name) {
     return {};
 }
 
+std::vector<Case_row> read_cases(const std::string& name) {
+    std::ifstream file(source_dir() + "/tests/data/" + name);
+    std::vector<Case_row> rows;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("# ")) continue;
+        std::istringstream columns(line + '\t');
+        for (rows.emplace_back(); std::getline(columns, line, '\t');) rows.back().push_back(line);
+    }
+    if (rows.empty()) throw std::runtime_error("no cases in " + name);
+    return rows;
+}
+
 EnvSetting::EnvSetting(const std::string& name, const char* value) : name_(name) {
     const char* now = std::getenv(name.c_str());
     was_set_ = now != nullptr;

@@ -75,6 +75,10 @@ std::vector<std::string> data_folders();
 /// Path of a file in one of them, empty if none has it.
 std::string data_file(const std::string& name);
 
+/// A file of cases below tests/data: the columns between tabs of its lines, but for those that begin with "# ".
+using Case_row = std::vector<std::string>;
+std::vector<Case_row> read_cases(const std::string& name);
+
 /// An environment variable for the life of this object; a null value removes it.
 class EnvSetting {
   public:
