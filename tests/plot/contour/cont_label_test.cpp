@@ -82,7 +82,7 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
         return 20.0F * std::sin(0.21F * column) + 17.0F * std::cos(0.33F * row) + 0.07F * column;
     });
     std::mt19937 random(7);
-    for (int n = 0; n < 80; ++n) {
+    for (int n = 0; n < 40; ++n) {
         const bool listed = n % 3 == 0;
         std::vector<float> levels(listed ? 6 : 41);
         for (int k = 0; k < static_cast<int>(levels.size()); ++k) levels[k] = listed ? 5.0F * k - 12 : 2.0F * k - 40;

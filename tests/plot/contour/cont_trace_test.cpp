@@ -61,15 +61,6 @@ TEST(ContTrace, LinesOfCells) {
     }
 }
 
-/// A field with all slopes.
-GRD_report bumps(int n) {
-    std::vector<float> values;
-    for (int j = 0; j < n; ++j) {
-        for (int i = 0; i < n; ++i) values.push_back(8.0F * std::sin(0.37F * i) * std::cos(0.29F * j) + 0.11F * i);
-    }
-    return make_grid(n, n, values);
-}
-
 /// Lines and bands that were sent.
 std::string chart() {
     std::string text = text_of(sent.lines);
@@ -80,8 +71,11 @@ std::string chart() {
 /// However far off a value is, the rest of the chart is drawn as if it were missing, in the same colours.
 TEST(ContTrace, OneStrayValueLeavesTheChart) {
     const auto draw_with = [](float stray, int type) {
-        GRD_report grid = bumps(20);
-        grid.grid[47] = stray;
+        std::vector<float> values(400);
+        for (int i = 0; i < 400; ++i)
+            values[i] = 8 * std::sin(0.37F * (i % 20)) * std::cos(0.29F * (i / 20)) + 0.11F * (i % 20);
+        values[47] = stray;
+        GRD_report grid = make_grid(20, 20, values);
         start_contours(type);
         cont.intrvl = 0.5F;
         cont.base = 0.0F;

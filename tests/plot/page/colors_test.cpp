@@ -67,14 +67,6 @@ TEST_F(Colors, HostileFilesStayInsideTheTable) {
     expect_rgb(0, 0.0F, 1.0F, 0.0F);
 }
 
-TEST_F(Colors, ComponentsMakeEntries) {
-    CLR_read_table(dir.write("t.clr", "Black 0 0 0\nWhite 1 1 1\n").c_str());
-    EXPECT_EQ(CLR_get_ind("#ff8000"), 2);
-    EXPECT_EQ(CLR_get_ind("#255128000"), 3);
-    EXPECT_EQ(CLR_get_ind("#FF8000"), 2);                                           // found again, in any case
-    for (const int ind : {2, 3, 99}) expect_rgb(ind, 1.0F, 128.0F / 255.0F, 0.0F);  // past the table: the last
-}
-
 TEST_F(Colors, ShippedTablesHoldTheDefaultNames) {
     for (const char* table : {"zav.clr", "rainbow.clr", "temp.clr", "precip.clr", "gray.clr"}) {
         CLR_read_table((test::source_dir() + "/share/zav/" + table).c_str());
@@ -109,6 +101,7 @@ TEST_F(Colors, TextsOfAttributes) {
     CLR_read_table(dir.write("t.clr", "Black 0 0 0\nRed 1 0 0\n").c_str());
     for (const auto& row : test::read_cases("plot/attributes.tsv"))
         EXPECT_EQ(meanings.at(row[0])(row[1]), row[2]) << row[1];
+    for (const int ind : {2, 3, 99}) expect_rgb(ind, 1.0F, 128.0F / 255.0F, 0.0F);  // past the table: the last
     RES_put("color_line", "wi=3");
     Gattribs got;
     EXPECT_EQ(ATTRIB_get("color_line", "red:s4", &got), 1);
