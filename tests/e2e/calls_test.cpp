@@ -8,6 +8,7 @@
 #include "e2e/program.h"
 #include "frame/status.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav::test {
 namespace {
@@ -17,8 +18,8 @@ const std::string CHART = "-me warn -ft h24 -le 500 -va hght -pl ln -in 60 -de p
 constexpr const char* OLDER = "an older page\n";
 enum Column { NAME, OPTIONS, ANSWERS, STATUS, TOLD, PAGES, SHOWN, COLUMNS };
 
-std::vector<std::vector<std::string>> calls() {
-    auto rows = read_table("calls.tsv");
+std::vector<Cells> calls() {
+    auto rows = data_cells("calls.tsv");
     for (auto& row : rows) row.resize(COLUMNS);
     return rows;
 }

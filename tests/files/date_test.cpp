@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "support/case_file.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

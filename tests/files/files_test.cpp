@@ -10,8 +10,8 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

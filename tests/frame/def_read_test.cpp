@@ -1,7 +1,7 @@
 #include "frame/def_read.h"
 
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

@@ -8,8 +8,8 @@
 #include "frame/resrc.h"
 #include "frame/status.h"
 #include "frame/zav.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "frame/flag.h"
 #include "frame/zav.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

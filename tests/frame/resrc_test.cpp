@@ -6,8 +6,8 @@
 #include "frame/status.h"
 #include "frame/string.h"
 #include "frame/zav.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

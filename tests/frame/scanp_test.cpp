@@ -1,8 +1,8 @@
 #include "frame/scanp.h"
 
 #include "frame/zav.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

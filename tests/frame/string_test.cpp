@@ -5,8 +5,8 @@
 
 #include "frame/tools.h"
 #include "frame/zav.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {

@@ -12,6 +12,7 @@
 
 #include "frame/zav.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -38,7 +39,7 @@ std::ostream& operator<<(std::ostream& out, const Case& c) { return out << c.nam
 
 std::vector<Case> cases() {
     std::vector<Case> all;
-    for (const auto& row : test::read_table("projections.tsv")) {
+    for (const auto& row : test::data_cells("projections.tsv")) {
         const auto number = [&](int k) { return std::stod(row.at(k)); };
         all.push_back({row[0], row[1], row[2], number(3), number(4), number(5), number(6), number(7)});
     }

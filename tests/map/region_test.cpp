@@ -12,6 +12,7 @@
 #include "map/maptran.h"
 #include "map/region_state.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -38,7 +39,7 @@ std::string decoded(const std::string& text) {
 }
 
 TEST_F(Region, TextsDecodeByTheFirstPatternThatFits) {
-    const auto cases = test::read_table("domain_texts.tsv");
+    const auto cases = test::data_cells("domain_texts.tsv");
     EXPECT_GT(cases.size(), 20U);
     for (const auto& row : cases) EXPECT_EQ(decoded(row[0]), row[1]) << row[0];
     for (const char* text : {"a,b", "40,-100,x", "ps,40,-100,1,2,3,4,5,6", "ps:x:y,40,-100", "nan,nan", ",,,"}) {
@@ -66,7 +67,7 @@ TEST_F(Region, ProjectionWordsAreToldByTheirBeginning) {
 
 TEST_F(Region, ProjectionsArePrintedByName) {
     std::map<int, std::string> names;
-    for (const auto& row : test::read_table("projection_names.tsv")) names[std::stoi(row[0])] = row[1];
+    for (const auto& row : test::data_cells("projection_names.tsv")) names[std::stoi(row[0])] = row[1];
     for (Domain domain; domain.proj < 120; ++domain.proj) {
         domain.proj = std::max(domain.proj, 0);
         const std::string text = DOM_text(&domain);

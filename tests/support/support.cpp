@@ -152,18 +152,6 @@ std::string data_file(const std::string& name) {
     return {};
 }
 
-std::vector<std::vector<std::string>> read_table(const std::string& name) {
-    std::vector<std::vector<std::string>> rows;
-    std::ifstream file(source_dir() + "/tests/data/" + name);
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream cells(line);
-        rows.emplace_back();
-        for (std::string cell; std::getline(cells, cell, '\t');) rows.back().push_back(cell);
-    }
-    return rows;
-}
-
 EnvSetting::EnvSetting(const std::string& name, const char* value) : name_(name) {
     const char* now = std::getenv(name.c_str());
     was_set_ = now != nullptr;

@@ -75,9 +75,6 @@ std::vector<std::string> data_folders();
 /// Path of a file in one of them, empty if none has it.
 std::string data_file(const std::string& name);
 
-/// The rows of a table in tests/data, cells between tabs; lines that begin with # are remarks.
-std::vector<std::vector<std::string>> read_table(const std::string& name);
-
 /// An environment variable for the life of this object; a null value removes it.
 class EnvSetting {
   public:

@@ -1,53 +1,50 @@
 #pragma once
 
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "support/support.h"
-
 namespace zav::test {
 
-/// A text with "\\n", "\\r" and "\\x01" of a table as the characters that they stand for.
-inline std::string unescaped(std::string text) {
-    for (const auto& [mark, character] : {std::pair{"\\n", "\n"}, {"\\r", "\r"}, {"\\x01", "\x01"}}) {
-        for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) {
-            text.replace(at, std::string(mark).size(), character);
-        }
-    }
-    return text;
-}
-
-/// A row of a table, by the names of its columns.
-using Row = std::map<std::string, std::string>;
+// Tables of cases: text files with tabs between the cells of a line. Lines that begin with "# " are remarks.
 
 /// The parts of a text between separators; an empty last one doesn't count.
-inline std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream in(text);
-    for (std::string part; std::getline(in, part, separator);) parts.push_back(part);
-    return parts;
-}
+std::vector<std::string> split(const std::string& text, char separator);
 
-/// The rows of a tab-separated file, whose first line names the columns.
-inline std::vector<Row> read_table(const std::string& path) {
-    std::ifstream in(path);
-    EXPECT_TRUE(in) << path;
-    std::string line;
-    std::getline(in, line);
-    const std::vector<std::string> names = split(line, '\t');
-    std::vector<Row> rows;
-    while (std::getline(in, line)) {
-        const std::vector<std::string> words = split(line, '\t');
-        Row& row = rows.emplace_back();
-        for (std::size_t i = 0; i < words.size() && i < names.size(); ++i) row[names[i]] = words[i];
-    }
-    return rows;
-}
+/// A text with its escapes as the characters that they stand for: \\n, \\r, \\xHH, and a backslash for two.
+std::string unescaped(const std::string& text);
 
-/// A table of tests/data.
-inline std::vector<Row> data_table(const std::string& name) { return read_table(data_folders().front() + "/" + name); }
+using Cells = std::vector<std::string>;
+/// The rows of a file as they stand. One without rows fails the test.
+std::vector<Cells> read_cells(const std::string& path);
+/// The rows of tests/data/NAME.
+std::vector<Cells> data_cells(const std::string& name);
+
+/// A row by the names of its columns.
+using Row = std::map<std::string, std::string>;
+/// The rows of a file whose first line names the columns.
+std::vector<Row> read_table(const std::string& path);
+/// The same of tests/data/NAME.
+std::vector<Row> data_table(const std::string& name);
+
+/// One case of a table, its cells unescaped, empty behind the last.
+class Case {
+  public:
+    explicit Case(const Cells& cells);
+
+    std::string text(std::size_t column) const { return column < fields_.size() ? fields_[column] : std::string(); }
+    /// A number; "MISS" is the missing one.
+    double real(std::size_t column) const;
+    int number(std::size_t column) const { return static_cast<int>(real(column)); }
+    /// The whole line, for messages.
+    const std::string& line() const { return line_; }
+
+  private:
+    std::string line_;
+    std::vector<std::string> fields_;
+};
+
+/// The cases of tests/data/NAME.tsv.
+std::vector<Case> cases(const std::string& name);
 
 }  // namespace zav::test

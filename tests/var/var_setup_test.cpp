@@ -6,8 +6,8 @@
 
 #include "frame/flag.h"
 #include "frame/resrc.h"
-#include "support/case_file.h"
 #include "support/support.h"
+#include "support/table.h"
 #include "var/var_tool.h"
 
 namespace zav {

@@ -7,9 +7,11 @@
 #include <map>
 #include <set>
 
+#include "frame/string.h"
 #include "map/maptran.h"
 #include "plot/background/map_state.h"
 #include "plot/meta_plot.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -88,8 +90,7 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
         for (const test::Drawn_mark& path : drawn.paths) {
             for (std::size_t i = 1; i < path.pts.size(); ++i) {
                 const double step = path.pts[i].x - path.pts[i - 1].x;
-                EXPECT_GT(step, 0.0) << domain;
-                EXPECT_LT(step, 7.0) << domain;
+                EXPECT_TRUE(step > 0.0 && step < 7.0) << domain << ' ' << step;
                 length += step;
             }
         }
@@ -104,117 +105,110 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
     }
 }
 
-struct Choice {
-    const char* item;
-    int passes;
-    bool drawn;
-};
-
-/// On a map 40 units high about 45 N 97 W. Items of one list, in their order.
 TEST_F(MapBackground, ItemsAreChosen) {
     dir.write("a.map", record({{44, -98}, {46, -96}}));
-    const std::string file = dir.file("a.map");
-    const std::vector<std::vector<Choice>> lists{
-        {{"#", 4, true}, {"#", 3, false}, {"-#", 1, true}, {"-#", 6, false}, {"+#", 2, true}, {"+#", 5, false}},
-        {{">39:#", 4, true}, {">41:#", 4, false}, {"s+39:#", 4, true}, {"s+41:#", 4, false}},
-        {{"<41:#", 4, true}, {"<39:#", 4, false}, {"s-41:#", 4, true}, {"s-39:#", 4, false}},
-        {{">39<41:#", 4, true}, {">30<39:#", 4, false}, {"<41>39:#", 4, true}, {"<50>41:#", 4, false}},
-        {{"s+39:s-41:#", 4, true}, {"s+30:s-39:#", 4, false}, {"s-41:s+39:#", 4, true}, {"s-50:s+41:#", 4, false}},
-        // the block that holds ends at the next "["; a bare one holds if none did
-        {{"[50,40,-90,-100", 4, false},
-         {"#", 4, true},
-         {"[", 4, false},
-         {"#", 4, false},
-         {"[", 4, false},
-         {"#", 4, true}},
-        {{"[50,46,-90,-100", 4, false},
-         {"#", 4, false},
-         {"[40,50,-96,-90", 4, false},
-         {"#", 4, false},
-         {"[", 4, false},
-         {"#", 4, true}},
-        {{"[40,50,-100,-90,41", 4, false}, {"#", 4, true}},
-        {{"[40,50,-100,-90,39", 4, false}, {"#", 4, false}},
-        // blocks hold in every pass
-        {{"[0,10,0,10", 2, false}, {"+#", 2, false}, {"[40,50,-100,-90", 2, false}, {"+#", 2, true}},
-    };
-    for (std::size_t n = 0; n < lists.size(); ++n) {
-        plot("lc:45:-97:45,45,-97,61,41,1", [&] {
-            map_background.reg_found = 1;
-            for (const Choice& c : lists[n]) {
-                std::string item = c.item;
-                if (const std::size_t at = item.find('#'); at != std::string::npos) item.replace(at, 1, file);
-                map_background.over = c.passes;
-                EXPECT_EQ(MAP_process(item), c.drawn ? 0 : -1) << n << ' ' << c.item << ' ' << c.passes;
-            }
-        });
-    }
+    plot("lc:45:-97:45,45,-97,61,41,1", [this] {
+        std::string list;
+        for (const auto& row : test::data_cells("plot/map_items.tsv")) {
+            if (list != row[0]) map_background.reg_found = 1;
+            list = row[0];
+            std::string item = row[1];
+            if (const std::size_t at = item.find('#'); at != std::string::npos) item.replace(at, 1, dir.file("a.map"));
+            map_background.over = std::stoi(row[2]);
+            EXPECT_EQ(MAP_process(item), row[3] == "drawn" ? 0 : -1) << list << ' ' << row[1] << ' ' << row[2];
+        }
+    });
 }
 
-struct Lines_case {
-    const char* item;
-    float dlat, dlon;
-    const char* color;
-};
-
-/// On a map of the world all lines begin at an edge, and are labelled there.
-TEST_F(MapBackground, LinesOfTheWorldAreSpacedAndLabelled) {
-    for (const Lines_case& c : {Lines_case{"lalo:30:60:Blue", 30, 60, "blue"},
-                                Lines_case{"lalo:45::Blue", 45, 45, "blue"}, Lines_case{"lalo:::Blue", 5, 5, "blue"},
-                                Lines_case{"lalo::20:Red", 5, 20, "red"}, Lines_case{"lalo=20", 20, 20, "magenta"}}) {
+/// On a map of the world all lines are labelled at their begin.
+TEST_F(MapBackground, LinesOfTheWorldAreLabelled) {
+    struct Case {
+        const char* item;
+        int dlat, dlon;
+        const char* color;
+    };
+    for (const Case& c :
+         {Case{"lalo:30:60:Blue", 30, 60, "blue"}, Case{"lalo:45::Blue", 45, 45, "blue"},
+          Case{"lalo:::Blue", 5, 5, "blue"}, Case{"lalo::20:Red", 5, 20, "red"}, Case{"lalo=20", 20, 20, "magenta"}}) {
+        std::set<std::string> want{"EQ@-176.4,0", "PM@0,-86.4"};
+        for (int lat = c.dlat; lat < 90; lat += c.dlat) {
+            want.insert(text_format("%dN@-176.4,%d", lat, lat));
+            want.insert(text_format("%dS@-176.4,%d", lat, -lat));
+        }
+        for (int lon = c.dlon; lon <= 180; lon += c.dlon) {
+            want.insert(lon == 180 ? "DL@180,-86.4" : text_format("%dE@%d,-86.4", lon, lon));
+            if (lon < 180) want.insert(text_format("%dW@%d,-86.4", lon, -lon));
+        }
         const test::Drawn drawn = draw_map("ll,0,0,73,37,5,5", c.item);
-        std::set<float> lats;
-        std::set<float> lons;
-        for (const test::Drawn_mark& path : drawn.paths) {
-            const Gpt& a = path.pts.front();
-            const Gpt& b = path.pts.back();
-            EXPECT_EQ(path.number("PL_CLR"), CLR_get_ind(c.color)) << c.item;
-            if (a.y == b.y) lats.insert(a.y);
-            if (a.x == b.x) lons.insert(a.x);
-        }
-        std::map<std::string, Gpt> labels;
-        for (const test::Drawn_mark& text : drawn.texts) labels[text.str] = text.pts[0];
-        for (float lat = 0; lat < 90; lat += c.dlat) {
-            const std::string number = std::to_string(std::lround(lat));
-            for (const float side : {1.0F, -1.0F}) {
-                EXPECT_EQ(lats.count(side * lat), 1U) << c.item << lat;
-                const std::string name = lat == 0.0F ? "EQ" : number + (side > 0 ? "N" : "S");
-                ASSERT_EQ(labels.count(name), 1U) << c.item << name;
-                EXPECT_NEAR(labels[name].x, -180 + 3.6, 1e-3) << name;
-                EXPECT_NEAR(labels[name].y, side * lat, 1e-3) << name;
-            }
-        }
-        EXPECT_EQ(lats.size(), 2 * static_cast<std::size_t>(std::ceil(90 / c.dlat)) - 1) << c.item;
-        for (float lon = 0; lon < 180; lon += c.dlon) {
-            const std::string number = std::to_string(std::lround(lon));
-            for (const float side : {1.0F, -1.0F}) {
-                EXPECT_EQ(lons.count(side * lon), 1U) << c.item << lon;
-                const std::string name = lon == 0.0F ? "PM" : number + (side > 0 ? "E" : "W");
-                ASSERT_EQ(labels.count(name), 1U) << c.item << name;
-                EXPECT_NEAR(labels[name].x, side * lon, 1e-3) << name;
-                EXPECT_NEAR(labels[name].y, -90 + 3.6, 1e-3) << name;
-            }
-        }
+        std::set<std::string> labels;
+        for (const auto& t : drawn.texts)
+            labels.insert(text_format("%s@%.4g,%.4g", t.str.c_str(), t.pts[0].x, t.pts[0].y));
+        EXPECT_EQ(labels, want) << c.item;
+        EXPECT_EQ(drawn.texts.size(), want.size()) << c.item;
+        for (const test::Drawn_mark& path : drawn.paths) EXPECT_EQ(path.number("PL_CLR"), CLR_get_ind(c.color));
     }
     EXPECT_TRUE(draw_map("ll,0,0,73,37,5,5", "lalo:30:60:off").paths.empty());
 }
 
-/// Meridians stop short of the pole where they meet there, at a parallel of the lattice.
-TEST_F(MapBackground, MeridiansEndAtTheLastParallel) {
-    const std::map<std::string, float> ends{
-        {"ps:90:-100,90,-100,61,61,2", 80}, {"lc:45:-100:45,80,-100,61,61,1", 80}, {"or:60:0,60,0,61,61,2", 90}};
+/// All steps of the lattice that lie in the window, and none else; meridians that meet at a pole end before it.
+TEST_F(MapBackground, LinesFollowTheLattice) {
+    const std::map<std::string, float> ends{{"ps:90:-100,90,-100,61,61,2", 80},
+                                            {"lc:45:-101:45,80,-101,61,61,1", 80},
+                                            {"or:60:0,60,0,61,61,2", 90},
+                                            {"la:0:-101,0,-101,141,141,2", 90}};
     for (const auto& [domain, end] : ends) {
-        float north = 0;
-        for (const test::Drawn_mark& path : draw_map(domain, "lalo:20:40").paths) {
-            for (const Gpt& pt : path.pts) {
-                float lat = 0;
-                float lon = 0;
-                MAP_untran(pt.x, pt.y, &lat, &lon);
-                north = std::max(north, lat);
-            }
+        const test::Drawn drawn = draw_map(domain, "lalo:20:40");
+        std::vector<std::pair<EarthPoint, EarthPoint>> steps;
+        for (float lon = -180; lon < 180; lon += 2.5F) {
+            for (float lat = -80; lat <= 80; lat += 20) steps.push_back({{lat, lon}, {lat, lon + 2.5F}});
         }
-        EXPECT_NEAR(north, end, 0.05) << domain;
+        for (float lon = -160; lon <= 160; lon += 40) {
+            for (float lat = -end; lat < end; lat += 20) steps.push_back({{lat, lon}, {lat + 20, lon}});
+        }
+        std::size_t found = 0;
+        for (const auto& [from, to] : steps) {
+            Point a;
+            Point b;
+            if (!map_place(from.lat, from.lon, a) || !map_place(to.lat, to.lon, b)) continue;
+            const auto is_step = [&a, &b](const test::Drawn_mark& path) {
+                return std::hypot(path.pts[0].x - a.x, path.pts[0].y - a.y) < 1e-3 &&
+                       std::hypot(path.pts[1].x - b.x, path.pts[1].y - b.y) < 1e-3;
+            };
+            const double length = std::hypot(b.x - a.x, b.y - a.y);
+            const bool inside = MAP_in_domain(a.x, a.y) && MAP_in_domain(b.x, b.y) && length < 20;
+            const auto count = std::count_if(drawn.paths.begin(), drawn.paths.end(), is_step);
+            EXPECT_TRUE(count == 1 || (count == 0 && !inside)) << domain << ' ' << from.lat << ' ' << from.lon;
+            EXPECT_TRUE(count == 0 || length < 60) << domain << ' ' << from.lat << ' ' << from.lon;
+            found += static_cast<std::size_t>(count);
+        }
+        EXPECT_GT(found, 100U) << domain;
+        EXPECT_EQ(found, drawn.paths.size()) << domain;
     }
+}
+
+/// Plus marks at multiples of 20 degrees, and labels along the lines.
+TEST_F(MapBackground, MarksAndLabelsInside) {
+    RES_put("map_file", "[");
+    const test::Drawn drawn = plot("ll,0,0,73,37,5,5", [] {
+        MAP_latlon(30, 40, 20, 40);
+        MAP_draw(MAP_PASS_PLAIN);
+    });
+    int arms = 0;
+    for (const test::Drawn_mark& path : drawn.paths) {
+        const float dx = path.pts[1].x - path.pts[0].x;
+        const float dy = path.pts[1].y - path.pts[0].y;
+        if (std::fabs(std::hypot(dx, dy) - 0.2) > 1e-3) continue;
+        arms++;
+        EXPECT_NEAR(std::remainder(path.pts[0].x + dx / 2, 20), 0, 1e-3);
+        EXPECT_NEAR(std::remainder(path.pts[0].y + dy / 2, 20), 0, 1e-3);
+    }
+    EXPECT_EQ(arms, 7 * (2 * 18 - 1));  // from 60 S to 60 N and 160 W to 180 E, where one arm would cross the edge
+    std::map<std::string, std::string> places;
+    for (const test::Drawn_mark& text : drawn.texts) {
+        places[text.str] += text_format("%g,%g ", text.pts[0].x, text.pts[0].y);
+    }
+    EXPECT_EQ(places["30N"], "-176.4,30 -180,30 -140,30 -100,30 -60,30 -20,30 20,30 60,30 100,30 140,30 180,30 ");
+    EXPECT_EQ(places["40E"], "40,-86.4 40,-65 40,-25 40,15 40,55 ");
 }
 
 TEST_F(MapBackground, PatternsMakeAreas) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 
 #include "frame/resrc.h"
 #include "frame/string.h"
@@ -40,15 +41,10 @@ class ContLabel : public ::testing::Test {
         CONT_draw_labels(&grid);
     }
 
-    std::vector<std::string> marks(GRD_report& grid) {
-        draw(grid);
-        sent = {};
-        CONT_draw_maxmin(&grid);
+    /// The texts sent, with their places.
+    static std::vector<std::string> texts() {
         std::vector<std::string> found;
-        for (const auto& text : sent.texts) {
-            found.push_back(text.str + "@" + std::to_string(std::lround(text.pt.x)) + "," +
-                            std::to_string(std::lround(text.pt.y)));
-        }
+        for (const auto& t : sent.texts) found.push_back(text_format("%s %.2f %.2f", t.str.c_str(), t.pt.x, t.pt.y));
         return found;
     }
 };
@@ -85,41 +81,30 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
     GRD_report waves = field(40, 30, [](int column, int row) {
         return 20.0F * std::sin(0.21F * column) + 17.0F * std::cos(0.33F * row) + 0.07F * column;
     });
-    const auto labels = [&](auto settings) {
+    std::mt19937 random(7);
+    for (int n = 0; n < 40; ++n) {
+        const bool listed = n % 3 == 0;
+        std::vector<float> levels(listed ? 6 : 41);
+        for (int k = 0; k < static_cast<int>(levels.size()); ++k) levels[k] = listed ? 5.0F * k - 12 : 2.0F * k - 40;
         start_contours(CONT_LINE);
         set_interval(-40, 2, 41);
-        settings();
-        label(waves);
-        std::vector<std::string> found;
-        for (const auto& text : sent.texts) {
-            found.push_back(text_format("%s %.2f %.2f", text.str.c_str(), text.pt.x, text.pt.y));
+        if (listed) test::set_levels(levels);
+        const int skip = cont.label_skip = 1 + static_cast<int>(random() % 4);
+        const int first = n % 2 == 0 ? 0 : static_cast<int>(random() % 5) - (listed ? 0 : 2);  // the base's number
+        if (n % 2 == 1) cont.base = listed ? 5.0F * first - 12 : 2.0F * first - 40;
+        if (n % 5 == 1) cont.min_cut = -4;
+        if (n % 7 == 1) cont.max_cut = 8;
+        std::vector<float> labelled;
+        for (int k = listed ? first : 0; k < static_cast<int>(levels.size()); ++k) {
+            const bool cut = (n % 5 == 1 && levels[k] < -4) || (n % 7 == 1 && levels[k] > 8);
+            if ((k - first) % skip == 0 && !cut) labelled.push_back(levels[k]);
         }
+        label(waves);
+        auto found = texts();
         std::sort(found.begin(), found.end());
-        return found;
-    };
-    const auto every = [](float first, float step) {
-        std::vector<float> levels;
-        for (float level = first; level < 42; level += step) levels.push_back(level);
-        return levels;
-    };
-    const auto second = expected_labels(waves, every(-40, 4));
-    EXPECT_GT(second.size(), 50U);
-    EXPECT_EQ(labels([] {}), second);
-    EXPECT_EQ(labels([] { cont.label_skip = 1; }), expected_labels(waves, every(-40, 2)));
-    EXPECT_EQ(labels([] { cont.label_skip = 3; }), expected_labels(waves, every(-40, 6)));
-    EXPECT_EQ(labels([] { cont.base = 6; }), expected_labels(waves, every(-38, 4)));
-    EXPECT_EQ(labels([] { cont.base = -46; }), expected_labels(waves, every(-38, 4)));
-    EXPECT_EQ(labels([] {
-                  cont.min_cut = -4;
-                  cont.max_cut = 8;
-              }),
-              expected_labels(waves, {-4, 0, 4, 8}));
-    EXPECT_EQ(labels([] { test::set_levels({-12, -3, 1, 5, 9}); }), expected_labels(waves, {-12, 1, 9}));
-    EXPECT_EQ(labels([] {
-                  test::set_levels({-12, -3, 1, 5, 9});
-                  cont.base = -3;
-              }),
-              expected_labels(waves, {-3, 5}));
+        ASSERT_EQ(found, expected_labels(waves, labelled)) << n;
+        EXPECT_FALSE(found.empty()) << n;
+    }
 }
 
 TEST_F(ContLabel, NothingIsLabelledWhen) {
@@ -140,28 +125,42 @@ TEST_F(ContLabel, NothingIsLabelledWhen) {
     EXPECT_EQ(count([] {}), 0U);
 }
 
-TEST_F(ContLabel, Extremes) {
-    constexpr int N = 9;
-    const auto hill = [](int column, int row) {
-        return 50.0F - static_cast<float>((column - 4) * (column - 4) + (row - 4) * (row - 4));
-    };
-    using Marks = std::vector<std::string>;
-    GRD_report grid = field(N, N, hill);
-    set_interval(0, 5, 12);
-    const Marks found = marks(grid);
-    EXPECT_EQ(std::count(found.begin(), found.end(), "H@4,4"), 1);
-    EXPECT_EQ(std::count(found.begin(), found.end(), "L@0,0"), 1);  // a corner is compared with what there is
-    EXPECT_EQ(found.size(), 2U * 5U);
-
-    grid.grid[4 * N + 3] = 50;  // a plateau of two
-    EXPECT_EQ(marks(grid).size(), 2U * 4U);
-    grid.grid[4 * N + 3] = FMISS;  // one missing neighbour
-    EXPECT_EQ(marks(grid).size(), 2U * 5U);
-    grid.grid[4 * N + 5] = FMISS;  // two
-    EXPECT_EQ(marks(grid).size(), 2U * 4U);
-
-    cont.ext_radius = 0;
-    EXPECT_TRUE(marks(grid).empty());
+/// Each point against all near it, of which one may be missing.
+TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
+    constexpr int NX = 11;
+    constexpr int NY = 8;
+    std::mt19937 random(4);
+    for (int n = 0; n < 400; ++n) {
+        GRD_report grid = field(
+            NX, NY, [&random](int, int) { return random() % 12 == 0 ? FMISS : static_cast<float>(random() % 12); });
+        start_contours(CONT_LINE);
+        set_interval(0, 2, 6);
+        cont.scale = 2;
+        const int radius = cont.ext_radius = n % 4;
+        if (n % 3 == 1) cont.min_cut = 2;
+        if (n % 3 == 2) cont.max_cut = 9;
+        std::vector<std::string> want;
+        for (int place = 0; place < NX * NY; ++place) {
+            const float value = grid.grid[place];
+            int missing = 0, above = 0, below = 0, same = -1;
+            for (int near = 0; near < NX * NY; ++near) {
+                const int distance = std::max(std::abs(near / NX - place / NX), std::abs(near % NX - place % NX));
+                if (distance > radius) continue;
+                const float other = grid.grid[near];
+                (other == FMISS ? missing : other > value ? above : other < value ? below : same)++;
+            }
+            const bool cut = (n % 3 == 1 && value < 2) || (n % 3 == 2 && value > 9);
+            if (value == FMISS || cut || radius == 0 || missing > 1 || same > 0 || (above > 0 && below > 0)) continue;
+            const int y = NY - 1 - place / NX;
+            want.push_back(text_format("%s %.2f %.2f", below > 0 ? "H" : "L", float(place % NX), float(y)));
+            want.push_back(text_format("%s %.2f %.2f", set_num("3.3.0", value).c_str(), float(place % NX),
+                                       y - 0.02F * 2 * (NY - 1)));
+        }
+        draw(grid);
+        sent = {};
+        CONT_draw_maxmin(&grid);
+        ASSERT_EQ(texts(), want) << n;
+    }
 }
 
 /// A row of boxes without gaps, one a band, with the value of its left edge under it.
@@ -185,25 +184,27 @@ TEST(ContBar, BoxesStandSideBySide) {
         EXPECT_NEAR(bar.x_max, view.x_min + width / 2, 1e-6);
         EXPECT_LT(bar.y_max, view.y_min);
         const float box = (bar.x_max - bar.x_min) / static_cast<float>(c.count);
-        ASSERT_EQ(sent.areas.size(), c.type == CONT_LINE ? 0U : static_cast<std::size_t>(c.count));
-        for (std::size_t i = 0; i < sent.areas.size(); ++i) {
-            const auto& area = sent.areas[i];
-            EXPECT_EQ(area.band, static_cast<int>(i) % 10);
-            EXPECT_NEAR(area.pts[0].x, bar.x_min + static_cast<float>(i) * box, 1e-5);
-            EXPECT_NEAR(area.pts[2].x - area.pts[0].x, box, 1e-5);
-            EXPECT_NEAR(area.pts[0].y, (bar.y_min + bar.y_max) / 2, 1e-6);
-            EXPECT_NEAR(area.pts[2].y, bar.y_max, 1e-6);
+        const auto at = [&bar, box](const Gpt& pt) {
+            return text_format("%.1f,%.1f ", (pt.x - bar.x_min) / box, (pt.y - bar.y_min) / (bar.y_max - bar.y_min));
+        };
+        std::string got;
+        for (const auto& area : sent.areas) {
+            got += std::to_string(area.band) + ": " + at(area.pts[0]) + at(area.pts[1]) + at(area.pts[2]);
         }
-        EXPECT_EQ(sent.lines.size(), c.type == CONT_LINE || c.type == CONT_FILL_LINE ? 5U : 0U);
-        const int skip = c.count / 15 + 1;
-        const int texts = c.levels.empty() ? c.count / skip + 1 : c.count;
-        ASSERT_EQ(sent.texts.size(), static_cast<std::size_t>(texts)) << c.count;
-        for (int n = 0; n < texts; ++n) {
-            const int i = n * skip;
-            EXPECT_EQ(std::stof(sent.texts[n].str), c.levels.empty() ? -20.0F + 10.0F * i : c.levels[i]);
-            EXPECT_NEAR(sent.texts[n].pt.x, bar.x_min + static_cast<float>(i) * box, 1e-4);
-            EXPECT_NEAR(sent.texts[n].pt.y, bar.y_min, 1e-6);
+        for (const auto& edge : sent.lines) got += "edge " + at(edge[0]) + at(edge[1]);
+        for (const auto& text : sent.texts) got += text.str + "@" + at(text.pt);
+        std::string want;
+        for (int i = 0; i < c.count && c.type != CONT_LINE; ++i) {
+            want += text_format("%d: %d.0,0.5 %d.0,0.5 %d.0,1.0 ", i % 10, i, i + 1, i + 1);
         }
+        for (int i = 1; i <= c.count && (c.type == CONT_LINE || c.type == CONT_FILL_LINE); ++i) {
+            want += text_format("edge %d.0,0.5 %d.0,1.0 ", i, i);
+        }
+        for (int i = 0; i < c.count + (c.levels.empty() ? 1 : 0); i += c.count / 15 + 1) {
+            const float level = c.levels.empty() ? 10.0F * i - 20 : c.levels[i];
+            want += set_num("2.2.0", level) + text_format("@%d.0,0.0 ", i);
+        }
+        EXPECT_EQ(got, want);
         EXPECT_EQ(CONT_get_bar_value(bar.x_min + 2.5F * box, bar.y_max), c.levels.empty() ? 0.0F : 5.0F);
         EXPECT_EQ(CONT_get_bar_value(bar.x_max + box, bar.y_max), FMISS);
     }

@@ -2,16 +2,24 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <random>
+#include <sstream>
 
 #include "frame/flag.h"
 #include "frame/resrc.h"
 #include "frame/status.h"
+#include "frame/string.h"
 #include "grid/grd_tool.h"
 #include "plot/contour/cont.h"
 #include "plot/contour/cont_state.h"
+#include "plot/contour/cont_support.h"
 #include "plot/meta_plot.h"
+#include "plot/page/plt_labl.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -38,186 +46,212 @@ class ContSetup : public ::testing::Test {
 };
 
 TEST_F(ContSetup, IntervalIsRoundedUpAtItsLeadingDigit) {
-    struct Case {
-        float max, min;
-        int num;
-        float expected;
-    };
-    for (const Case& c : {Case{12345.0F, 0.0F, 10, 2000.0F}, Case{12.3F, 0.0F, 14, 0.9F}, Case{5.0F, 5.0F, 7, 1.0F},
-                          Case{0.0005F, 0.0F, 10, 0.00005F}, Case{30.0F, 0.0F, 0, 30.0F}, Case{110.0F, 0.0F, 1, 200.0F},
-                          Case{0.123F, 0.0F, 10, 0.02F}, Case{40.0F, -1.0F, 10, 5.0F}}) {
-        EXPECT_FLOAT_EQ(CONT_calc_intrvl(c.max, c.min, c.num), c.expected) << c.max << " " << c.min << " " << c.num;
+    std::mt19937 random(8);
+    std::uniform_real_distribution<double> power(-3.9, 4.7);
+    for (int n = 0; n < 5000; ++n) {
+        const double share = std::pow(10.0, power(random));
+        const int num = n % 20 + 1;
+        const auto min = static_cast<float>(n % 3 * share);
+        const double digit = std::min(1000.0, std::pow(10.0, std::floor(std::log10(share))));
+        const double steps = share / digit;
+        if (std::fabs(steps - std::round(steps)) < 1e-4) continue;  // rounding may decide
+        const float intrvl = CONT_calc_intrvl(static_cast<float>(min + num * share), min, num);
+        EXPECT_NEAR(intrvl / (digit * std::ceil(steps)), 1.0, 1e-5) << share;
     }
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(5.0F, 5.0F, 7), 1.0F);
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(0.0005F, 0.0F, 10), 0.00005F);  // as it is
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(30.0F, 0.0F, 0), 30.0F);
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(3.0F, 0.0F, 1), 3.0F);
 }
 
 TEST_F(ContSetup, LevelsAreMultiplesFromTheBase) {
-    levels(0.0F, 20.0F, 2.0F, 5.0F);
-    EXPECT_FLOAT_EQ(cont.conlo, -3.0F);
-    EXPECT_FLOAT_EQ(cont.conhi, 22.0F);
-    EXPECT_EQ(cont.num_cont, 5);
-    EXPECT_FLOAT_EQ(cont.cbase, 2.0F);
-    levels(5013.0F, 5891.0F, FMISS, 60.0F);
-    EXPECT_FLOAT_EQ(cont.conlo, 4980.0F);
-    EXPECT_FLOAT_EQ(cont.conhi, 5940.0F);
-    EXPECT_EQ(cont.num_cont, 16);
+    std::mt19937 random(9);
+    std::uniform_real_distribution<float> any(-900, 900);
+    for (int n = 0; n < 3000; ++n) {
+        const float low = any(random);
+        const float high = low + std::fabs(any(random)) + 1.0F;
+        const float base = n % 3 == 0 ? FMISS : any(random);
+        const float intrvl = 3.0F + std::fabs(any(random)) / 20.0F;
+        levels(low, high, base, intrvl);
+        EXPECT_EQ(cont.cbase, base == FMISS ? cont.conlo : base);
+        const float from = base == FMISS ? 0.0F : base;
+        const double below = std::floor((static_cast<double>(low) - from) / intrvl);
+        const double above = std::floor((static_cast<double>(high) - from) / intrvl) + 1.0;
+        EXPECT_NEAR(cont.conlo, from + below * intrvl, 1e-2) << low << ' ' << from << ' ' << intrvl;
+        EXPECT_NEAR(cont.conhi, from + above * intrvl, 1e-2) << high << ' ' << from << ' ' << intrvl;
+        EXPECT_EQ(cont.num_cont, static_cast<int>(above - below)) << low << ' ' << high << ' ' << from << ' ' << intrvl;
+    }
     levels(-7.0F, -7.0F, FMISS, 0.0F);
     EXPECT_FLOAT_EQ(cont.intrvl, 1.0F);
     EXPECT_FLOAT_EQ(cont.conlo, -7.0F);
 }
 
+/// Band of a value among levels, -1 outside of them or of the cuts: the last of a list has no upper end.
+TEST_F(ContSetup, ValuesTakeTheirBand) {
+    std::mt19937 random(10);
+    for (int n = 0; n < 4000; ++n) {
+        const bool listed = n % 2 == 0;
+        const auto first = static_cast<float>(random() % 9);
+        std::vector<float> levels(1 + random() % 6, first);
+        for (std::size_t i = 1; i < levels.size(); ++i) levels[i] = levels[i - 1] + 1.5F;
+        test::start_contours(CONT_FILL);
+        test::set_interval(first, 1.5F, 9);
+        if (listed) test::set_levels(levels);
+        if (n % 3 == 1) cont.min_cut = first + 1.0F;
+        if (n % 5 == 1) cont.max_cut = first + 3.0F;
+        const float value = static_cast<float>(random() % 40) / 2.0F - 5.0F;
+        const int steps = static_cast<int>(std::floor((value - first) / 1.5F));
+        int want = listed ? std::clamp<int>(steps, -1, static_cast<int>(levels.size()) - 1) : (steps + 20) % 10;
+        if ((n % 3 == 1 && value < first + 1.0F) || (n % 5 == 1 && value > first + 3.0F)) want = -1;
+        Gattribs attrib;
+        CONT_get_fill_attrib(n % 50 == 0 ? FMISS : value, &attrib);
+        EXPECT_EQ(attrib.color, n % 50 == 0 ? -1 : want) << listed << ' ' << first << ' ' << value;
+    }
+}
+
 TEST_F(ContSetup, NoIntervalRunsAway) {
-    for (const float intrvl : {1e-30F, 1e-7F, 1e30F, std::numeric_limits<float>::infinity(), -5.0F,
-                               std::numeric_limits<float>::quiet_NaN()}) {
+    using Limits = std::numeric_limits<float>;
+    for (const float intrvl : {1e-30F, 1e-7F, 1e30F, -5.0F, Limits::infinity(), Limits::quiet_NaN()}) {
         CONT_init();
         CONT_set_fill_colors(nullptr, 0);
         levels(240.0F, 310.0F, FMISS, intrvl);
         const Cont_ladder ladder = cont_ladder();
         int walked = 0;
         for (double n = ladder.below(240.0F); walked < 1000 && n <= ladder.last; n = ladder.next(n)) walked++;
-        EXPECT_LT(walked, 1000) << intrvl;
-        EXPECT_LE(ladder.level(ladder.below(250.0F)), 250.0F) << intrvl;
+        EXPECT_TRUE(walked < 1000 && ladder.level(ladder.below(250.0F)) <= 250.0F) << intrvl;
         EXPECT_TRUE(std::isfinite(cont.conlo)) << intrvl;
     }
 }
 
-TEST_F(ContSetup, ListsMakeBandsAndFillInMissingLevels) {
-    CONT_set_fill_colors("0:blue:la=cold,green-cyan,30:co=red:wi=2", 1);
-    // green (6) down to cyan (4) are three entries between the two levels.
-    ASSERT_EQ(cont.color_num, 5);
-    const float expected[] = {0.0F, 7.5F, 15.0F, 22.5F, 30.0F, FMISS};
-    for (int i = 0; i < 6; i++) EXPECT_FLOAT_EQ(cont.cont_value[i], expected[i]) << i;
-    EXPECT_EQ(cont.cont_label[0], "cold");
-    EXPECT_EQ(cont.cont_label[4], "30");
-    EXPECT_EQ(cont.fill_attrib[1].color, 6);
-    EXPECT_EQ(cont.fill_attrib[3].color, 4);
-    EXPECT_FLOAT_EQ(cont.fill_attrib[4].width, 2.0F);
-    EXPECT_EQ(cont.fill_attrib[5].color, -2);
-    Gattribs attrib;
-    CONT_set_cont_ext(nullptr);
-    CONT_get_fill_attrib(16.0F, &attrib);
-    EXPECT_EQ(attrib.color, 5);
-    CONT_get_fill_attrib(-0.5F, &attrib);
-    EXPECT_EQ(attrib.color, -1);
+/// The bands of a set as text: "level colour label width;".
+std::string bands_of(const char* list) {
+    CONT_init();
+    CONT_set_fill_colors(list, 1);
     EXPECT_EQ(CONT_set_fill_colors("red-blue", 1), -1) << "the set is closed until the next plot";
+    std::string bands;
+    for (int i = 0; i < cont.color_num; ++i) {
+        const Gattribs& band = cont.fill_attrib[i];
+        if (cont_has_values()) bands += text_format("%g ", cont.cont_value[i]);
+        bands += text_format("%d %s", band.color, cont.cont_label[i].c_str());
+        bands += band.width == FMISS ? ";" : text_format(" %g;", band.width);
+    }
+    EXPECT_TRUE(!cont_has_values() || cont.cont_value[cont.color_num] == FMISS) << list;
+    return bands;
+}
+
+TEST_F(ContSetup, ListsAndFilesMakeBands) {
+    const test::TempDir folder;
+    RES_put("file_path", folder.path().string());
+    for (const auto& row : test::data_cells("plot/bands.tsv")) {
+        std::string lines = row[0];
+        std::replace(lines.begin(), lines.end(), '|', '\n');
+        folder.write("bands.lev", lines);
+        EXPECT_EQ(bands_of(lines == row[0] ? row[0].c_str() : "bands.lev"), row[1]) << row[0];
+        EXPECT_EQ(cont.fill_attrib[cont.color_num].color, -2);
+    }
+    // Levels given before give way to the colours of a table, which has none.
+    RES_put("color_table", folder.write("two.clr", "Black 0 0 0\nRed 1 0 0\nEND\nBlue 0 0 1\n").c_str());
+    CLR_read_table(nullptr);
+    CONT_init();
+    const float own[] = {1.0F, 4.0F, FMISS};
+    EXPECT_EQ(CONT_set_values(own, 3), 0);
+    EXPECT_EQ(CONT_set_fill_colors(nullptr, 0), -1);
+    EXPECT_FALSE(cont_has_values());
+    EXPECT_EQ(bands_of(nullptr), "0 ;1 ;");
+    RES_put("color_table", folder.write("none.clr", "END\n").c_str());
+    CLR_read_table(nullptr);
+    RES_put("color_table", "");
 }
 
 TEST_F(ContSetup, LevelFilesOfAnyContentAreHarmless) {
     const test::TempDir folder;
     RES_put("file_path", folder.path().string());
-    folder.write("good.lev", "# temperature\n@old\n-10:blue\n0:green\n10:red:la=warm\n");
     std::string junk;
     for (int i = 0; i < 10000; i++) junk += std::to_string(i) + ":blue\n";
     for (int i = 0; i < 300; i++) junk += static_cast<char>(i);
     folder.write("junk.lev", junk);
-
-    CONT_set_fill_colors("good.lev", 1);
-    EXPECT_EQ(cont.color_num, 3);
-    EXPECT_FLOAT_EQ(cont.cont_value[0], -10.0F);
-    EXPECT_EQ(cont.cont_label[2], "warm");
-    CONT_init();
-    CONT_set_fill_colors("junk.lev", 1);
+    EXPECT_TRUE(bands_of("junk.lev").ends_with(";253 2 253;254 2 254;"));
     EXPECT_EQ(cont.color_num, CONT_LEVELS - 1);
-    EXPECT_FLOAT_EQ(cont.cont_value[CONT_LEVELS - 2], 254.0F);
-    EXPECT_EQ(cont.cont_value[CONT_LEVELS - 1], FMISS);
-    CONT_init();
-    CONT_set_fill_colors(nullptr, 0);
-    const auto usual = cont.fill_attrib;
-    const int usual_count = cont.color_num;
+    const std::string usual = bands_of(nullptr);
     folder.write("empty.lev", "# levels to come\n\n");
     for (const char* faulty : {"absent.lev", "empty.lev", "."}) {
-        CONT_init();
-        const test::Output said = test::capture([faulty] { CONT_set_fill_colors(faulty, 1); });
+        std::string bands;
+        const test::Output said = test::capture([&] { bands = bands_of(faulty); });
         EXPECT_NE((said.out + said.err).find(faulty), std::string::npos) << faulty;
-        EXPECT_EQ(cont.color_num, usual_count) << faulty;
-        EXPECT_FALSE(cont_has_values()) << faulty;
-        for (int i = 0; i < usual_count; i++) EXPECT_EQ(cont.fill_attrib[i].color, usual[i].color) << faulty;
+        EXPECT_EQ(bands, usual) << faulty;
         EXPECT_EQ(ZAV_noted(), STATUS_LAYER) << faulty;
     }
-    CONT_init();
-    CONT_set_fill_colors("1-99999999999,-2147483648--5", 1);
+    bands_of("1-99999999999,-2147483648--5");
     EXPECT_LE(cont.color_num, CONT_LEVELS);
 }
 
-TEST_F(ContSetup, FormatFieldsReachTheSettings) {
-    CONT_format_decode_type("DLN:in=4.5:cb=-2:mn=1:mx=9:sc=1.5:xy=2 -1:sk=3:%4.1f:lab=42:bar:unknown");
-    EXPECT_EQ(cont.cont_type, CONT_LINE);
-    EXPECT_EQ(cont.dash, 1);
-    EXPECT_FLOAT_EQ(cont.intrvl, 4.5F);
-    EXPECT_FLOAT_EQ(cont.base, -2.0F);
-    EXPECT_FLOAT_EQ(cont.min_cut, 1.0F);
-    EXPECT_FLOAT_EQ(cont.max_cut, 9.0F);
-    EXPECT_FLOAT_EQ(cont.x_off, 0.024F);
-    EXPECT_FLOAT_EQ(cont.y_off, -0.02F);
-    EXPECT_EQ(cont.y_skip, 3);
-    EXPECT_EQ(cont.num_form, "%4.1f");
-    EXPECT_EQ(cont.label_skip, 4);
-    EXPECT_EQ(cont.ext_radius, 2);
-    EXPECT_EQ(CONT_get_bar(), 3);
-    CONT_format_decode_type("lab=1.3.7.9:lcf:nobar");
-    EXPECT_EQ(cont.label_skip, 1);
-    EXPECT_EQ(cont.y_label_space, 9);
-    EXPECT_EQ(cont.cont_type, CONT_FILL_LINE);
-    EXPECT_EQ(CONT_get_bar(), -2);
-    CONT_format_decode_type("sk=0:sk=-99999999999:lab=::::in=x:%s%n:xy=:cof=:::");
-    EXPECT_GE(cont.x_skip, 1);
-    EXPECT_EQ(CONT_format_decode_type(nullptr), -1);
+using Settings = std::map<std::string, std::string>;
+
+/// Words of a text, "name=value" each.
+Settings read_settings(const std::string& text, Settings settings = {}) {
+    std::istringstream words(text);
+    for (std::string name, value; std::getline(words >> std::ws, name, '=') && words >> value;) settings[name] = value;
+    return settings;
 }
 
-TEST_F(ContSetup, ParametersOfTheRunReachTheSettings) {
-    EXPECT_EQ(CONT_get_map_order(), MISS);
-    RES_put("plot_param", "lab 1:3:5,maxl=4,conmin=2.5,conmax=7,fill=hat,MAPCON,grid,rlab");
-    CONT_param_decode();
-    EXPECT_EQ(cont.label_skip, 1);
-    EXPECT_EQ(cont.x_label_space, 5);
-    EXPECT_EQ(cont.max_line_fact, 4);
-    EXPECT_FLOAT_EQ(cont.min_cut, 2.5F);
-    EXPECT_FLOAT_EQ(cont.max_cut, 7.0F);
-    EXPECT_EQ(cont.fill_pat, 9);
-    EXPECT_EQ(CONT_get_map_order(), CONT_OVER_MAP);
-    EXPECT_EQ(cont.draw_grid, 1);
-    EXPECT_EQ(cont.rot_label, 1);
-    RES_put("plot_param", "conmap,hlab");
-    CONT_param_decode();
-    EXPECT_EQ(CONT_get_map_order(), CONT_UNDER_MAP);
-    EXPECT_EQ(cont.rot_label, 0);
+/// What plot formats and parameters set: those named, and no other.
+TEST_F(ContSetup, WordsReachTheSettings) {
+    const auto settings = [] {
+        return read_settings(text_format(
+            "type=%d dash=%d intrvl=%g base=%g low=%g high=%g scale=%g x=%g y=%g xskip=%d yskip=%d label=%d radius=%d "
+            "xspace=%d yspace=%d pattern=%d bar=%d lines=%d grid=%d order=%d along=%d right=%d joined=%d form=(%s)",
+            cont.cont_type, cont.dash, cont.intrvl, cont.base, cont.min_cut, cont.max_cut, cont.scale, cont.x_off,
+            cont.y_off, cont.x_skip, cont.y_skip, cont.label_skip, cont.ext_radius, cont.x_label_space,
+            cont.y_label_space, cont.fill_pat, CONT_get_bar(), cont.max_line_fact, cont.draw_grid, CONT_get_map_order(),
+            cont.rot_label, FLAG_getplot(PLOT_TEXT_LR), PLT_get_label_type(), cont.num_form.c_str()));
+    };
+    const auto start = [] {
+        cont = Cont_state{};
+        CONT_set_bar(0);
+        FLAG_setplot(PLOT_TEXT_LR, 1);
+        PLT_set_label_type(0);
+    };
+    for (const auto& row : test::data_cells("plot/contour_words.tsv")) {
+        start();
+        const Settings want = read_settings(row[2], settings());
+        RES_put("plot_param", row[1].c_str());
+        EXPECT_EQ(row[0] == "format" ? CONT_format_decode_type(row[1].c_str()) : CONT_param_decode(), 0);
+        EXPECT_EQ(settings(), want) << row[1];
+    }
+    RES_put("plot_param", "");
+    start();
+    EXPECT_EQ(CONT_format_decode_type(nullptr), -1);
 }
 
 class ContAttributes : public test::MetaPlot {};
 
 /// Levels -2, 0, 2 and 4 of a list whose third band has a style and a width of its own.
 TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
-    struct Case {
-        const char* format;
-        float base;
-        std::array<float, 4> types;  ///< line types of the levels
-        float width;                 ///< of the levels without their own
-        const char* color;           ///< null: those of the bands
-    };
-    for (const Case& c : {Case{"ln", FMISS, {1, 1, 3, 1}, 0, "white"}, Case{"dln", FMISS, {2, 2, 3, 2}, 0, "white"},
-                          Case{"ndln", FMISS, {2, 1, 3, 1}, 0, "white"}, Case{"ndln", 3, {2, 2, 3, 1}, 0, "white"},
-                          Case{"ndln:st=5:wi=2:co=red", FMISS, {5, 1, 3, 1}, 2, "red"},
-                          Case{"ln:st=4:wi=3:co=off", FMISS, {4, 4, 3, 4}, 3, nullptr}}) {
+    for (const auto& row : test::data_cells("plot/line_attributes.tsv")) {
+        const char* format = row[0].c_str();
         const test::Drawn drawn = plot("ps:90:0,90,0,5,5,1", [&] {
-            GRD_report grid;
+            std::vector<float> values(25);
+            for (int i = 0; i < 25; i++) values[i] = 2.0F * static_cast<float>(i % 5) - 3.0F;
+            GRD_report grid = test::make_grid(5, 5, values);
             MAP_get_domain(&grid.domain);
-            grid.grid = std::shared_ptr<float[]>(new float[25]);
-            for (int i = 0; i < 25; i++) grid.grid[i] = 2.0F * static_cast<float>(i % 5) - 3.0F;
             cont = Cont_state{};
-            CONT_set_format(CONT_LINE, c.format);
-            CONT_format_decode_type(c.format);
+            CONT_set_format(CONT_LINE, format);
+            CONT_format_decode_type(format);
             CONT_set_fill_colors("-2:blue,0:red,2:green:st=3:wi=5,4:cyan", 1);
-            CONT_set_base(c.base);
+            CONT_set_base(row[1].empty() ? FMISS : std::stof(row[1]));
             CONT_set_cont_ext(&grid);
             CONT_set_label_type(0, 0);
             CONT_draw(&grid);
         });
-        ASSERT_EQ(drawn.paths.size(), 16U) << c.format;
-        const char* bands[] = {"blue", "red", "green", "cyan"};
+        std::map<float, std::string> levels;  // upright lines amid the columns
         for (const test::Drawn_mark& line : drawn.paths) {
-            const auto level = static_cast<std::size_t>(line.pts[0].x);  // upright lines amid the columns
-            EXPECT_EQ(line.number("PL_TYPE", 1), c.types[level]) << c.format;
-            EXPECT_EQ(line.number("PL_LW", 0), level == 2 ? 5 : c.width) << c.format;
-            EXPECT_EQ(line.number("PL_CLR", 1), CLR_get_ind(c.color != nullptr ? c.color : bands[level])) << c.format;
+            levels[line.pts[0].x] += text_format("%g %g %s;", line.number("PL_TYPE", 1), line.number("PL_LW", 0),
+                                                 CLR_get_name(static_cast<int>(line.number("PL_CLR", 1))).c_str());
+        }
+        ASSERT_EQ(levels.size(), 4U) << format;
+        for (const auto& [x, lines] : levels) {
+            const std::string& want = row[2 + static_cast<std::size_t>(x)];
+            EXPECT_EQ(lines, want + want + want + want) << format << ' ' << row[1];
         }
     }
 }

@@ -5,17 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
 #include "calc/grd_calc.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
+#include "frame/string.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
 #include "plot/contour/cont_state.h"
 #include "plot/meta_plot.h"
 #include "plot/page/plt_labl.h"
 #include "plot/sequence/plt_plot.h"
+#include "plot/wind/vect_state.h"
 #include "support/support.h"
+#include "support/table.h"
 #include "var/var_tool.h"
 
 namespace zav {
@@ -39,37 +43,39 @@ class DataPlot : public ::testing::Test {
     }
 };
 
-TEST_F(DataPlot, LayerEndsAtItsLastVariable) {
+/// Layers with the last variable that they use and their label: a vector's tells its variable, a contour's its grid.
+TEST_F(DataPlot, LayersTakeTheirVariablesLabelAndUnits) {
     struct Case {
         const char* variables;
         int last;
+        bool by_grid;
     };
     // the vector and its components; the function and its arguments; one contour; a vector short of a component
-    for (const Case& c : {Case{"wind<uwnd,vwnd>,hght", 2}, Case{"wind(uwnd,vwnd),hght", 2}, Case{"hght,temp", 0},
-                          Case{"wind(uwnd),hght", 1}}) {
-        ASSERT_EQ(VAR_setup(nullptr, c.variables), 1) << c.variables;
-        DATA_info info;
-        EXPECT_EQ(DATA_plot_grid(0, &info), c.last) << c.variables;
+    for (const Case& c : {Case{"wind<uwnd,vwnd>,hght", 2, false}, Case{"wind(uwnd,vwnd),hght", 2, false},
+                          Case{"hght,temp", 0, true}, Case{"wind(uwnd),hght", 1, false}}) {
+        for (const bool joined : {false, true}) {
+            ASSERT_EQ(VAR_setup(nullptr, c.variables), 1) << c.variables;
+            for (int i = 0; i < VAR_get_num(); ++i) GRD_get_grid(i)->info = "of its grid";
+            GRD_get_grid(1)->units = "m/s";
+            PLT_init_labels();
+            DATA_new_frame();
+            PLT_set_label_type(joined ? -1 : 0);
+            DATA_info info;
+            EXPECT_EQ(DATA_plot_grid(0, &info), c.last) << c.variables;
+            const std::string own = VAR_make_var_form_datatype(0);
+            EXPECT_EQ(PLT_get_label(0, 0), c.by_grid && !joined ? "of its grid" : own) << c.variables << joined;
+            EXPECT_EQ(VAR_get_units(0), c.by_grid ? "" : "m/s") << c.variables;
+        }
     }
-}
-
-TEST_F(DataPlot, VectorTakesTheUnitsOfItsGrids) {
-    ASSERT_EQ(VAR_setup(nullptr, "wind<uwnd,vwnd>"), 1);
-    GRD_get_grid(1)->units = "m/s";
-    DATA_info info;
-    DATA_plot_grid(0, &info);
-    EXPECT_EQ(VAR_get_units(0), "m/s");
+    PLT_set_label_type(0);
 }
 
 TEST_F(DataPlot, ValuesAreReadOutUnlessAListOfFilesHasAStation) {
     ASSERT_EQ(VAR_setup(nullptr, "hght:gpm:ln"), 1);
     GRD_report* grid = GRD_get_grid(0);
-    grid->domain.proj = PROJ_LATLON;
-    grid->domain.clat = grid->domain.clon = 0.0F;
-    grid->domain.dx = grid->domain.dy = 1.0F;
-    grid->domain.nx = grid->domain.ny = 3;
+    DOM_decode("ll:0:0,0,0,41,21,1", &grid->domain);
     ASSERT_EQ(GRD_alloc(grid), 1);
-    std::fill_n(grid->grid.get(), 9, 42.5F);
+    std::fill_n(grid->grid.get(), 41 * 21, 42.5F);
     MAP_domain(&grid->domain);
     for (const char* files : {"one.grb", "one.grb,two.grb"}) {
         RES_put("filename", files);
@@ -87,8 +93,8 @@ class DataPage : public test::MetaPlot {
 TEST_F(DataPage, PanelsLeaveNextPageWhole) {
     VAR_set_def_type(VTYPE_CONT);
     ASSERT_EQ(VAR_setup(nullptr, "panel:2x2+1+0,hght,panel:3x3+0+2,temp"), 1);
-    std::vector<Glim> views;
-    plot("lc:45:-97:45,45,-97,61,45,1", [&views] {
+    std::vector<std::string> pages;
+    plot("lc:45:-97:45,45,-97,61,45,1", [&pages] {
         Domain domain;
         MAP_get_domain(&domain);
         DATA_plot_init();
@@ -96,9 +102,12 @@ TEST_F(DataPage, PanelsLeaveNextPageWhole) {
             PLT_set_num_overlay(-3);
             CONT_set_bar(0);
             DATA_plot_start();
-            views.emplace_back();
-            PLT_get_view(&views.back());
-            MAP_get_window(&views.emplace_back());
+            pages.emplace_back();
+            Glim view;
+            for (const auto& get : {PLT_get_view, MAP_get_window}) {
+                get(&view);
+                pages.back() += text_format("%.4f %.4f %.4f %.4f ", view.x_min, view.x_max, view.y_min, view.y_max);
+            }
             for (const int panel : {0, 2}) {
                 CONT_set_bar(3);
                 FLAG_setplot(PLOT_TEXT_LR, 0);
@@ -111,51 +120,59 @@ TEST_F(DataPage, PanelsLeaveNextPageWhole) {
             EXPECT_EQ(FLAG_getplot(PLOT_TEXT_LR), 1);
         }
     });
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_NEAR(views[i].x_min, views[i + 2].x_min, 1e-5);
-        EXPECT_NEAR(views[i].x_max, views[i + 2].x_max, 1e-5);
-        EXPECT_NEAR(views[i].y_min, views[i + 2].y_min, 1e-5);
-        EXPECT_NEAR(views[i].y_max, views[i + 2].y_max, 1e-5);
-    }
+    EXPECT_EQ(pages[0], pages[1]);
 }
 
 /// Passes of the map list under and over the data.
 TEST_F(DataPage, MapGoesUnderOrOver) {
-    struct Case {
-        const char* variables;
-        const char* order;
-        std::vector<std::string> items;
-    };
-    const std::string under = "Map: a.map";
-    const std::string over = "Map: b.map";
-    const std::string plain = "Map: c.map";
     RES_put("map_file", "-a.map,+b.map,c.map");
     RES_put("file_path", dir.path().string() + "/");
     for (const char* name : {"a.map", "b.map", "c.map"}) dir.write(name, "0 0 0 0 0 0\n");
-    for (const Case& c :
-         {Case{"hght", "", {under, plain, over}}, Case{"hght", "conmap", {under, over, plain}},
-          Case{"hght", "mapcon", {under, plain, over}}, Case{"map,hght", "", {under, over}},
-          Case{"panel:2x2+0+0,hght", "", {over}}, Case{"hght,panel:2x2+0+0", "", {under, plain, over}},
-          Case{"hght", "fill", {under, over, plain}}, Case{"hght", "fill,mapcon", {under, plain, over}}}) {
-        const std::string order = c.order;
-        const bool fill = order.starts_with("fill");
-        RES_put("plot_param", fill ? order.substr(order.size() > 4 ? 5 : 4) : order);
-        FLAG_setl(FLAG_PLOT_TYPE, fill ? CONT_FILL : 0);
+    for (const auto& row : test::data_cells("plot/map_order.tsv")) {
+        RES_put("plot_param", row[2].c_str());
+        FLAG_setl(FLAG_PLOT_TYPE, row[1] == "fill" ? CONT_FILL : 0);
         VAR_set_def_type(VTYPE_CONT);
         cont.mapcon = MISS;
-        ASSERT_EQ(VAR_setup(nullptr, c.variables), 1);
+        ASSERT_EQ(VAR_setup(nullptr, row[0].c_str()), 1);
         plot("lc:45:-97:45,45,-97,61,45,1", [] {
             DATA_plot_init();
             DATA_plot_start();
             DATA_plot_end();
         });
-        std::vector<std::string> items;
+        std::string maps;
         std::istringstream lines(test::read_file(dir.file("out")));
         for (std::string line; std::getline(lines, line);) {
-            if (line.starts_with("ME Map: ")) items.push_back(line.substr(3));
+            if (line.starts_with("ME Map: ")) maps += line[8];
         }
-        EXPECT_EQ(items, c.items) << c.variables << ' ' << c.order;
+        EXPECT_EQ(maps, row[3]) << row[0] << ' ' << row[1] << ' ' << row[2];
     }
+    RES_put("plot_param", "");
+}
+
+/// However many layers want them, a frame has one colour bar and one key of the vectors.
+TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
+    int frames = 0;
+    const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [&frames] {
+        cont = Cont_state{};
+        vect.vert_size = 44;
+        vect.vect_size = 1;
+        CONT_set_range(20, 0);
+        CONT_set_intrvl(5);
+        cont.color_num = 4;
+        for (; frames < 2; ++frames) {
+            PLT_layer_requests() = {};
+            DATA_new_frame();
+            EXPECT_EQ(DATA_plot_bar() + DATA_plot_vect_bar(), -2);  // none is wanted
+            PLT_layer_requests() = {1, 1};
+            EXPECT_EQ(DATA_plot_bar() + DATA_plot_vect_bar(), 0);
+            EXPECT_EQ(DATA_plot_bar() + DATA_plot_vect_bar(), -2);
+        }
+        PLT_layer_requests() = {};
+    });
+    std::map<std::string, int> texts;
+    for (const test::Drawn_mark& text : drawn.texts) texts[text.str.substr(0, 10)]++;
+    EXPECT_EQ(texts["MAX VECTOR"], frames);
+    EXPECT_EQ(texts["15"], frames);
 }
 
 }  // namespace

@@ -2,31 +2,26 @@
 
 #include "plot/sequence/plt_plot.h"
 
+#include "frame/string.h"
+#include "gks/gks_colr.h"
 #include "map/maptran.h"
 #include "plot/contour/cont_state.h"
 #include "plot/meta_plot.h"
 #include "plot/page/plt_state.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
 
 TEST(PltLabelFormat, ExpandsItsCodes) {
     Date date;
-    date.year = 2026;
-    date.month = 3;
-    date.day = 5;
-    date.hour = 6;
-    date.min = 0;
+    DATE_decode_label("0600Z 05 MAR 26", &date);
     PLT_label_date(&date);
     PLT_label_for_time(12);
-    const std::pair<const char*, const char*> cases[] = {
-        {"", ""},        {"a_b%%", "a b%"}, {"%y%m%d %h:%n", "260305 06:00"}, {"%b", "MAR"}, {"%q%x1", "1"},
-        {"end%", "end"}, {"%f", "12 hour"},
-    };
-    for (const auto& [form, want] : cases) {
+    for (const auto& row : test::data_cells("plot/label_codes.tsv")) {
         std::string got;
-        PLT_label_format(form, got);
-        EXPECT_EQ(got, want) << form;
+        PLT_label_format(row[0], got);
+        EXPECT_EQ(got, row[1]) << row[0];
     }
 }
 
@@ -35,12 +30,10 @@ TEST(PltLabels, OverlaysStackOrJoin) {
     EXPECT_EQ(PLT_next_overlay(), 1);
     PLT_label_up_left("second");
     EXPECT_EQ(PLT_get_label(0, 1), "second");
-    EXPECT_EQ(PLT_get_num_over(), 1);
     PLT_set_label_type(-1);
     EXPECT_EQ(PLT_next_overlay(), 2);
     EXPECT_EQ(PLT_get_label_type(), -2);
     PLT_label_up_left("third");
-    EXPECT_EQ(PLT_get_label(0, 0), "first third");
     PLT_label_up_left(std::string(55, 'x'));  // 5 + 55 is above 59
     EXPECT_EQ(PLT_get_label(0, 0), "first third");
     PLT_set_overlay(-1);
@@ -58,29 +51,16 @@ TEST(PltLabels, OverlaysStackOrJoin) {
 }
 
 TEST(PltPanel, ShapesAndLayouts) {
-    struct Case {
-        const char* text;
-        Glim want;
-    };
-    const Case cases[] = {
-        {"3x2+1+0", {1.0F / 3, 2.0F / 3, 0.5F, 1.0F}},
-        {"0.5x0.25+0.1+0.2", {0.1F, 0.6F, 0.2F, 0.45F}},
-        {"2x2+1", {0.1F, 0.6F, 0.2F, 0.45F}},      // incomplete: nothing changes
-        {"0.5x0+0+0", {0.1F, 0.6F, 0.2F, 0.45F}},  // no extent
-        {"nanxinf+0+0", {0.1F, 0.6F, 0.2F, 0.45F}},
-        {"99x99+7+7", {0.875F, 1.0F, 0.0F, 0.125F}},
-        {"1x1+0+0", {0, 1, 0, 1}},
-    };
     Glim page;
     GPH_get_view_size(&page);
-    for (const Case& c : cases) {
-        PLT_panel_decode(c.text);
+    for (const auto& row : test::data_cells("plot/panels.tsv")) {
+        PLT_panel_decode(row[0]);
         Glim size;
         GPH_get_view_size(&size);
-        EXPECT_NEAR(size.x_min, c.want.x_min * page.x_max, 1e-6) << c.text;
-        EXPECT_NEAR(size.x_max, c.want.x_max * page.x_max, 1e-6) << c.text;
-        EXPECT_NEAR(size.y_min, c.want.y_min * page.y_max, 1e-6) << c.text;
-        EXPECT_NEAR(size.y_max, c.want.y_max * page.y_max, 1e-6) << c.text;
+        EXPECT_EQ(text_format("%.4g %.4g %.4g %.4g", size.x_min / page.x_max, size.x_max / page.x_max,
+                              size.y_min / page.y_max, size.y_max / page.y_max),
+                  row[1])
+            << row[0];
     }
 }
 
@@ -115,13 +95,9 @@ TEST_F(PltPlot, LabelsStandRoundTheViewport) {
         PLT_set_overlay_base(c.base);
         for (int line = 0; line < c.lines; ++line) {
             PLT_set_overlay(line);
-            const std::string name = std::to_string(line);
-            PLT_label_up_left("ul" + name);
-            PLT_label_up_center("uc" + name);
-            PLT_label_up_right("ur" + name);
-            PLT_label_low_left("ll" + name);
-            PLT_label_low_center("lc" + name);
-            PLT_label_low_right("lr" + name);
+            for (int lab = 0; lab < PLT_LABELS; ++lab) {
+                PLT_label_strcpy(lab, std::string(lab < 3 ? "u" : "l") + "lcr"[lab % 3] + std::to_string(line));
+            }
         }
         PLT_set_label_type(c.type);
         PLT_set_num_overlay(-c.lines);
@@ -190,12 +166,7 @@ int keep_domain(Domain* domain) {
 
 TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
     Domain domain;
-    domain.proj = PROJ_LATLON;
-    domain.clat = 40;
-    domain.clon = -100;
-    domain.dx = domain.dy = 1;
-    domain.nx = 41;
-    domain.ny = 21;
+    DOM_decode("ll:0:0,40,-100,41,21,1", &domain);
     MAP_domain(&domain);
     PLT_set_zoom_func(keep_domain);
     float x = 0;
@@ -209,10 +180,8 @@ TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
     PLT_plot_zoom("B1-P-Shft", x + 4, y + 1);  // dragged to the lower left
     PLT_plot_zoom("B1-R-Shft", x - 4, y - 1);
     EXPECT_EQ(PLT_get_zoom(), 1);
-    EXPECT_NEAR(zoomed.clat, 42, 1e-3);
-    EXPECT_NEAR(zoomed.clon, -98, 1e-3);
-    EXPECT_NEAR(zoomed.dx, 8.0 / 40, 1e-5);
-    EXPECT_EQ(zoomed.dx, zoomed.dy);
+    EXPECT_EQ(text_format("%.3f %.3f %.3f %.3f", zoomed.clat, zoomed.clon, zoomed.dx, zoomed.dy),
+              "42.000 -98.000 0.200 0.200");
     PLT_plot_zoom("u-Alt", 0, 0);
     EXPECT_EQ(PLT_get_zoom(), 0);
     EXPECT_EQ(zoomed.clat, 40);
@@ -220,21 +189,23 @@ TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
 }
 
 TEST(PltParam, WordsTakeEffect) {
-    RES_new(MISS, "plot_param", "fullab,OVER=1:4,shadow,bar=5:30,nonsense,plt_off:2", CV_none);
-    PLT_param_decode();
-    EXPECT_EQ(PLT_get_full_lab(), 1);
-    EXPECT_EQ(PLT_get_view_offset(), 0.0F);
-    EXPECT_EQ(PLT_get_overlay_base(), 1);
-    EXPECT_EQ(PLT_get_num_over(), 4);
-    EXPECT_EQ(gget_font_drop(), 4);
-    EXPECT_EQ(CONT_get_bar(), 2);
-    RES_put("plot_param", "shadow=2,nobar,plt_skip=3:2");
-    PLT_param_decode();
-    CONT_init();  // as each layer does
-    EXPECT_EQ(cont.x_skip, 3);
-    EXPECT_EQ(cont.y_skip, 2);
-    EXPECT_EQ(gget_font_drop(), 2);
-    EXPECT_EQ(CONT_get_bar(), -2);
+    for (const auto& row : test::data_cells("plot/plot_words.tsv")) {
+        RES_new(MISS, "plot_param", row[0].c_str(), CV_none);
+        PLT_param_decode();
+        CONT_init();  // as each layer does
+        float lat = 0;
+        float lon = 0;
+        MAP_get_latlon(&lat, &lon);
+        const std::string settings = text_format(
+            "labels %d %g %d %d shadow %d bar %d skip %d %d off %g %g lalo %g %g loop %d rw %d", PLT_get_full_lab(),
+            PLT_get_view_offset(), PLT_get_overlay_base(), PLT_get_num_over(), gget_font_drop(), CONT_get_bar(),
+            cont.x_skip, cont.y_skip, cont.x_off, cont.y_off, lat, lon, gget_local_colormap(), gget_rw_colors());
+        EXPECT_EQ(settings, row[1]) << row[0];
+    }
+    PLT_state_get().full_lab = 0;
+    CONT_set_usual_skip(1, 1);
+    CONT_set_plot_offset(0, 0);
+    MAP_latlon(0, 0, 0, 0);
 }
 
 }  // namespace

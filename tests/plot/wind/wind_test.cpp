@@ -8,6 +8,7 @@
 #include "plot/wind/vect_plt.h"
 #include "plot/wind/vect_state.h"
 #include "plot/wind/wind_page.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -282,7 +283,7 @@ TEST_F(Wind, GridsThatDoNotMatchAreRefused) {
 
 /// What plot formats and plot parameters set.
 TEST_F(Wind, FormatsAndParametersAreTaken) {
-    const auto cases = test::read_table("wind_settings.tsv");
+    const auto cases = test::data_cells("wind_settings.tsv");
     EXPECT_EQ(cases.size(), 10U);
     for (const auto& row : cases) {
         vect = {};
