@@ -250,7 +250,7 @@ TEST_F(Native, TextMessagesGiveTheirRecords) {
         const int sector = 1 + n % 12;
         const int level = below(3) == 0 ? 0 : 10 + below(90);
         const int group = 2 + below(2);
-        const int year = below(100);
+        const int year = below(3) == 0 ? 49 + below(2) : below(100);
         const int var = below(3) == 0 ? 22 : below(3) == 0 ? 4 : 10 + below(10);
         const int hours = below(200);
         const int mode = var == 22 ? 0 : below(2) * (1 + 2 * below(2));
