@@ -344,7 +344,6 @@ int VAR_process_var(const std::string& str, int flag) {
 
 int VAR_process(const std::string& str) {
     var_state& state = VAR_module();
-    state.level++;
     walk list{str};
     bool whole = !state.refused;
     while (whole && list.pos < str.size()) whole = take_character(list);
@@ -352,7 +351,6 @@ int VAR_process(const std::string& str) {
         list.pos = str.size();
         if (list.start < list.pos) take_item(list);
     }
-    state.level--;
     return 0;
 }
 
@@ -366,7 +364,6 @@ int VAR_setup(const char* filename, const std::string& var_str) {
     if (!file.empty()) VAR_open_file(file.c_str());
 
     state.varnum = state.plevel = state.vlevel = state.items = 0;
-    state.level = -1;
     state.refused = false;
     state.bad_level.clear();
     start_base();

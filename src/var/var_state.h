@@ -29,7 +29,6 @@ struct var_state {
     int varnum = 0;  ///< entries in use
     int plevel = 0;  ///< functions around the present item
     int vlevel = 0;  ///< groups and vectors around the present item
-    int level = -1;  ///< depth of recursion
     std::array<var_base, BASE_MAX> base;
     int base_ind = -1;      ///< top of `base`, -1 outside of a compilation
     int def_type = 2;       ///< plot type of entries that name none

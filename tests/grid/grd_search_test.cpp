@@ -300,6 +300,9 @@ TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
         }
         GRD_close(fd);
     }
+    const Record_codes minutes{0, 104002003, 100, 500, 11, 0, {}};
+    const test::Output hint = test::capture([&] { GRD_tell_nearest({minutes}, key(777, 100, 500, 11), MISS); });
+    EXPECT_NE(hint.err.find("-ft 90min-30minacc -le 500mb"), std::string::npos) << hint.err;
     EXPECT_GE(count, 44U);
     EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
 }
