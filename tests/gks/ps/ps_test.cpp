@@ -132,31 +132,6 @@ TEST_F(Postscript, OutputWaitsUntilItIsKept) {
     EXPECT_TRUE(test::read_file("old.ps").ends_with("showpage\nend\n%%EOF\n"));
 }
 
-TEST_F(Postscript, TheEpsBoxHoldsWhatIsDrawn) {
-    for (const char* words : {",eps", ",eps,port", ",eps,a4", ",eps,scale=0.5", ",eps,port,sz=8.5x11"}) {
-        plain_paper();
-        draw_to(dir.file("a.ps") + words, [] {
-            const Glim whole = {0, static_cast<float>(gget_window_width()), 0,
-                                static_cast<float>(gget_window_height())};
-            gset_ws_win(1, &whole);
-            gset_win(1, &whole);
-            gset_vp(1, &whole);
-            gsel_norm_tran(1);
-            draw_square(whole.x_min, whole.y_min, whole.x_max, whole.y_max);
-        });
-        const std::string text = test::read_file(dir.file("a.ps"));
-        Glim box;
-        std::sscanf(text.c_str() + text.find("%%BoundingBox:"), "%%%%BoundingBox: %f %f %f %f", &box.x_min, &box.y_min,
-                    &box.x_max, &box.y_max);
-        const Glim marks = test::marked_area(dir.file("a.ps"));
-        EXPECT_GT(marks.x_max - marks.x_min, 200) << words;
-        EXPECT_LE(box.x_min, marks.x_min + 0.11F) << words;
-        EXPECT_LE(box.y_min, marks.y_min + 0.11F) << words;
-        EXPECT_GE(box.x_max, marks.x_max - 0.11F) << words;
-        EXPECT_GE(box.y_max, marks.y_max - 0.11F) << words;
-    }
-}
-
 // The page of 756 by 576 points and the plot's place together, turned on a sheet that lies on its side.
 TEST_F(Postscript, TheEpsBoxHoldsThePageAndThePlot) {
     struct {
