@@ -174,6 +174,7 @@ TEST(ContBar, BoxesStandSideBySide) {
         start_contours(c.type);
         set_interval(-20, 10, c.count);
         if (!c.levels.empty()) test::set_levels(c.levels);
+        if (!c.levels.empty()) CONT_set_bar_range(50, 0);  // a list keeps its levels
         PLT_reset(0.0F);
         ASSERT_EQ(CONT_draw_bar(1, ""), 0);
         Glim view;

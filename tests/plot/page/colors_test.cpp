@@ -32,7 +32,7 @@ class Colors : public test::TempDirTest {
 
 TEST_F(Colors, EntriesTakeTheirPlaceInTheFiles) {
     dir.write("one.clr", "# first\n 7 Black 0 0 0 \n\n-1 Red #FF0033\nEND\n+9 Blue 0.1 0.2 0.8\n");
-    dir.write("two.clr", "-Green 0 1 0\nEND\nunreadable\n# last\n");
+    dir.write("two.clr", "-Green 0 1 0\nEND\nunreadable #FF00\n# last\n");
     const int before = CLR_get_num_fill();
     RES_put("color_table", "missing.clr,one.clr");
     CLR_read_table(nullptr);
