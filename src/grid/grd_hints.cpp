@@ -227,7 +227,7 @@ std::vector<Record_codes> GRD_list_records(int grd_fd) {
     return records;
 }
 
-void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type) {
+void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first) {
     const Record_codes* nearest = nullptr;
     for (const Record_codes& record : records) {
         if (!is_wanted_variable(record.var, params)) continue;
@@ -241,7 +241,8 @@ void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& 
     }
     const Departure departure = departure_of(*nearest, params, type);
     if (departure.count() == 0) {
-        MESS_print(MESS_WARN, "The file has it at record %d, before the one that -gn names\n", nearest->number);
+        const char* why = nearest->number < first ? "before the one that -gn names" : "but its values can't be read";
+        MESS_print(MESS_WARN, "The file has it at record %d, %s\n", nearest->number, why);
         return;
     }
     const std::string number = departure.type ? text_format(" -gt %d", nearest->type) : std::string();

@@ -22,8 +22,9 @@ struct Record_codes {
 
 /// The records of an open file, by their headers.
 std::vector<Record_codes> GRD_list_records(int grd_fd);
-/// Tells in one line which record comes nearest to a key that no record fits, or which variables there are.
-void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type);
+/// Tells in one line which record comes nearest to a key that no record from `first` on gave values for, or which
+/// variables there are.
+void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first);
 /// Tells in one line which record was taken from number `first` on if several runs or members of the same field fit a
 /// key, and how to choose another.
 void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first);

@@ -67,7 +67,7 @@ void report_search(const Words& words, int fd, int type, int first) {
         }
         MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
         VAR_print_info(MESS_WARN, &params);
-        GRD_tell_nearest(records, params, type);
+        GRD_tell_nearest(records, params, type, first);
         ZAV_note(STATUS_LAYER);
     }
 }

@@ -31,21 +31,6 @@ TEST_F(Store, RecordsOnlyWhenAsked) {
     EXPECT_EQ(gobj_redraw_plot(), -1);
 }
 
-TEST_F(Store, ReplayDrawsTheSameAgain) {
-    ASSERT_EQ(open("a.ps,color"), 0);
-    gset_redraw(1);
-    test::draw_scene();
-    EXPECT_EQ(gobj_redraw_plot(), 0);
-    close();
-    // Drawn twice: the second half, behind the new start of the transformations, has the same primitives.
-    const std::string text = test::read_file("a.ps");
-    for (const char* item : {"%%PL:25\n", "%%FA:5\n", "%%TE:0.500000 0.800000 AAA\n"}) {
-        const std::size_t first = text.find(item);
-        ASSERT_NE(first, std::string::npos) << item;
-        EXPECT_NE(text.find(item, first + 1), std::string::npos) << item;
-    }
-}
-
 TEST_F(Store, SegmentsAreTakenOutWhole) {
     ASSERT_EQ(open("a.ps"), 0);
     gset_redraw(1);

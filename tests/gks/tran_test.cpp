@@ -73,18 +73,6 @@ TEST_F(Tran, FarAndImpossiblePointsStayInTheDeviceRange) {
     EXPECT_EQ(close(), 0);
 }
 
-TEST_F(Tran, WideWindowLeavesTheHighSideUnused) {
-    ASSERT_EQ(open(dir.file("out.ps")), 0);
-    gset_win_size(801, 401);  // unit square on a wide device
-    EXPECT_FLOAT_EQ(xNDC_ps(0), 0);
-    EXPECT_FLOAT_EQ(xNDC_ps(1), 400);
-    gset_xoff(30, 20);
-    gset_win_size(801, 401);
-    EXPECT_FLOAT_EQ(xNDC_ps(1), 430);
-    EXPECT_FLOAT_EQ(yNDC_ps(0), 20);
-    gset_xoff(0, 0);
-}
-
 TEST_F(Tran, TransformationNumbersAreChecked) {
     ASSERT_EQ(open(dir.file("out.ps")), 0);
     const auto output = test::capture([] { EXPECT_EQ(gsel_norm_tran(6), -1); });
@@ -170,17 +158,6 @@ TEST_F(Tran, ColoursFindTheLaterOfEqualEntries) {
     int b = 0;
     EXPECT_EQ(gget_color_rgb256(-1, &r, &g, &b), 0);
     EXPECT_EQ(r + g + b, 3 * 255) << "paper is white";
-}
-
-TEST_F(Tran, AbsentDevicesSayThatTheyCannotBeOpened) {
-    EXPECT_EQ(open("", GWS_WIN), -1);
-    EXPECT_EQ(said, "gopen_ws: unable to connect to display\n");
-    EXPECT_EQ(open("x.hpgl", GWS_HPGL), -1);
-    EXPECT_EQ(said, "gopen_ws: unable to open HPGL file\n\n");
-    const test::EnvSetting print("zavprint", "HPGL");
-    EXPECT_EQ(open("x.ps", GWS_PS), -1);
-    EXPECT_EQ(said, "gopen_ws: unable to open HPGL file\n\n");
-    EXPECT_EQ(gchk_graphics(), 0);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Search keys and the search in files of all formats.
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <cmath>
@@ -282,7 +281,7 @@ TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
         const std::vector<Record_codes> records = GRD_list_records(fd);
         for (const Record_codes& record : records) {
             const VAR_data away = key(777, 999, MISS, record.var);
-            const std::string line = test::capture([&] { GRD_tell_nearest({record}, away, MISS); }).err;
+            const std::string line = test::capture([&] { GRD_tell_nearest({record}, away, MISS, 0); }).err;
             VAR_data found = key(MISS, MISS, MISS, 0);
             VAR_dec_time(option_of(line, "-ft"), &found.time);
             const std::string level = option_of(line, "-le");
@@ -301,7 +300,7 @@ TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
         GRD_close(fd);
     }
     const Record_codes minutes{0, 104002003, 100, 500, 11, 0, {}};
-    const test::Output hint = test::capture([&] { GRD_tell_nearest({minutes}, key(777, 100, 500, 11), MISS); });
+    const test::Output hint = test::capture([&] { GRD_tell_nearest({minutes}, key(777, 100, 500, 11), MISS, 0); });
     EXPECT_NE(hint.err.find("-ft 90min-30minacc -le 500mb"), std::string::npos) << hint.err;
     EXPECT_GE(count, 44U);
     EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
@@ -403,32 +402,6 @@ TEST(Index, DescriptionsAreDecoded) {
     expect("/ GRIB V33 X9 T48 stop V1", 1, "var=33;time=48");
     expect("a / 8:9", 1, "source=8;model=9;type=3");
     for (const char* none : {"nothing", "a / none", "/ GRIB", "/ GRIB V"}) expect(none, 0, "var=33");
-}
-
-/// Largest memory of this process so far, in megabytes.
-long peak_megabytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
-
-TEST_F(SearchFile, TheLastFieldOfALongFileNeedsNoMemory) {
-    const std::string source = test::data_file("ndfd_maxt_lambert_cut.grib2");
-    const std::string name = dir.file("long.grib2");
-    std::ofstream out(name, std::ios::binary);
-    for (int i = 0; i < 200; i++) out << std::ifstream(source, std::ios::binary).rdbuf();
-    out.close();
-    const long before = peak_megabytes();
-    const int fd = open_read(name);
-    ASSERT_GE(fd, 0);
-    GRD_report grid;
-    int last = -1;
-    for (int number = 0; GRD_read(fd, &grid, 1, &number) == 0; number++) last = number;
-    ASSERT_EQ(last, 199);
-    ASSERT_EQ(GRD_read(fd, &grid, 0, &last), 0);
-    EXPECT_TRUE(GRD_has_values(&grid));
-    GRD_close(fd);
-    EXPECT_LT(peak_megabytes() - before, 20);  // the file has 51
 }
 
 }  // namespace

@@ -183,6 +183,7 @@ bool play_points(Reader& in) {
     if (!count || *count < 0) return false;
     if (*count > in.bytes_left() / POINT_BYTES) {
         MESS_print(MESS_WARN, "gread_metafile: Point list is longer than the file: %d\n", *count);
+        ZAV_note(STATUS_LAYER);
         return false;
     }
     const auto wanted = static_cast<std::size_t>(*count);

@@ -7,16 +7,8 @@
 #include "frame/string.h"
 #include "plot/contour/cont_support.h"
 
-namespace zav {
+namespace zav::test {
 namespace {
-
-using test::area_of;
-using test::draw;
-using test::make_grid;
-using test::sent;
-using test::set_interval;
-using test::set_levels;
-using test::start_contours;
 
 double total_area() {
     double sum = 0;
@@ -118,4 +110,4 @@ TEST(ContValue, NumbersAtGridPoints) {
 }
 
 }  // namespace
-}  // namespace zav
+}  // namespace zav::test

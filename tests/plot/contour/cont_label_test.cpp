@@ -8,14 +8,8 @@
 #include "plot/contour/cont_support.h"
 #include "plot/page/plt_tool.h"
 
-namespace zav {
+namespace zav::test {
 namespace {
-
-using test::draw;
-using test::make_grid;
-using test::sent;
-using test::set_interval;
-using test::start_contours;
 
 /// Values by column and row, rows counted from the top.
 template <typename Field>
@@ -215,4 +209,4 @@ TEST(ContBar, BoxesStandSideBySide) {
 }
 
 }  // namespace
-}  // namespace zav
+}  // namespace zav::test

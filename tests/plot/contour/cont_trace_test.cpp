@@ -9,15 +9,8 @@
 #include "support/support.h"
 #include "support/table.h"
 
-namespace zav {
+namespace zav::test {
 namespace {
-
-using test::draw;
-using test::make_grid;
-using test::sent;
-using test::set_interval;
-using test::set_levels;
-using test::start_contours;
 
 /// One cell's corners in the engine's order: lower left, lower right, upper left, upper right.
 GRD_report cell(float z0, float z1, float z2, float z3) { return make_grid(2, 2, {z2, z3, z0, z1}); }
@@ -169,4 +162,4 @@ TEST(ContTrace, SkippedLevelsWouldDrawNothing) {
 }
 
 }  // namespace
-}  // namespace zav
+}  // namespace zav::test
