@@ -70,18 +70,6 @@ TEST(Program, StreamsDrawThePageOfTheFile) {
     }
 }
 
-TEST(Program, EndOfInputAtAnyPromptEndsTheRun) {
-    const std::vector<std::string> answers = {SAMPLE, "h24", "500", "hght", "p", "60", "ln", "0", "0", "0"};
-    std::string input;
-    for (std::size_t given = 0; given <= answers.size(); given++) {
-        const TempDir dir;
-        const Outcome run = run_program(dir.path(), "", input);
-        // The device, the interval and what is missing of them are asked within the plot; behind it the script is done.
-        EXPECT_EQ(run.status, given < 7 ? 22 : 0) << given << " answers: " << run.err;
-        if (given < answers.size()) input += answers[given] + "\n";
-    }
-}
-
 TEST(Program, AnswersOfAnyKindAreHarmless) {
     const TempDir dir;
     const std::string junk = "\n\n-1x\nset\nset x=y\n?\n99999999999999999999\n%s%n%d\n" + std::string(5000, 'a') + "\n";

@@ -144,6 +144,28 @@ TEST_F(Grib, RecordsInAnyOrder) {
     GRD_close(fd);
 }
 
+TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
+    Bytes drs = section2(5, 27);
+    for (const auto& [octet, value] : {std::pair{9, 6}, {11, 200}, {12, 3}, {14, 5}, {16, 5}}) set(drs, octet, value);
+    const Bytes message =
+        message2(0, {identification(), latlon(3, 2, 0), product(), drs, bitmap(255), data({0b10011111, 0b00000010})});
+    dir.write("runs.grb", std::string(message.begin(), message.end()));
+    int type = GRD_TYPE_GRIB;
+    const int fd = GRD_open("runs.grb", 0, &type);
+    GRD_report grd;
+    int number = 0;
+    MESS_set(0, MESS_DEBUG);
+    const test::Output said = test::capture([&] { GRD_read(fd, &grd, GRD_READ_LABELS, &number); });
+    MESS_set(0, MESS_NONE);
+    GRD_close(fd);
+    EXPECT_TRUE(GRD_has_values(&grd));  // in edition 2 labels come with the values
+    // 3-bit numbers 4 7 6 0 1, of which 6 and 7 are digits of a count
+    for (const char* line : {"num = 2 mult = 2 new_val = 7\n", "num = 2 mult = 4 new_val = 6\n",
+                             "cnt = 2 new_val = 0 val = 4\nbyte: 2 loc: 2 0 new_val = 0 val = 4 num = 2\n"}) {
+        EXPECT_NE((said.out + said.err).find(line), std::string::npos) << said.out << said.err;
+    }
+}
+
 TEST_F(Grib, OtherPackingsOfEdition1AreRefused) {
     for (const int flags : {0x80, 0x40, 0x10, 0xC0, 0x50}) {
         Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);

@@ -265,6 +265,31 @@ TEST_F(Wind, StreamlinesAreThoseOfThePage) {
     expect_page(all, "streamlines");
 }
 
+/// Every period-th stroke of a streamline has a head; the period is ten times the scale.
+TEST_F(Wind, HeadsFollowTheScale) {
+    Field field(41, 41, [](int, int) { return Gpt{1, 1}; });
+    MAP_setup(&field.u.domain);
+    const Glim window{0, 40, 0, 40};
+    gset_win(2, &window);
+    GPH_trans(2);
+    vect.attrib.color = 1;
+    vect.base = 9;
+    const auto all = drawn([&] {
+        for (const float scale : {0.7F, 0.9F, 1.3F}) {
+            vect.arrow_scale = scale;
+            EXPECT_EQ(VECT_stream(&field.u, &field.v, 0, 0, 40), 0);
+        }
+    });
+    std::string periods;
+    int shafts = 0;
+    for (const Stroke& s : all) {
+        const bool shaft = std::fabs(s.pts[1].x - s.pts[0].x - s.pts[1].y + s.pts[0].y) < 1e-4F;
+        if (!shaft && shafts > 0) periods += std::to_string(shafts) + ' ';
+        shafts = shaft ? shafts + 1 : 0;
+    }
+    EXPECT_EQ(periods, "7 7 7 7 7 14 9 9 9 17 13 13 ");  // 40 steps each; what is left counts to the next line
+}
+
 TEST_F(Wind, AFieldWithoutAWestWindStartsNoLine) {
     Field field(11, 11, [](int, int) { return Gpt{0, 5}; });
     EXPECT_TRUE(drawn([&] { EXPECT_EQ(field.draw(VECT_STREAMLINES), 0); }).empty());
