@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <exception>
@@ -15,6 +16,12 @@
 #include "frame/system.h"
 
 namespace zav {
+
+namespace {
+
+constexpr std::size_t USUAL_LENGTH = 256;  // of a formatted line
+
+}  // namespace
 
 Gout_mode gout_mode(const std::string& filename) {
     if (filename.starts_with('|')) return Gout_mode::pipe;
@@ -79,19 +86,24 @@ void Gout_file::vprintf(const char* format, std::va_list args) {
         if (std::vfprintf(stream(), format, args) < 0) note_error();
         return;
     }
+    std::array<char, USUAL_LENGTH> line;
     std::va_list again;
     va_copy(again, args);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    if (length <= 0) return;
+    const int length = std::vsnprintf(line.data(), line.size(), format, args);
+    const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 0;
     try {
-        const std::size_t start = waiting_.size();
-        waiting_.resize(start + static_cast<std::size_t>(length) + 1);
-        std::vsnprintf(waiting_.data() + start, static_cast<std::size_t>(length) + 1, format, args);
-        waiting_.pop_back();
+        if (size < line.size()) {
+            waiting_.append(line.data(), size);
+        } else {
+            const std::size_t start = waiting_.size();
+            waiting_.resize(start + size + 1);
+            std::vsnprintf(waiting_.data() + start, size + 1, format, again);
+            waiting_.pop_back();
+        }
     } catch (const std::exception&) {
         error_ = ENOMEM;
     }
+    va_end(again);
 }
 
 void Gout_file::write(const void* data, std::size_t size) {

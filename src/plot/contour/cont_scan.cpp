@@ -10,6 +10,7 @@
 #include "frame/mess.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
+#include "gks/gks_ws.h"
 #include "gks/zavgks.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
@@ -33,6 +34,7 @@ struct Scan {
     float max_lines = ANY_NUMBER_OF_LINES;
     Cont_ladder ladder;         ///< levels of interval mode
     int first_band = 0;         ///< band of the lowest of them
+    double first_rest = 0.0;    ///< its number modulo the bands
     std::vector<float> listed;  ///< levels of value-list mode
     bool ascending = false;     ///< the list rises, so that a cell needs but a part of it
     Traced_cell traced;
@@ -132,6 +134,7 @@ Scan make_scan() {
     } else {
         scan.ladder = cont_ladder();
         scan.first_band = cont_band_of(cont.conlo);
+        scan.first_rest = std::fmod(scan.ladder.first, cont.color_num);
     }
     return scan;
 }
@@ -211,14 +214,28 @@ void draw_listed_levels(const Scan& scan, const Cont_range& range) {
     }
 }
 
+/// True if the band from `level` up ends below all that the cell shows.
+bool ends_below(float level, const Cont_range& range) {
+    const float top = top_of(level);
+    return range.low > top || (cont.min_cut != FMISS && top < cont.min_cut);
+}
+
+/// Number of the lowest level that can draw in the cell.
+double lowest_level(const Cont_ladder& ladder, const Cont_range& range) {
+    const float low = cont.min_cut == FMISS ? range.low : std::max(range.low, cont.min_cut);
+    double number = ladder.below(cont.cont_type == CONT_LINE ? low : low - cont.intrvl);
+    while (number <= ladder.last && ends_below(ladder.level(number), range)) number = ladder.next(number);
+    return number;
+}
+
 /// Walks the levels that can draw in the cell; the traced cell shows them all.
 void draw_stepped_levels(const Scan& scan, const Cont_range& range) {
     const Cont_ladder& ladder = scan.ladder;
-    const float low = cont.min_cut == FMISS ? range.low : std::max(range.low, cont.min_cut);
-    const double start = scan.traced.here ? ladder.first : ladder.below(low - cont.intrvl);
-    double band = scan.first_band;
-    if (start > ladder.first) band += std::fmod(start, cont.color_num) - std::fmod(ladder.first, cont.color_num);
-    for (double number = start; number <= ladder.last; number = ladder.next(number)) {
+    double number = scan.traced.here ? ladder.first : lowest_level(ladder, range);
+    if (number > ladder.last || (!scan.traced.here && is_past(ladder.level(number), range))) return;
+    // By the rests, since numbers may be too large for their difference to be exact.
+    double band = scan.first_band + std::fmod(number, cont.color_num) - scan.first_rest;
+    for (; number <= ladder.last; number = ladder.next(number)) {
         const float level = ladder.level(number);
         if (!scan.traced.here && is_past(level, range)) return;
         if (scan.traced.here) std::printf("Loop %.0f\n", number - ladder.first);
@@ -309,6 +326,7 @@ int CONT_draw(GRD_report* grid) {
         MESS_print(MESS_WARN, "CONT_draw: Invalid grid arrays\n");
         return -1;
     }
+    gkeep_output();  // from here on the page grows by megabytes
     if (CONT_draw_contour(grid) < 0 || cont.cont_type == CONT_VALUE) return -1;
     CONT_draw_labels(grid);
     CONT_draw_maxmin(grid);

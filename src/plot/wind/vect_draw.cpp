@@ -10,6 +10,7 @@
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks_colr.h"
+#include "gks/gks_ws.h"
 #include "gks/zavgks.h"
 #include "grid/grd_tool.h"
 #include "map/maptran.h"
@@ -236,6 +237,7 @@ int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
     vect_read_base();
     RES_getval("plot_scale", &vect.scale, CV_float);
     if (!start_attributes()) return 0;
+    gkeep_output();
     set_plot_space(*ugrid, view);
     set_attributes();
     if (vect.uvgrid != 0) turn_to_earth(*ugrid, *vgrid);
