@@ -7,6 +7,7 @@
 #include "calc/grd_trans.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "gks/gks_ws.h"
 #include "gks/zavgks.h"
 #include "grid/grd_read.h"
 #include "map/maptran.h"
@@ -71,6 +72,7 @@ void open_page(float aspect) {
     Gws_type type = 0;
     Glim margins{0.0F, 0.0F, 0.04F, 0.04F};
     GPH_setup(&workstation, &type, aspect, &margins);
+    gkeep_output();
 }
 
 /// A 1500 by 751 field at 20 levels. Items are cells.
