@@ -14,7 +14,8 @@ struct PLT_state {
     Glim dis_size;                            ///< the panel
     float view_offset = 0.0F;
     int border = 1;
-    int zoom = 0;  ///< zoom depth
+    bool letter = false;  ///< each point and cell as the grid has it
+    int zoom = 0;         ///< zoom depth
     int dump = PLT_DUMP_NONE;
     std::string dump_file;  ///< name pattern of image output
     int bar = 0;            ///< 1 once the colour bar of this frame is done

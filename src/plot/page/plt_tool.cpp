@@ -107,6 +107,10 @@ int PLT_border(int val) {
 
 int PLT_get_full_lab() { return state.full_lab; }
 
+void PLT_set_letter(bool on) { state.letter = on; }
+
+bool PLT_letter() { return state.letter; }
+
 int PLT_set_view_offset(float v) {
     state.view_offset = v;
     state.view_off = {0.0F, 0.0F, v, v};

@@ -47,6 +47,11 @@ Gws_type PLT_get_work_type();
 /// Switches the border round the viewport.
 int PLT_border(int val);
 int PLT_get_full_lab();
+/// Charts are drawn for today's fine grids: areas and lines joined, marks and labels kept apart, winds thinned to what
+/// paper holds. With `on` (the plot parameter "letter") each point and cell is drawn as the grid has it.
+void PLT_set_letter(bool on);
+bool PLT_letter();
+
 /// Margins: none left and right, `v` below and above.
 int PLT_set_view_offset(float v);
 /// Margins on the four sides, as fractions of the panel.

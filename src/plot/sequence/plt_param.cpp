@@ -98,7 +98,9 @@ void paper_colors(const std::string&) {
 }
 
 /// Words in the order of testing.
-constexpr std::array<Param, 43> PARAMS{{
+constexpr std::array<Param, 45> PARAMS{{
+    {"letter", true, [](const std::string&) { PLT_set_letter(true); }},
+    {"noletter", true, [](const std::string&) { PLT_set_letter(false); }},
     {"full", true, [](const std::string&) { PLT_set_view_offset(0.0F); }},
     {"fullab", true, full_labels},
     {"nopage", true, [](const std::string&) { MESS_set_page(0); }},
