@@ -13,7 +13,7 @@
 #include "gks/gks_ws.h"
 #include "gks/zavgks.h"
 #include "plot/background/map.h"
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_texts.h"
 #include "plot/page/plt_tool.h"
 
 namespace zav {
@@ -110,6 +110,7 @@ void prepare_plot(GRD_report* grid) {
     } else {
         cont.vert_size = MAP_get_vert();
     }
+    if (!PLT_letter() && cont.cont_type != CONT_VALUE) cont_place_texts(*grid);
     start_attributes();
 }
 
@@ -328,8 +329,12 @@ int CONT_draw(GRD_report* grid) {
     }
     gkeep_output();  // from here on the page grows by megabytes
     if (CONT_draw_contour(grid) < 0 || cont.cont_type == CONT_VALUE) return -1;
-    CONT_draw_labels(grid);
-    CONT_draw_maxmin(grid);
+    if (PLT_letter()) {
+        CONT_draw_labels(grid);
+        CONT_draw_maxmin(grid);
+    } else {
+        cont_write_texts();
+    }
     return 0;
 }
 

@@ -232,6 +232,9 @@ bool cont_is_filled();
 
 // Annotation, cont_label.cpp.
 
+/// Sends a line to `cont.polyline`, in pieces where labels stand on it.
+int cont_open_line(Gint num_pt, const Gpt* pts);
+
 /// Attributes of labels on line plots and on filled plots, from the resources and the plot format.
 void cont_label_attributes();
 

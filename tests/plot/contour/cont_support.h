@@ -9,6 +9,7 @@
 
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav::test {
 
@@ -61,6 +62,7 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
 
 /// Fresh contour state with ten bands, and outputs that are kept.
 inline void start_contours(int type) {
+    PLT_set_letter(true);  // line by line and mark by mark
     cont = Cont_state{};
     cont.polyline = keep_line;
     cont.fill_area = keep_area;
