@@ -215,6 +215,15 @@ void cont_lattice_spots(const GRD_report& grid, const Cont_lattice& lattice, std
     }
 }
 
+void cont_outline_cells(const GRD_report& grid) {
+    for (int j = grid.domain.ny - 2; j >= 0; --j) {
+        for (int i = 0; i < grid.domain.nx - 1; ++i) {
+            cont_load_cell(grid, i, j);
+            outline_cell();
+        }
+    }
+}
+
 int CONT_draw_labels(GRD_report* grid) {
     if (grid == nullptr || !grid->grid) return 0;
     const Cont_lattice lattice = cont_label_lattice(*grid);

@@ -327,7 +327,7 @@ int CONT_draw(GRD_report* grid) {
         CONT_draw_labels(grid);
         CONT_draw_maxmin(grid);
     } else {
-        cont_write_texts();
+        cont_write_texts(*grid);
     }
     return 0;
 }

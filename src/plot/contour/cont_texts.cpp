@@ -87,9 +87,10 @@ void cont_place_texts(const GRD_report& grid) {
     cont_place_labels(grid, paper);
 }
 
-void cont_write_texts() {
+void cont_write_texts(const GRD_report& grid) {
     cont_close_gaps();
     cont_label_attributes();
+    if (cont.draw_grid) cont_outline_cells(grid);
     cont_write_labels();
     cont_write_marks();
 }

@@ -90,6 +90,9 @@ struct Cont_spot {
 /// Labels by the grid's columns and rows: in cells of the lattice that a level crosses from side to opposite side.
 void cont_lattice_spots(const GRD_report& grid, const Cont_lattice& lattice, std::vector<Cont_spot>* spots);
 
+/// Draws the grid itself.
+void cont_outline_cells(const GRD_report& grid);
+
 /// Half the width and height of a label's box on paper.
 Gpt cont_label_half(const Cont_labelled& label, bool sideways, const Cont_paper& paper);
 
@@ -115,7 +118,7 @@ void cont_open_gap(const Glim& box, const Cont_paper& paper);
 
 /// Finds room for the marks and labels of a plot, before its lines are drawn. In cont_texts.cpp.
 void cont_place_texts(const GRD_report& grid);
-/// Writes them, over the lines.
-void cont_write_texts();
+/// Writes them over the lines, and draws the grid itself where that is asked for.
+void cont_write_texts(const GRD_report& grid);
 
 }  // namespace zav
