@@ -54,6 +54,7 @@ Traced_cell traced_cell() {
 }
 
 int place_grid(const GRD_report& grid) {
+    if (cont.placed) return 0;
     Domain domain;
     MAP_get_domain(&domain);
     if (DOM_comp(&domain, &grid.domain)) {
@@ -327,6 +328,7 @@ int CONT_draw(GRD_report* grid) {
         return -1;
     }
     gkeep_output();  // from here on the page grows by megabytes
+    if (!PLT_letter()) return cont_draw_field(grid);
     if (CONT_draw_contour(grid) < 0 || cont.cont_type == CONT_VALUE) return -1;
     CONT_draw_labels(grid);
     CONT_draw_maxmin(grid);
