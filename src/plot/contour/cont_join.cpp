@@ -38,10 +38,8 @@ Cont_join::Cont_join(const GRD_report& grid, int columns) : grid_(grid), columns
 
 Cont_key Cont_join::key(int column, int row, unsigned kind, int level) const {
     constexpr unsigned level_bits = 24;
-    const bool on_map = !cont.grdx.empty();  // where the first and the last column may be one
-    const auto stride = static_cast<std::uint64_t>(grid_.domain.nx) + 1;
-    const auto in_row = static_cast<std::uint64_t>(on_map ? column % grid_.domain.nx : column);
-    const std::uint64_t point = static_cast<std::uint64_t>(row) * stride + in_row;
+    const auto stride = static_cast<std::uint64_t>(grid_.domain.nx);
+    const std::uint64_t point = static_cast<std::uint64_t>(row) * stride + static_cast<std::uint64_t>(column);
     return ((point * 3 + kind) * 3 + 1) << level_bits | static_cast<std::uint64_t>(level);
 }
 

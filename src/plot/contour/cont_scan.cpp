@@ -19,14 +19,7 @@ namespace {
 constexpr float TEXT_SHARE = 0.015F;  ///< text height in heights of the plot
 
 int place_grid(const GRD_report& grid) {
-    Domain domain;
-    MAP_get_domain(&domain);
-    if (DOM_comp(&domain, &grid.domain)) {
-        cont.grdx.clear();
-        cont.grdy.clear();
-        return 0;
-    }
-    if (GRD_proj_XY(&grid, &domain, cont.grdx, cont.grdy) == 0) return 0;
+    if (cont.placed || CONT_place_grid(grid) == 0) return 0;
     MESS_print(MESS_WARN, "CONT_draw_contours: Unable to allocate grid arrays\n");
     return -1;
 }
@@ -111,6 +104,7 @@ int scan_grid(const GRD_report& grid) {
 int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry) {
     cont.grdx = grx;
     cont.grdy = gry;
+    DOM_init(&cont.placed_grid);
     return 0;
 }
 
@@ -139,6 +133,7 @@ int CONT_draw(GRD_report* grid) {
         return -1;
     }
     gkeep_output();  // from here on the page grows by megabytes
+    if (!PLT_letter()) return cont_draw_field(grid);
     if (CONT_draw_contour(grid) < 0 || cont.cont_type == CONT_VALUE) return -1;
     CONT_draw_labels(grid);
     CONT_draw_maxmin(grid);

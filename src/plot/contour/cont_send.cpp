@@ -149,13 +149,13 @@ void send_line(int proj, Gpt* pts) {
 Cont_wrap cont_cell_wrap() {
     if (cont.grdx.empty()) return Cont_wrap::NONE;
     const std::array<Gpt, 5> round{cont_corner(0), cont_corner(1), cont_corner(3), cont_corner(2), cont_corner(0)};
-    if (!is_split(MAP_get_proj(), static_cast<int>(round.size()), round.data())) return Cont_wrap::NONE;
-    return MAP_get_proj() == PROJ_LAMBERT ? Cont_wrap::CUT : Cont_wrap::SPLIT;
+    if (!is_split(cont_wrapped_map(), static_cast<int>(round.size()), round.data())) return Cont_wrap::NONE;
+    return cont_wrapped_map() == PROJ_LAMBERT ? Cont_wrap::CUT : Cont_wrap::SPLIT;
 }
 
 Cont_edge_limits cont_edge_limits() {
     constexpr float any = std::numeric_limits<float>::max();
-    switch (MAP_get_proj()) {
+    switch (cont_wrapped_map()) {
         case PROJ_LATLON:
             return {FAR_APART, 180.0F};
         case PROJ_MERCATOR:
@@ -179,7 +179,7 @@ float cont_turned(const Gpt& pt, int turn) {
 }
 
 int CONT_draw_lines(int type, int num_pt, Gpt* pts) {
-    const int proj = MAP_get_proj();
+    const int proj = cont_wrapped_map();
     if (cont.fill_attrib[cont.con_off].color == CLR_NONE) return -1;
     if (proj == PROJ_LATLON) cont.offset = LATLON_WIDTH;
     if (proj == PROJ_MERCATOR) cont.offset = MERCATOR_WIDTH;
