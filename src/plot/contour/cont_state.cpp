@@ -82,6 +82,17 @@ bool cont_is_cut(float level) {
 
 Gpt cont_corner(int corner) { return {cont.x[corner], cont.y[corner]}; }
 
+Gpt cont_point(Cont_place place) {
+    switch (place.kind) {
+        case Cont_place::UPPER:
+            return cont.at[place.number];
+        case Cont_place::LOWER:
+            return cont.pt[LOWER + place.number];
+        default:
+            return cont_corner(place.number);
+    }
+}
+
 Gpt cont_side_point(int side, float d) {
     const auto [a, b] = CONT_SIDES[side];
     Gpt pt;

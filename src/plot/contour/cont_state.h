@@ -29,6 +29,9 @@ constexpr float DZ_FLAT = -3.0F;    ///< both ends of the side are equal
 constexpr int NO_CROSSING = -1;    ///< evaluated, doesn't cross
 constexpr int NOT_EVALUATED = -2;  ///< no level below has been evaluated in this cell
 
+/// Longest polygon of a cell without its closing point.
+constexpr int CONT_VERTICES = 8;
+
 /// Start of the part of `pt` that holds the level below.
 constexpr int LOWER = 10;
 
@@ -101,6 +104,20 @@ struct Cont_bar {
     float bar_max = FMISS;
 };
 
+/// A vertex of a polygon: a corner of the cell, or the crossing of the upper or the lower level with a side.
+struct Cont_place {
+    enum Kind : unsigned char { CORNER, UPPER, LOWER } kind;
+    unsigned char number;
+};
+
+/// Cells that are drawn as the last one: with all values above the one limit, and at or below the other.
+struct Cont_run {
+    float above = 0.0F;
+    float most = 0.0F;
+};
+
+class Cont_join;
+
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
 /// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
 struct Cont_engine {
@@ -120,7 +137,9 @@ struct Cont_engine {
     Domain placed_grid;   ///< grid that the positions belong to; unset: those of CONT_grid
     Domain placed_map;    ///< and the map
     bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
-    float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
+    Cont_run run;         ///< where `above` is below `most`
+    Cont_join* join = nullptr;  ///< takes the pieces of cells, or null: each is drawn at once
+    float x_min = FMISS;        ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
     float vert_size = 0.0F;  ///< height of the plot in plot space
@@ -133,6 +152,7 @@ struct Cont_engine {
 struct Cont_output {
     int (*polyline)(Gint num_pt, const Gpt* pts) = gpolyline;
     int (*fill_area)(Gint num_pt, const Gpt* pts) = gfill_area;
+    int (*fill_rings)(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) = gfill_rings;
     int (*text)(const Gpt* pt, const std::string& str) = gtext;
 };
 
@@ -246,6 +266,26 @@ Cont_range cont_cell_range();
 
 /// True for types with filled bands.
 bool cont_is_filled();
+
+/// Position of a vertex of the cell at work.
+Gpt cont_point(Cont_place place);
+
+// About the edge of cyclic maps, cont_send.cpp.
+
+/// How the cell at work lies on the map: in one place, about its edge, or cut by it and not drawn.
+enum class Cont_wrap { NONE, SPLIT, CUT };
+Cont_wrap cont_cell_wrap();
+
+/// Longest step in x from corner to corner of a cell, and largest x, that aren't about the map's edge; 0 and 0 on maps
+/// without one.
+struct Cont_edge_limits {
+    float step;
+    float x;
+};
+Cont_edge_limits cont_edge_limits();
+
+/// x of a point of such a cell at the right (`turn` 1) or left (-1) edge.
+float cont_turned(const Gpt& pt, int turn);
 
 // Annotation, cont_label.cpp.
 

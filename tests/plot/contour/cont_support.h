@@ -9,6 +9,7 @@
 
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav::test {
 
@@ -59,8 +60,9 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
     return grid;
 }
 
-/// Fresh contour state with ten bands, and outputs that are kept.
-inline void start_contours(int type) {
+/// Fresh contour state with ten bands, and outputs that are kept. Cells are drawn one by one unless joined.
+inline void start_contours(int type, bool joined = false) {
+    PLT_set_letter(!joined);
     cont = Cont_state{};
     cont.polyline = keep_line;
     cont.fill_area = keep_area;
