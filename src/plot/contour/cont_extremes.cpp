@@ -5,14 +5,12 @@
 #include <limits>
 #include <tuple>
 
+#include "calc/grd_cyclic.h"
 #include "plot/contour/cont_texts.h"
 #include "plot/page/plt_tool.h"
 
 namespace zav {
 namespace {
-
-constexpr float CIRCLE = 360.0F;
-constexpr float MERCATOR_CIRCLE = 400.31555F;
 
 /// The highest value of a block, `sign` times the grid's, and where it stands first.
 struct Peak {
@@ -34,7 +32,10 @@ struct Peak {
 class Extreme_search {
   public:
     Extreme_search(const GRD_report& grid, int radius)
-        : values_(grid.grid.get()), nx_(grid.domain.nx), ny_(grid.domain.ny), round_(cont_columns_round(grid.domain)) {
+        : values_(grid.grid.get()),
+          nx_(grid.domain.nx),
+          ny_(grid.domain.ny),
+          round_(PLT_letter() ? 0 : GRD_cycle(grid.domain)) {
         reach_ = std::min(radius, std::max(nx_, ny_));
         if (round_ > 0) nx_ = round_;
         stride_ = grid.domain.nx;
@@ -72,7 +73,7 @@ class Extreme_search {
     /// Column `column` of a row, which may lie beyond its ends; -1 for none.
     int column_of(int column) const {
         if (column >= 0 && column < nx_) return column;
-        return round_ > 0 ? (column % nx_ + nx_) % nx_ : -1;
+        return round_ > 0 ? GRD_turned_column(column, round_) : -1;
     }
 
     void search_block(int first_column, int first_row, std::vector<Cont_extreme>* found) const {
@@ -150,16 +151,6 @@ class Extreme_search {
 };
 
 }  // namespace
-
-int cont_columns_round(const Domain& domain) {
-    if (PLT_letter()) return 0;
-    const bool latlon = domain.proj == PROJ_LATLON;
-    if (!latlon && domain.proj != PROJ_MERCATOR) return 0;
-    const float columns = (latlon ? CIRCLE : MERCATOR_CIRCLE) / domain.dx;
-    const int whole = static_cast<int>(std::lround(std::clamp(columns, 0.0F, 1e6F)));
-    const bool closed = std::fabs(columns - static_cast<float>(whole)) < 0.1F;
-    return closed && whole > 2 && (domain.nx == whole || domain.nx == whole + 1) ? whole : 0;
-}
 
 std::vector<Cont_extreme> cont_find_extremes(const GRD_report& grid, int radius) {
     return Extreme_search(grid, radius).find();

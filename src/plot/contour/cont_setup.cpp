@@ -163,6 +163,7 @@ int CONT_init() {
     cont.y_label_space = MISS;
     cont.x_skip = cont.usual_x_skip;
     cont.y_skip = cont.usual_y_skip;
+    cont.smooth = cont.usual_smooth;
     cont.over = 0;
     return 0;
 }

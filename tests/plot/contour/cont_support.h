@@ -60,9 +60,9 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
     return grid;
 }
 
-/// Fresh contour state with ten bands, and outputs that are kept.
-inline void start_contours(int type) {
-    PLT_set_letter(true);  // line by line and mark by mark
+/// Fresh contour state with ten bands, and outputs that are kept. Cells are drawn one by one unless joined.
+inline void start_contours(int type, bool joined = false) {
+    PLT_set_letter(!joined);
     cont = Cont_state{};
     cont.polyline = keep_line;
     cont.fill_area = keep_area;
