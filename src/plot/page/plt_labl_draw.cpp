@@ -21,6 +21,7 @@ namespace {
 constexpr float LEAST_SPACE = 0.005F;
 constexpr float MOST_STEP = 0.03F;   ///< from line to line, in heights of the plot
 constexpr float TEXT_SHARE = 0.75F;  ///< of a line
+constexpr float STACK_SHARE = 0.6F;  ///< of each of several, so that what hangs down doesn't reach the next
 constexpr float GAP = 0.2F;          ///< to the plot, in lines
 constexpr float MARGIN = 0.01F;      ///< at the ends of a line, in widths of the plot
 /// What the numbers of a colour bar may take beyond the plot's middle, and where the vector key begins, in widths of
@@ -119,11 +120,12 @@ Titles lay_out(const PLT_state& plot, float space, const Done& done, const Gattr
     const float least_space = plot.full_lab ? space : std::min(space, plot.dis_size.y_max - view.y_max);
     for (int lines = num; lines < num + MOST_LINES; ++lines) {
         if (lines > num) titles.step = std::min(usual, least_space / static_cast<float>(lines));
-        titles.above = break_rows(above, title_space(plot, true), TEXT_SHARE * titles.step);
-        titles.below = break_rows(below, title_space(plot, false), TEXT_SHARE * titles.step);
+        const float height = (lines > 1 ? STACK_SHARE : TEXT_SHARE) * titles.step;
+        titles.above = break_rows(above, title_space(plot, true), height);
+        titles.below = break_rows(below, title_space(plot, false), height);
+        GPH_text_attr(&attrib, height);
         if (static_cast<int>(std::max(titles.above.size(), titles.below.size())) + titles.spare <= lines) break;
     }
-    GPH_text_attr(&attrib, TEXT_SHARE * titles.step);
     return titles;
 }
 

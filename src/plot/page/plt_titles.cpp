@@ -112,7 +112,7 @@ void set_parts(int column, const std::vector<std::string>& parts, const PLT_titl
 }  // namespace
 
 bool PLT_title_fits(const PLT_title_line& line, const PLT_title_space& space, float height) {
-    const float gap = height;
+    const float gap = 1.5F * height;
     float end = space.x_min - gap;
     for (int column = 0; column < 3; ++column) {
         if (line[column].empty()) continue;
