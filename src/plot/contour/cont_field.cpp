@@ -82,6 +82,7 @@ bool place(Field& field) {
     cont.grdx = std::move(placed.x);
     cont.grdy = std::move(placed.y);
     cont.placed = true;
+    DOM_init(&cont.placed_grid);
     return true;
 }
 
