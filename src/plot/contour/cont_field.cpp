@@ -139,6 +139,8 @@ int cont_draw_field(GRD_report* grid) {
     Field field;
     refine(*grid, field);
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
+    const bool others = field.steps > 1 || !field.shown.empty();
+    if (others) DOM_init(&cont.placed_grid);  // the positions left are not all of the grid's
     cont.placed = false;
     return result;
 }
