@@ -19,6 +19,15 @@ std::size_t stored_index(const GRD_report& grid, int i, int j) {
     return row * static_cast<std::size_t>(grid.domain.nx) + static_cast<std::size_t>(i);
 }
 
+/// Index in the field of a point of the grid that it is drawn of; beyond all for one that isn't shown.
+std::size_t index_in_field(int i, int j) {
+    const Cont_own& own = cont.own;
+    const int column = own.columns.empty() ? i * own.steps : own.columns[static_cast<std::size_t>(i)];
+    if (column < 0) return std::numeric_limits<std::size_t>::max();
+    const auto row = static_cast<std::size_t>((own.grid->domain.ny - 1 - j) * own.steps);
+    return row * static_cast<std::size_t>(own.field_columns) + static_cast<std::size_t>(column);
+}
+
 }  // namespace
 
 bool cont_has_values() { return cont.cont_value[0] != FMISS; }
@@ -90,7 +99,8 @@ Gpt cont_side_point(int side, float d) {
 }
 
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt) {
-    const std::size_t index = stored_index(grid, i, j);
+    const bool by_field = &grid == cont.own.grid && (cont.placed || cont.own.steps > 1);
+    const std::size_t index = by_field ? index_in_field(i, j) : stored_index(grid, i, j);
     if (cont.grdx.empty()) {
         *pt = {static_cast<float>(i), static_cast<float>(j)};
         return true;

@@ -101,6 +101,14 @@ struct Cont_bar {
     float bar_max = FMISS;
 };
 
+/// The grid that a plot was given, beside the field that is drawn of it.
+struct Cont_own {
+    const GRD_report* grid = nullptr;
+    int steps = 1;             ///< of the field in one of the grid
+    int field_columns = 0;     ///< columns of the field
+    std::vector<int> columns;  ///< column of the field for each of the grid, -1 for none; empty: as the steps tell
+};
+
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
 /// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
 struct Cont_engine {
@@ -120,6 +128,7 @@ struct Cont_engine {
     Domain placed_grid;   ///< grid that the positions belong to; unset: those of CONT_grid
     Domain placed_map;    ///< and the map
     bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
+    Cont_own own;
     float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
@@ -213,7 +222,8 @@ Gpt cont_side_point(int side, float d);
 /// A corner of the cell at work.
 Gpt cont_corner(int corner);
 
-/// Plot position of the grid point in column `i`, row `j` from the bottom. False off the map.
+/// Plot position of the point in column `i`, row `j` from the bottom, of the field at work or of the grid that it is
+/// drawn of. False off the map.
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt);
 
 /// Largest and smallest value that the map shows; those of the whole grid where it shows none.
