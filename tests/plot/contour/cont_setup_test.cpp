@@ -283,6 +283,7 @@ Cont_range range_under(const GRD_report& grid, int more) {
 
 /// On maps of all sizes, from the globe to a part of one cell: what is under the map, and nothing far from it.
 TEST_F(ContAttributes, TheRangeIsThatOfWhatTheMapShows) {
+    PLT_set_letter(false);
     for (const auto& row : test::data_cells("plot/shown_ranges.tsv")) {
         const std::string file = test::data_file(row[0]);
         VAR_set_def_type(VTYPE_CONT);
