@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
@@ -66,6 +67,17 @@ void fill_hpgl(Gint num_pt, const Gpt* array_pt) {
     ghpgl_printf("PM1;PM2;FP;\n");
 }
 
+void fill_picture(Gint num_pt, const Gpt* array_pt) {
+    if (state.fill_inter_style != GSOLID && state.fill_inter_style != GPAT) return;
+    gcairo_move(array_pt[0].x, array_pt[0].y);
+    for (int i = 1; i < num_pt; ++i) gcairo_line(array_pt[i].x, array_pt[i].y);
+    if (state.fill_inter_style == GSOLID) {
+        gcairo_fill(state.fill_color);
+    } else {
+        gcairo_fill_pattern(state.fill_color, state.fill_inter_index);
+    }
+}
+
 int write_metafile(Gint num_pt, const Gpt* array_pt) {
     gmeta_printf("FA %d ", num_pt);
     gmeta_points(num_pt, array_pt, true);
@@ -111,6 +123,9 @@ int gfill_area(Gint num_pt, const Gpt* array_pt) {
             break;
         case GWS_HPGL:
             fill_hpgl(num_pt, array_pt);
+            break;
+        case GWS_CAIRO:
+            fill_picture(num_pt, array_pt);
             break;
         default:
             break;

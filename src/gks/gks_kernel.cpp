@@ -6,6 +6,7 @@
 
 #include "files/files.h"
 #include "frame/mess.h"
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
@@ -50,6 +51,14 @@ void clear_on_paper(const Glim& l) {
     gps_printf("cp\n");
     gps_set_fill_color(GCOLR_BACK);
     gps_printf("fill\n");
+}
+
+void clear_on_picture(const Glim& l) {
+    gcairo_move(l.x_min, l.y_min);
+    gcairo_line(l.x_min, l.y_max);
+    gcairo_line(l.x_max, l.y_max);
+    gcairo_line(l.x_max, l.y_min);
+    gcairo_clear();
 }
 
 void clear_on_display(const Glim& l) {
@@ -106,6 +115,8 @@ bool gtype_is_PS(int type) { return type == GWS_PS; }
 bool gtype_is_HPGL(int type) { return type == GWS_HPGL; }
 bool gtype_is_PIX(int type) { return type == GWS_PIX; }
 bool gtype_is_WIN_PIX(int type) { return gtype_is_WIN(type) || gtype_is_PIX(type); }
+bool gtype_is_CAIRO(int type) { return type == GWS_CAIRO; }
+bool gtype_is_PAGE(int type) { return gtype_is_PS(type) || gtype_is_CAIRO(type); }
 
 int ginit_plot(int type) {
     if (type == -1) return -1;
@@ -172,6 +183,7 @@ int gclear_region(const Glim* limit) {
     gnew_obj(GOBJ_CLEAR_REGION, 1, sizeof(Glim), &l);
     if (gtype_is_WIN_PIX(type)) clear_on_display(l);
     if (gtype_is_PS(type)) clear_on_paper(l);
+    if (gtype_is_CAIRO(type)) clear_on_picture(l);
     return 0;
 }
 
