@@ -1,5 +1,6 @@
 // Opening and closing of the kernel, its reports, and what concerns no single primitive.
 
+#include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -54,10 +55,10 @@ void clear_on_paper(const Glim& l) {
 }
 
 void clear_on_picture(const Glim& l) {
-    gcairo_move(l.x_min, l.y_min);
-    gcairo_line(l.x_min, l.y_max);
-    gcairo_line(l.x_max, l.y_max);
-    gcairo_line(l.x_max, l.y_min);
+    constexpr Gint corners = 4;
+    const std::array<Gpt, corners> points{
+        {{l.x_min, l.y_min}, {l.x_min, l.y_max}, {l.x_max, l.y_max}, {l.x_max, l.y_min}}};
+    gcairo_rings(1, &corners, points.data());
     gcairo_clear();
 }
 

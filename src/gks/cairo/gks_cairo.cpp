@@ -15,7 +15,7 @@ namespace zav {
 namespace {
 
 constexpr double FAINTEST_LINE = 0.5;  // pixels; a thinner line of a raster couldn't be seen
-constexpr double SEAM = 0.2;           // points
+constexpr double SEAM = 0.5;           // points
 constexpr int PATTERN_SIZE = 8;
 constexpr double PATTERN_POINTS = 1;
 
@@ -71,6 +71,7 @@ void fill_path(cairo_t* page) {
     }
     cairo_fill_preserve(page);
     cairo_set_line_width(page, SEAM);
+    cairo_set_line_join(page, CAIRO_LINE_JOIN_BEVEL);
     cairo_set_dash(page, nullptr, 0, 0);
     cairo_stroke(page);
     gcairo_reset_pen();
@@ -126,6 +127,16 @@ void gcairo_move_abs(float x, float y) {
 
 void gcairo_line_abs(float x, float y) {
     if (cairo_t* page = gcairo_page()) cairo_line_to(page, x, y);
+}
+
+void gcairo_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    cairo_t* page = gcairo_page();
+    if (page == nullptr) return;
+    for (int ring = 0; ring < num_rings; array_pt += num_pt[ring], ++ring) {
+        for (int i = 0; i < num_pt[ring]; ++i) cairo_line_to(page, xW_ps(array_pt[i].x), yW_ps(array_pt[i].y));
+        cairo_close_path(page);
+        cairo_new_sub_path(page);
+    }
 }
 
 void gcairo_set_pen(int color, float width, int type) {

@@ -37,6 +37,10 @@ void gcairo_line(float x, float y);
 void gcairo_move_abs(float x, float y);
 void gcairo_line_abs(float x, float y);
 
+/// Rings of world coordinates as one path: `num_pt` has the number of points of each, `array_pt` their points one ring
+/// after the other.
+void gcairo_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt);
+
 /// The pen of lines: colour index, width as a multiple of the picture's base width, dash type.
 void gcairo_set_pen(int color, float width, int type);
 void gcairo_stroke();

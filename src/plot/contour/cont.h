@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,15 @@ int CONT_draw_lines(int type, int num_pt, Gpt* pts);
 
 /// Presets the plot positions of the grid points.
 int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry);
+
+/// Works out the plot positions of the grid's points on the current map, none for a grid on its own map. What is known
+/// of the same grid and map is kept. 0, or -1 without memory.
+int CONT_place_grid(const GRD_report& grid);
+
+/// Calls `take` with the stored index of each point that the map shows: those in its window and, of cells that the
+/// window cuts, the others too; some come more than once. False where all points count: the grid on its own map, or
+/// drawn as the grid has it.
+bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take);
 
 // Annotation, cont_label.cpp.
 

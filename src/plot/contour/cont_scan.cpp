@@ -54,14 +54,7 @@ Traced_cell traced_cell() {
 }
 
 int place_grid(const GRD_report& grid) {
-    Domain domain;
-    MAP_get_domain(&domain);
-    if (DOM_comp(&domain, &grid.domain)) {
-        cont.grdx.clear();
-        cont.grdy.clear();
-        return 0;
-    }
-    if (GRD_proj_XY(&grid, &domain, cont.grdx, cont.grdy) == 0) return 0;
+    if (CONT_place_grid(grid) == 0) return 0;
     MESS_print(MESS_WARN, "CONT_draw_contours: Unable to allocate grid arrays\n");
     return -1;
 }
@@ -299,6 +292,7 @@ void cont_set_line_attributes(int entry, float nlevel) {
 int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry) {
     cont.grdx = grx;
     cont.grdy = gry;
+    DOM_init(&cont.placed);
     return 0;
 }
 

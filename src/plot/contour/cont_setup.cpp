@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
@@ -127,7 +126,7 @@ int type_of_flag(int flag) {
 void settle_levels(GRD_report* grid) {
     float max = FMISS;
     float min = FMISS;
-    GRD_maxmin(grid, &max, &min);
+    cont_shown_range(*grid, &max, &min);
     CONT_set_range(max, min);
     ask_interval(max, min);
     if (cont_has_values()) CONT_set_bar(CONT_get_bar() == -2 ? 0 : 1);

@@ -115,6 +115,8 @@ struct Cont_engine {
     int con_off = 0;             ///< band at work
     std::vector<float> grdx;     ///< plot positions of the grid points; empty: the plot is in grid coordinates
     std::vector<float> grdy;
+    Domain placed;        ///< grid and map that the positions belong to; unset: those of CONT_grid
+    Domain placed_on;     ///<
     float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
@@ -210,6 +212,9 @@ Gpt cont_corner(int corner);
 
 /// Plot position of the grid point in column `i`, row `j` from the bottom. False off the map.
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt);
+
+/// Largest and smallest value that the map shows; those of the whole grid where it shows none.
+void cont_shown_range(const GRD_report& grid, float* max, float* min);
 
 /// Value of that grid point.
 float cont_value_at(const GRD_report& grid, int i, int j);
