@@ -197,6 +197,16 @@ void draw_text(const Gtext_state& text, const Gpt& pos, const std::string& str) 
     pen.finish();
 }
 
+/// Draws a string in a font of the system, where the stroke font would have it and not longer than there.
+void draw_system_text(const Gtext_state& text, const Gpt& pos, const std::string& str) {
+    Gcairo_string place;
+    place.pos = pos;
+    place.right = text.align.hor == GCENTER_HOR ? -0.5F : text.align.hor == GRIGHT_HOR ? -1.0F : 0.0F;
+    place.above = static_cast<float>(vertical_offset(text.align.vert) + GFONT_BASE) / CAP_HEIGHT;
+    if (text.font) place.most = static_cast<float>(string_length(text, str)) / CAP_HEIGHT;
+    gcairo_text(text, place, str);
+}
+
 /// The black copies of a string that lie to the lower right of it on a display.
 void draw_shadow(const Gtext_state& text, const Gpt& pos, const std::string& str) {
     const float pixel_x = xp_W(1.0F) - xp_W(0.0F);
@@ -232,6 +242,10 @@ int gtext(const Gpt* text_pos, const std::string& char_string) {
     record_text(*text_pos, char_string);
     if (text.font_type == Gfont_type::xfont) {
         gxfont_text(*text_pos, char_string);
+        return 0;
+    }
+    if (gtype_is_CAIRO(type) && text.font_ind == 1 && !gget_system_font().empty()) {
+        draw_system_text(text, *text_pos, char_string);
         return 0;
     }
     if (gtype_is_WIN_PIX(type) && text.drop_shadow > 0) draw_shadow(text, *text_pos, char_string);

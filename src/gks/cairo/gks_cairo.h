@@ -52,6 +52,16 @@ void gcairo_fill_pattern(int color, int pattern);
 /// Fills with the background; a transparent picture becomes transparent there.
 void gcairo_clear();
 
+/// A string in a font of the system.
+struct Gcairo_string {
+    Gpt pos;          ///< world coordinates
+    float right = 0;  ///< the string's left end from there, in its own direction, as a share of its length
+    float above = 0;  ///< the baseline from there, upward, in cap heights
+    float most = 0;   ///< longest that it may be, in cap heights; 0 for no limit
+};
+/// Draws a string with the other text attributes, in black or its colour.
+void gcairo_text(const Gtext_state& text, const Gcairo_string& place, const std::string& str);
+
 /// Clips to the viewport whose corners are given in output units, margin included.
 void gcairo_clip(float left, float bottom, float right, float top);
 

@@ -8,6 +8,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <ctime>
+#include <exception>
 #include <memory>
 
 #include "files/files.h"
@@ -36,6 +37,7 @@ struct State {
     int page = 0;          ///< number of the page at work, from 1
     std::string title;     ///< of the first page
     bool complete = true;  ///< all pages so far were written whole
+    std::string svg;       ///< text of a page
     std::unique_ptr<cairo_surface_t, surface_deleter> surface;
     std::unique_ptr<cairo_t, context_deleter> context;
 };
@@ -92,13 +94,37 @@ cairo_status_t take_bytes(void* out, const unsigned char* data, unsigned size) {
     return CAIRO_STATUS_SUCCESS;
 }
 
+/// The text of an SVG waits for what is to stand in front of its end.
+cairo_status_t take_text(void* text, const unsigned char* data, unsigned size) {
+    try {
+        static_cast<std::string*>(text)->append(reinterpret_cast<const char*>(data), size);
+    } catch (const std::exception&) {
+        return CAIRO_STATUS_NO_MEMORY;
+    }
+    return CAIRO_STATUS_SUCCESS;
+}
+
+/// The title is to be the first element of an SVG, and the texts are to lie over the rest.
+void write_svg() {
+    if (state.svg.empty()) return;
+    const std::string& text = state.svg;
+    const std::size_t start = std::min(text.find('>', text.find("<svg")), text.size() - 1) + 1;
+    const std::size_t end = std::max(std::min(text.rfind("</svg>"), text.size()), start);
+    state.out.write(text.data(), start);
+    state.out.write("\n<title>" + gcairo_svg_escaped(state.title) + "</title>");
+    state.out.write(text.data() + start, end - start);
+    state.out.write(gcairo_svg_texts());
+    state.out.write(text.data() + end, text.size() - end);
+    state.svg.clear();
+}
+
 cairo_surface_t* make_surface() {
     const Gpicture& picture = state.picture;
     switch (picture.format) {
         case Gpicture_format::pdf:
             return cairo_pdf_surface_create_for_stream(take_bytes, &state.out, picture.width, picture.height);
         case Gpicture_format::svg:
-            return cairo_svg_surface_create_for_stream(take_bytes, &state.out, picture.width, picture.height);
+            return cairo_svg_surface_create_for_stream(take_text, &state.svg, picture.width, picture.height);
         default:
             return cairo_image_surface_create(picture.transparent ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24,
                                               gtruncate(picture.width) * state.layout.fineness,
@@ -184,6 +210,7 @@ void end_surface() {
     cairo_surface_finish(state.surface.get());
     if (cairo_surface_status(state.surface.get()) != CAIRO_STATUS_SUCCESS) state.complete = false;
     state.surface.reset();
+    if (state.picture.format == Gpicture_format::svg) write_svg();
 }
 
 /// Closes the output. False, after a warning, if it isn't whole.
@@ -232,6 +259,8 @@ void gcairo_break_off() {
     state.out.abandon();
     state.context.reset();
     state.surface.reset();
+    state.svg.clear();
+    gcairo_svg_texts();
     state.open = false;
 }
 

@@ -51,6 +51,30 @@ void gcairo_reset_pen();
 bool gcairo_write_png(cairo_surface_t* surface, int fineness, bool transparent, const std::string& title,
                       Gout_file& out);
 
+/// A font of the system. Its measures are those of size 1.
+struct Gcairo_font {
+    cairo_font_face_t* face = nullptr;
+    std::string family;
+    bool bold = false, italic = false;
+    double cap_height = 1;
+};
+
+/// The font of a name, "family" with ":bold" and ":italic" behind it. A family that isn't there is told.
+const Gcairo_font& gcairo_font(const std::string& name);
+/// Advance of a text in the font that was asked for last, at size 1.
+double gcairo_text_width(const std::string& utf8);
+/// How letters are drawn: unhinted, so that they have the same shape and width everywhere. The caller's to destroy.
+cairo_font_options_t* gcairo_font_options();
+
+/// Keeps a text of an SVG page, whose letters are outlines, so that it can be searched. `matrix` places it on the page
+/// as points with y downward; `size` and `width` are in its units.
+void gcairo_svg_text(const std::string& utf8, const Gcairo_font& font, const cairo_matrix_t& matrix, double size,
+                     double width);
+/// A text as XML has it.
+std::string gcairo_svg_escaped(const std::string& text);
+/// What stands for the texts kept in front of the end of an SVG; forgets them.
+std::string gcairo_svg_texts();
+
 /// A text as UTF-8: itself if it is that, else as Latin-1. Control characters become blanks.
 std::string gcairo_utf8(const std::string& text);
 

@@ -1,9 +1,15 @@
-// Text as Cairo and file formats take it.
+// Text in fonts of the system.
 
+#include <cmath>
+
+#include "gks/cairo/gks_cairo.h"
 #include "gks/cairo/gks_cairo_state.h"
+#include "gks/gks_text_state.h"
 
 namespace zav {
 namespace {
+
+constexpr double MIDDLE = 0.5;  // of a capital letter's height
 
 /// Bytes of the UTF-8 character that begins at `at`; 0 if none does.
 std::size_t utf8_length(const std::string& text, std::size_t at) {
@@ -30,7 +36,59 @@ bool is_utf8(const std::string& text) {
     return true;
 }
 
+/// Cap heights of text along its baseline and upward as lengths on the page: a matrix with its origin at `pos`.
+cairo_matrix_t text_axes(const Gtext_state& text, const Gpt& pos) {
+    const double x = xW_ps(pos.x);
+    const double y = yW_ps(pos.y);
+    const double scale_x = xW_ps(pos.x + text.height) - x;
+    const double scale_y = yW_ps(pos.y + text.height) - y;
+    cairo_matrix_t axes;
+    cairo_matrix_init(&axes, text.upy * scale_x, -text.upx * scale_y, text.upx * scale_x, text.upy * scale_y, x, y);
+    return axes;
+}
+
+/// Keeps the string for the search in an SVG, in points of its height so that its size is one of letters.
+void keep_for_search(cairo_t* page, const Gcairo_font& font, const std::string& utf8, double left, double base,
+                     double width) {
+    if (!cairo_in_clip(page, left + width / 2, base + MIDDLE)) return;
+    cairo_matrix_t matrix;
+    cairo_get_matrix(page, &matrix);
+    cairo_matrix_translate(&matrix, left, base);
+    const double points = std::hypot(matrix.xy, matrix.yy);
+    if (!(points > 0)) return;
+    cairo_matrix_scale(&matrix, 1 / points, -1 / points);
+    gcairo_svg_text(utf8, font, matrix, points / font.cap_height, points * width);
+}
+
 }  // namespace
+
+void gcairo_text(const Gtext_state& text, const Gcairo_string& place, const std::string& str) {
+    cairo_t* page = gcairo_page();
+    if (page == nullptr) return;
+    const Gcairo_font& font = gcairo_font(gget_system_font());
+    const std::string utf8 = gcairo_utf8(str);
+    const double natural = text.expan * gcairo_text_width(utf8) / font.cap_height;
+    const double width = place.most > 0 && natural > place.most ? place.most : natural;
+    const cairo_matrix_t axes = text_axes(text, place.pos);
+    if (!(width > 0) || axes.xx * axes.yy - axes.xy * axes.yx == 0) return;
+    gcairo_set_pen(text.color, text.width, 1);
+    cairo_save(page);
+    cairo_transform(page, &axes);
+    cairo_matrix_t size;
+    cairo_matrix_init_scale(&size, text.expan * width / natural / font.cap_height, -1 / font.cap_height);
+    cairo_font_options_t* options = gcairo_font_options();
+    cairo_set_font_options(page, options);
+    cairo_font_options_destroy(options);
+    cairo_set_font_face(page, font.face);
+    cairo_set_font_matrix(page, &size);
+    cairo_move_to(page, place.right * width, place.above);
+    cairo_show_text(page, utf8.c_str());
+    if (gcairo_picture().format == Gpicture_format::svg) {
+        keep_for_search(page, font, utf8, place.right * width, place.above, width);
+    }
+    cairo_restore(page);
+    cairo_new_path(page);
+}
 
 std::string gcairo_utf8(const std::string& text) {
     const std::string line = gout_line(text);
