@@ -10,6 +10,7 @@
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "gks/gks_colr.h"
+#include "gks/gks_ws.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_state.h"
 
@@ -150,6 +151,7 @@ void print_position(int lab, const Glim& view, const Label_layout& layout) {
         const std::string& text = PLT_get_label(lab, i);
         const Gpt point{x[column], first + static_cast<float>(i) * layout.dy};
         if (!text.empty()) GPH_pprint(&point, text);
+        if (!text.empty() && upper) gadd_page_title(text);
         if (state.done[lab]) break;
     }
 }
