@@ -16,7 +16,7 @@ constexpr int USUAL_BANDS = 15;
 /// Colours that one plot takes of the colour table, which other layers need too.
 constexpr int MOST_COLORS = 100;
 
-/// What the ends of a palette stand for: the middles of the lowest and the highest band.
+/// The values that the colours are spread over.
 struct Span {
     float low;
     float high;
@@ -38,8 +38,6 @@ Span color_span() {
     Span span{cont.conlo, cont.conlo + static_cast<float>(cont.num_cont) * cont.intrvl};
     if (cont.color_low != FMISS && cont.color_high > cont.color_low) span = {cont.color_low, cont.color_high};
     if (cont.bar_max != FMISS && cont.bar_max > cont.bar_min) span = {cont.bar_min, cont.bar_max};
-    span.low += cont.intrvl / 2.0F;
-    span.high = std::max(span.high - cont.intrvl / 2.0F, span.low);
     return span;
 }
 
@@ -59,21 +57,24 @@ void choose_usual(Span* span) {
 /// Place of a value between two others, from 0 to 1; in the middle where they are one.
 float place_between(float value, float low, float high) { return high > low ? (value - low) / (high - low) : 0.5F; }
 
-/// Fraction of the way through the palette for the middle of a band. One that diverges has its own middle at the
-/// field's, and equal steps to both sides; a field on one side of it takes the half for that side.
-float exact_place(const Span& span, float value) {
-    const float part = place_between(value, span.low, span.high);
-    if (!span.diverges) return part;
-    if (span.middle <= span.low) return 0.5F + 0.5F * part;
-    if (span.middle >= span.high) return 0.5F * part;
-    const float reach = std::max(span.middle - span.low, span.high - span.middle);
-    return 0.5F + 0.5F * (value - span.middle) / reach;
+/// Fraction of the way through the palette for a value between the middles of the lowest and the highest band. One that
+/// diverges has its own middle at the field's, and equal steps to both sides; a field on one side of it takes the half
+/// for that side.
+float place_in_palette(const Span& bands, float value) {
+    const float part = place_between(value, bands.low, bands.high);
+    if (!bands.diverges) return part;
+    if (bands.middle <= bands.low) return 0.5F + 0.5F * part;
+    if (bands.middle >= bands.high) return 0.5F * part;
+    const float reach = std::max(bands.middle - bands.low, bands.high - bands.middle);
+    return 0.5F + 0.5F * (value - bands.middle) / reach;
 }
 
-float place_in_palette(const Span& span, float value) {
-    const float place = exact_place(span, value);
+/// Colour of the band whose middle is given.
+int color_of_band(const Span& bands, float value) {
+    float place = place_in_palette(bands, value);
     const float steps = MOST_COLORS - 1.0F;
-    return cont.color_num > MOST_COLORS ? std::round(place * steps) / steps : place;
+    if (cont.color_num > MOST_COLORS) place = std::round(place * steps) / steps;
+    return PAL_color(cont.palette.colors, place);
 }
 
 }  // namespace
@@ -102,17 +103,19 @@ void cont_spread_palette() {
     Span span = color_span();
     if (cont.palette.usual) choose_usual(&span);
     // The bar may show bands that the field hasn't.
-    const double lowest = std::min(cont.conlo, span.low);
-    const double highest = std::max(cont.conlo + static_cast<double>(cont.num_cont) * cont.intrvl, 0.0 + span.high);
-    const double bands = std::ceil((highest - lowest) / cont.intrvl) + 1.0;
-    if (bands <= static_cast<double>(cont.palette.least)) return;
-    cont.color_num = static_cast<int>(std::clamp<double>(bands, USUAL_BANDS, CONT_BANDS));
+    const double step = cont.intrvl;
+    const double first = std::min(std::floor((span.low - cont.conlo) / step), 0.0);
+    const double end = std::max(std::floor((span.high - cont.conlo) / step) + 1.0, 0.0 + cont.num_cont);
+    if (end - first <= static_cast<double>(cont.palette.least)) return;
+    cont.color_num = static_cast<int>(std::clamp<double>(end - first, USUAL_BANDS, CONT_BANDS));
+    const float half = cont.intrvl / 2.0F;
+    span.low += half;
+    span.high = std::max(span.high - half, span.low);
     for (int k = 0; k < cont.color_num; ++k) {
-        const auto level =
-            static_cast<float>(cont.conlo + std::floor((lowest - cont.conlo) / cont.intrvl + k) * cont.intrvl);
+        const auto level = static_cast<float>(cont.conlo + (first + k) * step);
         Gattribs& band = cont.fill_attrib[cont_band_of(level)];
         CONT_fill_attrib_init(&band);
-        band.color = PAL_color(cont.palette.colors, place_in_palette(span, level + cont.intrvl / 2.0F));
+        band.color = color_of_band(span, level + half);
     }
     cont.fill_attrib[cont.color_num].color = CLR_END;
 }
