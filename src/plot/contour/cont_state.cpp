@@ -19,15 +19,6 @@ std::size_t stored_index(const GRD_report& grid, int i, int j) {
     return row * static_cast<std::size_t>(grid.domain.nx) + static_cast<std::size_t>(i);
 }
 
-/// Index in the field of a point of the grid that it is drawn of; beyond all for one that isn't shown.
-std::size_t index_in_field(int i, int j) {
-    const Cont_own& own = cont.own;
-    const int column = own.columns.empty() ? i * own.steps : own.columns[static_cast<std::size_t>(i)];
-    if (column < 0) return std::numeric_limits<std::size_t>::max();
-    const auto row = static_cast<std::size_t>((own.grid->domain.ny - 1 - j) * own.steps);
-    return row * static_cast<std::size_t>(own.field_columns) + static_cast<std::size_t>(column);
-}
-
 }  // namespace
 
 bool cont_has_values() { return cont.cont_value[0] != FMISS; }
@@ -36,7 +27,7 @@ bool cont_is_filled() { return cont.cont_type == CONT_FILL || cont.cont_type == 
 
 int cont_wrap_band(double band) {
     if (cont.color_num < 1 || !std::isfinite(band)) return 0;
-    const int count = std::min(cont.color_num, CONT_LEVELS);
+    const int count = std::min(cont.color_num, CONT_BANDS);
     const int rest = static_cast<int>(std::fmod(band, count));
     return rest < 0 ? rest + count : rest;
 }
@@ -91,6 +82,17 @@ bool cont_is_cut(float level) {
 
 Gpt cont_corner(int corner) { return {cont.x[corner], cont.y[corner]}; }
 
+Gpt cont_point(Cont_place place) {
+    switch (place.kind) {
+        case Cont_place::UPPER:
+            return cont.at[place.number];
+        case Cont_place::LOWER:
+            return cont.pt[LOWER + place.number];
+        default:
+            return cont_corner(place.number);
+    }
+}
+
 Gpt cont_side_point(int side, float d) {
     const auto [a, b] = CONT_SIDES[side];
     Gpt pt;
@@ -99,8 +101,7 @@ Gpt cont_side_point(int side, float d) {
 }
 
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt) {
-    const bool by_field = &grid == cont.own.grid && (cont.placed || cont.own.steps > 1);
-    const std::size_t index = by_field ? index_in_field(i, j) : stored_index(grid, i, j);
+    const std::size_t index = stored_index(grid, i, j);
     if (cont.grdx.empty()) {
         *pt = {static_cast<float>(i), static_cast<float>(j)};
         return true;

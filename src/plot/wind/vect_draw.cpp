@@ -4,6 +4,7 @@
 #include <numbers>
 #include <utility>
 
+#include "calc/grd_place.h"
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
@@ -44,7 +45,9 @@ class Positions {
         VECT_grid(nullptr, nullptr);
         const Domain* map = MAP_get_domain(nullptr);
         if (map == nullptr || DOM_comp(map, &grid.domain) != 0) return true;
-        if (GRD_proj_XY(&grid, map, grdx, grdy) != 0 || grdx.empty()) return false;
+        const int result =
+            PLT_letter() ? GRD_proj_XY(&grid, map, grdx, grdy) : GRD_place_points(grid, *map, grdx, grdy);
+        if (result != 0 || grdx.empty()) return false;
         VECT_grid(grdx.data(), grdy.data());
         return true;
     }

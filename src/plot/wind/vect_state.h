@@ -22,6 +22,7 @@ struct Vect_memory {
     int vect_type = MISS;
     float intrvl = FMISS;
     float base = FMISS;
+    float color_high = FMISS;  ///< end of the speeds over which the colours are spread
 };
 
 struct Vect_state {
