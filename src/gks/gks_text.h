@@ -49,6 +49,10 @@ int read_font(const std::string& name);
 int gsetup_fonts();
 /// Font list that goes before the resource "font_list": "fi:" and a list file, or comma-separated font files.
 int gset_font_list(const std::string& list);
+/// A font of the system, "family" with ":bold" and ":italic" behind it, that stands for font 1 on pictures; empty for
+/// none. Other workstations draw font 1 with a warning.
+void gset_system_font(const std::string& name);
+const std::string& gget_system_font();
 /// Font number for a name or a number in text form; unknown names give 1.
 int gget_font_index(const std::string& str);
 

@@ -29,9 +29,26 @@ constexpr std::array<Corner, 4> CORNERS{{{0b0011, 0}, {0b1001, 1}, {0b0110, 3}, 
 
 }  // namespace
 
-Cont_join::Cont_join(const GRD_report& grid, int columns) : grid_(grid), columns_(columns) {
+Cont_join::Cont_join(const GRD_report& grid, int columns) : grid_(grid), columns_(columns), closed_(is_closed()) {
     above_.assign(static_cast<std::size_t>(columns), {NOTHING, 0, 0});
     below_ = above_;
+}
+
+/// True for a grid laid round a pole, whose last column of points is the first one again.
+bool Cont_join::is_closed() const {
+    const auto nx = static_cast<std::size_t>(grid_.domain.nx);
+    if (nx < 3 || cont.grdx.size() < nx) return false;
+    constexpr float same_place = 1e-4F;  // map units of some 100 km
+    bool any = false;
+    for (std::size_t first = 0; first + nx <= cont.grdx.size(); first += nx) {
+        const std::size_t last = first + nx - 1;
+        if (cont.grdx[first] == FMISS && cont.grdx[last] == FMISS) continue;
+        any = true;
+        if (std::fabs(cont.grdx[first] - cont.grdx[last]) > same_place) return false;
+        if (std::fabs(cont.grdy[first] - cont.grdy[last]) > same_place) return false;
+        if (grid_.grid[first] != grid_.grid[last]) return false;
+    }
+    return any;
 }
 
 // Vertices.
@@ -39,7 +56,8 @@ Cont_join::Cont_join(const GRD_report& grid, int columns) : grid_(grid), columns
 Cont_key Cont_join::key(int column, int row, unsigned kind, int level) const {
     constexpr unsigned level_bits = 24;
     const auto stride = static_cast<std::uint64_t>(grid_.domain.nx);
-    const std::uint64_t point = static_cast<std::uint64_t>(row) * stride + static_cast<std::uint64_t>(column);
+    const auto in_row = static_cast<std::uint64_t>(closed_ && column == columns_ ? 0 : column);
+    const std::uint64_t point = static_cast<std::uint64_t>(row) * stride + in_row;
     return ((point * 3 + kind) * 3 + 1) << level_bits | static_cast<std::uint64_t>(level);
 }
 
@@ -91,6 +109,7 @@ void Cont_join::start_row(int j) {
     row_ = j;
     left_ = {NOTHING, 0, 0};
     left_edges_.clear();
+    first_edges_.clear();
     below_edges_.clear();
 }
 
@@ -228,13 +247,14 @@ void Cont_join::whole_cell(int i, int layer) {
 }
 
 void Cont_join::end_row() {
-    // The right side of the last cell looks at nothing.
+    // The right side of the last cell looks at nothing, or at the first cell.
     column_ = columns_ - 1;
-    if (left_.layer >= 0) {
-        stay_whole(3, left_.layer);
-    } else if (left_.layer == PIECES) {
-        for (const Edge& edge : left_edges_) stay(edge);
+    if (left_.layer != PIECES) left_edges_.clear();
+    if (left_.layer >= 0 && layers_[left_.layer].on) {
+        cont_load_cell(grid_, column_, row_);
+        left_edges_.push_back(whole_side(3, left_.layer));
     }
+    settle(first_edges_, left_edges_.data(), left_edges_.size());
     above_.swap(below_);
     above_edges_.swap(below_edges_);
 }
@@ -243,20 +263,14 @@ void Cont_join::end_strip() {
     for (int i = 0; i < columns_; ++i) {
         const Border& border = above_[i];
         column_ = i;
-        if (border.layer >= 0) {
-            stay_whole(0, border.layer);
+        if (border.layer >= 0 && layers_[border.layer].on) {
+            cont_load_cell(grid_, i, row_);
+            stay(whole_side(0, border.layer));
         } else if (border.layer == PIECES) {
             for (std::size_t k = 0; k < border.count; ++k) stay(above_edges_[border.first + k]);
         }
         above_[i] = {NOTHING, 0, 0};
     }
-}
-
-/// The side of a whole cell that looks at nothing.
-void Cont_join::stay_whole(int side, int layer) {
-    if (!layers_[layer].on) return;
-    cont_load_cell(grid_, column_, row_);
-    stay(whole_side(side, layer));
 }
 
 /// A side of a whole cell, with the cell on its left.

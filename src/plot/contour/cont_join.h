@@ -103,7 +103,7 @@ class Cont_join {
     void settle_side(int side, const Border& border, const Edges& list);
     void pair(const Edge& edge, const Edge& other);
     void stay(const Edge& edge);
-    void stay_whole(int side, int layer);
+    bool is_closed() const;
     Edge whole_side(int side, int layer) const;
 
     const GRD_report& grid_;
@@ -126,6 +126,8 @@ class Cont_join {
     std::array<Edges, 4> sides_;   ///< edges of the cell on its sides
     Border left_{NOTHING, 0, 0};
     Edges left_edges_;
+    bool closed_;                ///< the last column of points lies on the first
+    Edges first_edges_;          ///< left side of the first cell of a closed row
     std::vector<Border> above_;  ///< lower sides of the row above
     std::vector<Border> below_;  ///< and of the row at work
     Edges above_edges_;

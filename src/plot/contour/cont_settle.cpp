@@ -18,7 +18,9 @@ constexpr Cont_key LEVEL_MASK = (Cont_key{1} << 24U) - 1;
 /// Sets the edges on a side of the cell at work against those of its neighbour there.
 void Cont_join::settle_side(int side, const Border& border, const Edges& list) {
     Edges& mine = sides_[side];
-    if (border.layer == NOTHING) {
+    if (side == 1 && column_ == 0 && closed_) {
+        first_edges_ = mine;
+    } else if (border.layer == NOTHING) {
         for (const Edge& edge : mine) stay(edge);
     } else if (border.layer == PIECES) {
         settle(mine, list.data() + border.first, border.count);

@@ -9,6 +9,7 @@
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks_colr.h"
+#include "gks/gks_ws.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_labl.h"
 #include "plot/page/plt_state.h"
@@ -84,6 +85,15 @@ std::vector<PLT_title_line> label_rows(bool upper, int num, const Done& done) {
     return rows;
 }
 
+/// The titles of the page as a whole.
+void tell_titles(const std::vector<PLT_title_line>& rows) {
+    for (int column = 0; column < 3; ++column) {
+        for (const PLT_title_line& row : rows) {
+            if (!row[column].empty()) gadd_page_title(row[column]);
+        }
+    }
+}
+
 /// Rows broken into as many lines as their texts need to stand apart, from the bottom up.
 std::vector<PLT_title_line> break_rows(const std::vector<PLT_title_line>& rows, const PLT_title_space& space,
                                        float height) {
@@ -109,6 +119,7 @@ Titles lay_out(const PLT_state& plot, float space, const Done& done, const Gattr
     Titles titles;
     titles.above = label_rows(true, num, done);
     titles.below = label_rows(false, num, done);
+    tell_titles(titles.above);
     titles.spare = num - static_cast<int>(titles.above.size());
     titles.step = std::min(space / static_cast<float>(num), MOST_STEP * (view.y_max - view.y_min));
     GPH_text_attr(&attrib, TEXT_SHARE * titles.step);

@@ -139,7 +139,7 @@ void restore_page() {
 
 /// Makes room for an inset on paper and displays: what the page shows there would run through it.
 void clear_panel() {
-    const bool paper = PLT_get_work_type() == GWS_PS;
+    const bool paper = gtype_is_PAGE(PLT_get_work_type());
     if (!paper && !gtype_is_WIN(PLT_get_work_type())) return;
     Glim view;
     Glim panel;
