@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
@@ -128,7 +127,7 @@ int type_of_flag(int flag) {
 void settle_levels(GRD_report* grid) {
     float max = FMISS;
     float min = FMISS;
-    GRD_maxmin(grid, &max, &min);
+    cont_shown_range(*grid, &max, &min);
     CONT_set_range(max, min);
     ask_interval(max, min);
     if (cont_has_values()) CONT_set_bar(CONT_get_bar() == -2 ? 0 : 1);
@@ -167,6 +166,7 @@ int CONT_init() {
     cont.y_label_space = MISS;
     cont.x_skip = cont.usual_x_skip;
     cont.y_skip = cont.usual_y_skip;
+    cont.smooth = cont.usual_smooth;
     cont.over = 0;
     return 0;
 }

@@ -68,6 +68,10 @@ void vect_band_attributes(float spd);
 /// 0, or -1 without memory.
 int vect_draw_streamlines(GRD_report* ugrid, GRD_report* vgrid, float length);
 
+/// Draws streamlines whose distance and heads are lengths on the page, on a map of the earth. 0, or -1 with a message
+/// when there is no memory.
+int vect_draw_flow(const GRD_report& ugrid, const GRD_report& vgrid);
+
 /// Map position of the point in column `i`, stored row `j`: from the positions handed in, or on the current map.
 /// False off the map.
 bool vect_map_position(const GRD_report& grid, int i, int j, float* x, float* y);

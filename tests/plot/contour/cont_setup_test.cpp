@@ -9,6 +9,7 @@
 #include <random>
 #include <sstream>
 
+#include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
 #include "frame/status.h"
@@ -309,6 +310,55 @@ TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
             EXPECT_EQ(lines, want + want + want + want) << format << ' ' << row[1];
         }
     }
+}
+
+/// Range of the points of all cells under a lattice of places in the window of the current map, `more` steps of the
+/// lattice wider on each side.
+Cont_range range_under(const GRD_report& grid, int more) {
+    Cont_range range{INFINITY, -INFINITY};
+    const Domain map = *MAP_get_domain(nullptr);
+    Glim window;
+    MAP_get_window(&window);
+    for (int n = -more; n <= 200 + more; ++n) {
+        for (int m = -more; m <= 200 + more; ++m) {
+            float x = window.x_min + (window.x_max - window.x_min) * static_cast<float>(n) / 200;
+            float y = window.y_min + (window.y_max - window.y_min) * static_cast<float>(m) / 200;
+            if (GRD_get_value_domain(&grid, &map, &x, &y) == FMISS) continue;
+            for (const float row : {std::floor(y), std::ceil(y)}) {
+                for (const float column : {std::floor(x), std::ceil(x)}) {
+                    const float value = GRD_get_value(&grid, column, row);
+                    range = {std::min(range.low, value), std::max(range.high, value)};
+                }
+            }
+        }
+    }
+    return range;
+}
+
+/// On maps of all sizes, from the globe to a part of one cell: what is under the map, and nothing far from it.
+TEST_F(ContAttributes, TheRangeIsThatOfWhatTheMapShows) {
+    PLT_set_letter(false);
+    for (const auto& row : test::data_cells("plot/shown_ranges.tsv")) {
+        const std::string file = test::data_file(row[0]);
+        VAR_set_def_type(VTYPE_CONT);
+        ASSERT_EQ(VAR_setup(nullptr, row[1].c_str()), 1);
+        plot(row[2], [&] {
+            ASSERT_EQ(GRD_search_file(file), 1) << row[1];
+            const GRD_report& grid = *GRD_get_grid(0);
+            Cont_range shown{};
+            cont = Cont_state{};
+            cont_shown_range(grid, &shown.high, &shown.low);
+            const Cont_range least = range_under(grid, 0);
+            const Cont_range most = range_under(grid, std::stoi(row[3]));
+            EXPECT_TRUE(most.low <= shown.low && shown.low <= least.low) << row[2] << ' ' << shown.low;
+            EXPECT_TRUE(least.high <= shown.high && shown.high <= most.high) << row[2] << ' ' << shown.high;
+            PLT_set_letter(true);
+            cont_shown_range(grid, &shown.high, &shown.low);
+            PLT_set_letter(false);
+            EXPECT_TRUE(shown.low < most.low || shown.high > most.high || row[4] == "whole") << row[2];
+        });
+    }
+    VAR_reset();
 }
 
 }  // namespace
