@@ -155,8 +155,7 @@ TEST_F(MapBackground, GraphsHaveNumbersAtTheirAxes) {
     for (const auto& row : test::data_cells("plot/graphs.tsv")) {
         const test::Drawn drawn = draw_map(row[0], row[1]);
         std::string got = std::to_string(drawn.paths.size()) + " lines";
-        for (const auto& t : drawn.texts)
-            got += text_format(" %s@%.3g,%.3g", t.str.c_str(), t.pts[0].x, t.pts[0].y);
+        for (const auto& t : drawn.texts) got += text_format(" %s@%.3g,%.3g", t.str.c_str(), t.pts[0].x, t.pts[0].y);
         EXPECT_EQ(got, row[2]) << row[0];
     }
 }
