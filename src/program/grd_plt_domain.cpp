@@ -26,9 +26,9 @@ constexpr int LATTICE = 32;
 
 struct State {
     std::array<std::string, OPTIONS.size()> texts;  ///< the options as they were last read
-    bool faulty = false;  ///< one of them couldn't be read
-    Domain whole;         ///< what names a projection; unset without one
-    Domain part;          ///< a size or a zoom, which goes over the whole or the file's domain
+    bool faulty = false;                            ///< one of them couldn't be read
+    Domain whole;                                   ///< what names a projection; unset without one
+    Domain part;  ///< a size or a zoom, which goes over the whole or the file's domain
     Domain result;
     bool done = false;  ///< `result` is worked out
 };
