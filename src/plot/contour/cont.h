@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ enum : int { CONT_UNDER_MAP = 0, CONT_OVER_MAP = 1 };
 
 /// Most contour levels and bands, the ending entry of a level list inside them.
 constexpr int CONT_LEVELS = 256;
+/// Most bands of an interval that have entries of their own; the colours come back after these.
+constexpr int CONT_BANDS = 2000;
 
 /// Mouse and key events of a contour plot: type, event string, position.
 using CONT_event = void (*)(int type, const char* str, float x, float y);
@@ -43,6 +46,15 @@ int CONT_draw_lines(int type, int num_pt, Gpt* pts);
 
 /// Presets the plot positions of the grid points.
 int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry);
+
+/// Works out the plot positions of the grid's points on the current map, none for a grid on its own map. What is known
+/// of the same grid and map is kept. 0, or -1 without memory.
+int CONT_place_grid(const GRD_report& grid);
+
+/// Calls `take` with the stored index of each point that the map shows: those in its window and, of cells that the
+/// window cuts, the others too; some come more than once. False where all points count: the grid on its own map, or
+/// drawn as the grid has it.
+bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take);
 
 // Annotation, cont_label.cpp.
 
@@ -96,6 +108,9 @@ int CONT_set_scale(float scale);
 int CONT_set_skip(int x, int y);
 /// Step of value plots whose plot format gives none.
 int CONT_set_usual_skip(int x, int y);
+/// Steps, 1 to 8, into which each step of a grid is cut before it is contoured, where a plot format gives none. -1 with
+/// a message for another text.
+int CONT_set_usual_smooth(const std::string& text);
 /// CONT_UNDER_MAP or CONT_OVER_MAP where a plot parameter gives the order, else MISS.
 int CONT_get_map_order();
 int CONT_set_plot_offset(float x, float y);
@@ -108,6 +123,8 @@ int CONT_set_intrvl(float intrvl);
 float CONT_get_intrvl();
 int CONT_set_range(float max, float min);
 int CONT_set_bar_range(float max, float min);
+/// Range over which a palette is spread in place of the plot's levels; FMISS for these.
+int CONT_set_color_range(float max, float min);
 int CONT_get_type();
 int CONT_set_label_type(int skip, int rad);
 int CONT_set_over(int over);

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
@@ -33,6 +32,7 @@ void recall_choices(const Cont_memory& memory) {
     cont.intrvl = memory.intrvl;
     cont.dash = memory.dash;
     cont.base = memory.base;
+    CONT_set_color_range(memory.color_high, memory.color_low);
 }
 
 /// Shows the range and asks for the interval where nothing gives it.
@@ -127,7 +127,7 @@ int type_of_flag(int flag) {
 void settle_levels(GRD_report* grid) {
     float max = FMISS;
     float min = FMISS;
-    GRD_maxmin(grid, &max, &min);
+    cont_shown_range(*grid, &max, &min);
     CONT_set_range(max, min);
     ask_interval(max, min);
     if (cont_has_values()) CONT_set_bar(CONT_get_bar() == -2 ? 0 : 1);
@@ -154,6 +154,8 @@ int CONT_init() {
     cont.max_cut = FMISS;
     cont.dash = 0;
     cont.color_fill_set = 0;
+    cont.palette = {};
+    CONT_set_color_range(FMISS, FMISS);
     cont.fill_pat = MISS;
     cont.format.clear();
     cont.num_form.clear();
@@ -164,6 +166,7 @@ int CONT_init() {
     cont.y_label_space = MISS;
     cont.x_skip = cont.usual_x_skip;
     cont.y_skip = cont.usual_y_skip;
+    cont.smooth = cont.usual_smooth;
     cont.over = 0;
     return 0;
 }
@@ -212,7 +215,9 @@ int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain*, CONT_eve
 
     MESS_print(MESS_PROGRESS, "Contouring data for %s\n\n", grid->info.c_str());
     settle_levels(grid);
-    if (!memory.settled) memory = {true, cont.cont_type, cont.dash, cont.intrvl, cont.cbase};
+    if (!memory.settled) {
+        memory = {true, cont.cont_type, cont.dash, cont.intrvl, cont.cbase, cont.conlo, cont.conhi};
+    }
     return 0;
 }
 

@@ -35,6 +35,7 @@ void recall_choices(int ind) {
     vect.vect_type = memory.vect_type;
     vect.intrvl = memory.intrvl;
     vect.base = memory.base;
+    if (memory.color_high != FMISS) CONT_set_color_range(memory.color_high, 0.0F);
 }
 
 /// Largest speed of a field in which each wind runs along an axis, where GRD_UVmax finds none; FMISS without winds.
@@ -50,9 +51,21 @@ float largest_axis_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
     return max;
 }
 
-void find_largest_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
+/// Largest speed of the winds that the map shows, FMISS where it shows none or all count.
+float largest_shown_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
     float max = FMISS;
-    GRD_UVmax(&ugrid, &vgrid, &max);
+    CONT_each_shown(ugrid, [&](std::size_t k) {
+        const float u = ugrid.grid[k];
+        const float v = vgrid.grid[k];
+        if (u != FMISS && v != FMISS) max = std::max(max, std::hypot(u, v));
+    });
+    return max;
+}
+
+void find_largest_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
+    const bool pair = ugrid.domain.nx == vgrid.domain.nx && ugrid.domain.ny == vgrid.domain.ny;
+    float max = pair ? largest_shown_speed(ugrid, vgrid) : FMISS;
+    if (max == FMISS) GRD_UVmax(&ugrid, &vgrid, &max);
     if (max == FMISS) max = largest_axis_speed(ugrid, vgrid);
     VECT_set_max(max);
 }
@@ -137,7 +150,7 @@ int VECT_plot_setup(int plot, int ind, GRD_report* ugrid, GRD_report* vgrid, Dom
     find_largest_speed(*ugrid, *vgrid);
     settle_interval();
     set_labels(*ugrid);
-    if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base};
+    if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base, vect.grid_max};
     return 0;
 }
 

@@ -9,6 +9,7 @@
 #include <random>
 #include <sstream>
 
+#include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/resrc.h"
 #include "frame/status.h"
@@ -19,7 +20,9 @@
 #include "plot/contour/cont_support.h"
 #include "plot/meta_plot.h"
 #include "plot/page/plt_labl.h"
+#include "plot/page/plt_tool.h"
 #include "support/table.h"
+#include "var/var_tool.h"
 
 namespace zav {
 namespace {
@@ -185,6 +188,59 @@ TEST_F(ContSetup, LevelFilesOfAnyContentAreHarmless) {
     EXPECT_LE(cont.color_num, CONT_LEVELS);
 }
 
+/// Colours of the bands of a filled field from `min` to `max`, as "#rrggbb", the lowest first.
+std::vector<std::string> band_colors(int variable, float min, float max, float intrvl, float color_max = FMISS) {
+    GRD_report grid;
+    grid.var = variable;
+    grid.units = "K";
+    CLR_clear_table();
+    CONT_init();
+    cont.grd_ptr = &grid;
+    CONT_set_type(CONT_FILL);
+    CONT_set_color_range(color_max, min);
+    CONT_set_fill_colors(nullptr, 0);
+    CONT_set_range(max, min);
+    CONT_set_intrvl(intrvl);
+    CONT_set_cont_ext(nullptr);
+    std::vector<std::string> colors;
+    for (int k = 0; k < cont.num_cont; ++k) {
+        Gattribs band;
+        CONT_get_fill_attrib(cont.conlo + (static_cast<float>(k) + 0.5F) * cont.intrvl, &band);
+        colors.push_back(CLR_get_name(band.color));
+    }
+    cont.grd_ptr = nullptr;
+    return colors;
+}
+
+TEST_F(ContSetup, PalettesSpreadOverTheBandsAndNeverComeBack) {
+    RES_put("file_path", test::source_dir() + "/share/zav");
+    VAR_read_varfile();
+    constexpr int HEIGHT = 7;
+    constexpr int TEMPERATURE = 11;
+    for (const float intrvl : {10.0F, 60.0F, 0.0F, 5000.0F}) {
+        std::vector<std::string> colors = band_colors(HEIGHT, 4893.0F, 5826.0F, intrvl);
+        EXPECT_EQ(colors.size(), intrvl == 10.0F ? 94U : intrvl == 60.0F ? 17U : intrvl == 0.0F ? 15U : 2U);
+        EXPECT_EQ(colors.front(), CLR_get_name(PAL_color(PAL_find("height"), 0.0F))) << intrvl;
+        EXPECT_EQ(colors.back(), CLR_get_name(PAL_color(PAL_find("height"), 1.0F))) << intrvl;
+        std::sort(colors.begin(), colors.end());
+        EXPECT_EQ(std::unique(colors.begin(), colors.end()), colors.end()) << intrvl;
+    }
+    // Temperatures have the middle at 273.15 K, and a half of the palette on one side of it.
+    const std::vector<std::string> about_zero = band_colors(TEMPERATURE, 243.15F, 303.15F, 1.0F);
+    EXPECT_EQ(about_zero[29], CLR_get_name(PAL_color(PAL_find("temperature"), 0.5F - 0.5F * 0.65F / 30.35F)));
+    EXPECT_EQ(band_colors(TEMPERATURE, 280.5F, 300.5F, 1.0F).front(), "#ffffbf");
+    EXPECT_EQ(band_colors(TEMPERATURE, 240.5F, 260.5F, 1.0F).back(), "#ffffbf");
+    // A later page of a sequence keeps the colours of the first, and the last one beyond its range.
+    const std::vector<std::string> first = band_colors(HEIGHT, 5000.0F, 5500.0F, 50.0F);
+    const std::vector<std::string> later = band_colors(HEIGHT, 5000.0F, 5900.0F, 50.0F, cont.conhi);
+    EXPECT_TRUE(std::equal(first.begin(), first.end(), later.begin()));
+    EXPECT_EQ(later.back(), first.back());
+    PLT_set_letter(true);
+    EXPECT_EQ(band_colors(HEIGHT, 4893.0F, 5826.0F, 60.0F)[0], "");
+    PLT_set_letter(false);
+    EXPECT_EQ(cont.color_num, 15);
+}
+
 using Settings = std::map<std::string, std::string>;
 
 /// Words of a text, "name=value" each.
@@ -254,6 +310,55 @@ TEST_F(ContAttributes, LinesTakeThoseOfTheirBandOrThePlot) {
             EXPECT_EQ(lines, want + want + want + want) << format << ' ' << row[1];
         }
     }
+}
+
+/// Range of the points of all cells under a lattice of places in the window of the current map, `more` steps of the
+/// lattice wider on each side.
+Cont_range range_under(const GRD_report& grid, int more) {
+    Cont_range range{INFINITY, -INFINITY};
+    const Domain map = *MAP_get_domain(nullptr);
+    Glim window;
+    MAP_get_window(&window);
+    for (int n = -more; n <= 200 + more; ++n) {
+        for (int m = -more; m <= 200 + more; ++m) {
+            float x = window.x_min + (window.x_max - window.x_min) * static_cast<float>(n) / 200;
+            float y = window.y_min + (window.y_max - window.y_min) * static_cast<float>(m) / 200;
+            if (GRD_get_value_domain(&grid, &map, &x, &y) == FMISS) continue;
+            for (const float row : {std::floor(y), std::ceil(y)}) {
+                for (const float column : {std::floor(x), std::ceil(x)}) {
+                    const float value = GRD_get_value(&grid, column, row);
+                    range = {std::min(range.low, value), std::max(range.high, value)};
+                }
+            }
+        }
+    }
+    return range;
+}
+
+/// On maps of all sizes, from the globe to a part of one cell: what is under the map, and nothing far from it.
+TEST_F(ContAttributes, TheRangeIsThatOfWhatTheMapShows) {
+    PLT_set_letter(false);
+    for (const auto& row : test::data_cells("plot/shown_ranges.tsv")) {
+        const std::string file = test::data_file(row[0]);
+        VAR_set_def_type(VTYPE_CONT);
+        ASSERT_EQ(VAR_setup(nullptr, row[1].c_str()), 1);
+        plot(row[2], [&] {
+            ASSERT_EQ(GRD_search_file(file), 1) << row[1];
+            const GRD_report& grid = *GRD_get_grid(0);
+            Cont_range shown{};
+            cont = Cont_state{};
+            cont_shown_range(grid, &shown.high, &shown.low);
+            const Cont_range least = range_under(grid, 0);
+            const Cont_range most = range_under(grid, std::stoi(row[3]));
+            EXPECT_TRUE(most.low <= shown.low && shown.low <= least.low) << row[2] << ' ' << shown.low;
+            EXPECT_TRUE(least.high <= shown.high && shown.high <= most.high) << row[2] << ' ' << shown.high;
+            PLT_set_letter(true);
+            cont_shown_range(grid, &shown.high, &shown.low);
+            PLT_set_letter(false);
+            EXPECT_TRUE(shown.low < most.low || shown.high > most.high || row[4] == "whole") << row[2];
+        });
+    }
+    VAR_reset();
 }
 
 }  // namespace
