@@ -46,7 +46,7 @@ TEST(Picture, IsReadByOtherPrograms) {
     EXPECT_EQ(trouble(dir, CHART + "-ft h00,h12 -de x.PNG,600x400"), "");
     EXPECT_EQ(run_command("identify -format '%m %wx%h %[channels] %[Title]\n' " + dir.file("x-*.PNG")),
               "PNG 600x400 srgb 500 mb Height (gpm), Analysis for 1200Z 15 JAN 26\n"
-              "PNG 600x400 srgb 500 mb Height (gpm), 12 hour  valid 00Z FRI 16 JAN 26\n");
+              "PNG 600x400 srgb 500 mb Height (gpm), 12 hour  valid 0Z FRI 16 JAN 26\n");
     EXPECT_EQ(trouble(dir, CHART + "-ft h00,h12 -de 'n%02d.svg,sz=10x8'"), "");
     int status = -1;
     EXPECT_EQ(run_command("xmllint --noout " + dir.file("n01.svg") + " " + dir.file("n02.svg") + " 2>&1", &status), "");
