@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "calc/grd_cyclic.h"
 #include "files/unittool.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
@@ -58,8 +59,7 @@ float value_on_current_map(const GRD_report* grid, float* x, float* y) {
     return GRD_get_value_domain(grid, MAP_get_domain(nullptr), x, y);
 }
 
-void project_points(const GRD_report& grid, float* lats, float* lons) {
-    const Domain& d = grid.domain;
+void project_points(const Domain& d, float* lats, float* lons) {
     float xc = FMISS;
     float yc = FMISS;
     MAP_tran_center(&xc, &yc);
@@ -74,6 +74,47 @@ void project_points(const GRD_report& grid, float* lats, float* lons) {
             MAP_untran(static_cast<float>(x), static_cast<float>(y), lats++, lons++);
         }
     }
+}
+
+/// Maps whose first axis shows longitude alone and whose second shows latitude alone.
+bool has_straight_axes(const Domain& domain) { return domain.proj == PROJ_LATLON || domain.proj == PROJ_MERCATOR; }
+
+/// Takes places on the earth to the current map.
+void to_map(float* x, float* y) {
+    const float lat = *x;
+    const float lon = *y;
+    if (lat != FMISS || lon != FMISS) MAP_tran(lat, lon, x, y);
+}
+
+/// Positions where grid and map both have straight axes: those of the first row and the first column are those of all.
+void project_straight(const Domain& grid, const Domain& map, float* xs, float* ys) {
+    Domain row = grid;  // about the same middle, so that its points keep their places
+    Domain column = grid;
+    row.ny = 1;
+    column.nx = 1;
+    const auto nx = static_cast<std::size_t>(grid.nx);
+    const auto ny = static_cast<std::size_t>(grid.ny);
+    std::vector<float> x(std::max(nx, ny));
+    std::vector<float> y(std::max(nx, ny));
+    MAP_domain(&grid);
+    project_points(row, x.data(), y.data());
+    MAP_domain(&map);
+    for (std::size_t i = 0; i < nx; ++i) to_map(&x[i], &y[i]);
+    for (std::size_t j = 0; j < ny; ++j) std::copy_n(x.begin(), nx, xs + j * nx);
+    MAP_domain(&grid);
+    project_points(column, x.data(), y.data());
+    MAP_domain(&map);
+    for (std::size_t j = 0; j < ny; ++j) {
+        to_map(&x[j], &y[j]);
+        std::fill_n(ys + j * nx, nx, y[j]);
+    }
+}
+
+void project_each(const Domain& grid, const Domain& map, std::vector<float>& xs, std::vector<float>& ys) {
+    MAP_domain(&grid);
+    project_points(grid, xs.data(), ys.data());
+    MAP_domain(&map);
+    for (std::size_t i = 0; i < xs.size(); ++i) to_map(&xs[i], &ys[i]);
 }
 
 /// True for a lattice of tiles whose size stays within an int.
@@ -119,46 +160,48 @@ int GRD_proj_XY(const GRD_report* grid, const Domain* domain, std::vector<float>
     grdx.clear();
     grdy.clear();
     if (grid->domain.nx < 1 || grid->domain.ny < 1) return 0;
-    try {
-        grdx.resize(point_count(grid->domain));
-        grdy.resize(point_count(grid->domain));
-    } catch (const std::exception&) {
-        grdx.clear();
-        MESS_print(MESS_WARN, "GRD_proj_XY: Unable to allocate grid arrays\n");
-        return -1;
-    }
     const Domain target = *domain;  // may be the current record itself, which changes here
     Domain saved;
     MAP_get_domain(&saved);
-    MAP_domain(&grid->domain);
-    project_points(*grid, grdx.data(), grdy.data());
-    MAP_domain(&target);
-    for (std::size_t i = 0; i < grdx.size(); ++i) {
-        const float lat = grdx[i];
-        const float lon = grdy[i];
-        if (lat != FMISS || lon != FMISS) MAP_tran(lat, lon, &grdx[i], &grdy[i]);
+    int result = 0;
+    try {
+        grdx.resize(point_count(grid->domain));
+        grdy.resize(point_count(grid->domain));
+        if (has_straight_axes(grid->domain) && has_straight_axes(target)) {
+            project_straight(grid->domain, target, grdx.data(), grdy.data());
+        } else {
+            project_each(grid->domain, target, grdx, grdy);
+        }
+    } catch (const std::exception&) {
+        grdx.clear();
+        MESS_print(MESS_WARN, "GRD_proj_XY: Unable to allocate grid arrays\n");
+        result = -1;
     }
     MAP_domain(&saved);
-    return 0;
+    return result;
 }
 
 float GRD_get_value(const GRD_report* grid, float x, float y) {
     if (!has_values(grid)) return FMISS;
     const int nx = grid->domain.nx;
     const int ny = grid->domain.ny;
-    const bool inside = x >= 0.0F && x <= nx - OVERSHOOT && y >= 0.0F && y <= ny - OVERSHOOT;
+    const bool beside = x < 0.0F || x > static_cast<float>(nx - 1);
+    const int cycle = beside ? GRD_cycle(grid->domain) : 0;
+    if (cycle > 0) x -= static_cast<float>(cycle) * std::floor(x / static_cast<float>(cycle));
+    const bool inside = x >= 0.0F && x <= (cycle > 0 ? cycle : nx - OVERSHOOT) && y >= 0.0F && y <= ny - OVERSHOOT;
     if (!inside) return FMISS;
     const int i = std::min(static_cast<int>(x), nx - 1);
     const int j = std::min(static_cast<int>(y), ny - 1);
     const float fx = x - static_cast<float>(i);
     const float fy = y - static_cast<float>(j);
-    const bool last_column = i + 1 > nx - OVERSHOOT;
+    const bool last_column = cycle == 0 && i + 1 > nx - OVERSHOOT;
     const bool last_row = j + 1 > ny - OVERSHOOT;
-    const std::size_t place = static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) + static_cast<std::size_t>(i);
-    const float z1 = grid->grid[place];
-    const float z2 = last_column || last_row ? z1 : grid->grid[place + 1];
-    const float z3 = last_row ? 0.0F : grid->grid[place + static_cast<std::size_t>(nx)];
-    const float z4 = last_column || last_row ? z1 : grid->grid[place + static_cast<std::size_t>(nx) + 1];
+    const float* row = &grid->grid[static_cast<std::ptrdiff_t>(j) * nx];
+    const int next = last_column || i + 1 < nx ? i + 1 : 0;
+    const float z1 = row[i];
+    const float z2 = last_column || last_row ? z1 : row[next];
+    const float z3 = last_row ? 0.0F : row[nx + i];
+    const float z4 = last_column || last_row ? z1 : row[nx + next];
     if (z1 == FMISS || z2 == FMISS || z3 == FMISS || z4 == FMISS) return FMISS;
     return (1 - fy) * (1 - fx) * z1 + (1 - fy) * fx * z2 + (1 - fx) * fy * z3 + fx * fy * z4;
 }

@@ -103,9 +103,11 @@ float advance(const Gtext_state& text, int width) {
     return static_cast<float>(width) + 100.0F * text.space;
 }
 
+/// Width that a character is taken for without a stroke font.
+constexpr int USUAL_WIDTH = 80;
+
 int char_width(const Gtext_state& text, char c) {
-    if (text.font) return text.font->size[static_cast<unsigned char>(c)];
-    return 0;
+    return text.font ? text.font->size[static_cast<unsigned char>(c)] : USUAL_WIDTH;
 }
 
 /// Length of a string in font units.
@@ -251,6 +253,11 @@ int gtext(const Gpt* text_pos, const std::string& char_string) {
     if (gtype_is_WIN_PIX(type) && text.drop_shadow > 0) draw_shadow(text, *text_pos, char_string);
     draw_text(text, *text_pos, char_string);
     return 0;
+}
+
+Gpt ginq_text_size(const std::string& str, float height) {
+    if (str.empty()) return {};
+    return {height / CAP_HEIGHT * static_cast<float>(string_length(gtext_state(), str)), height};
 }
 
 }  // namespace zav

@@ -39,6 +39,10 @@ struct Gfontprec {
 /// 0, or -1 with a report when no workstation is open.
 int gtext(const Gpt* text_pos, const std::string& char_string);
 
+/// Width of `str` along its baseline, and height of its capitals, in world units for text of height `height` with the
+/// current attributes.
+Gpt ginq_text_size(const std::string& str, float height);
+
 /// Loads a stroke font file, or with a leading "#" an X server font. 0, or -1; on failure the font is left empty.
 int read_font(const std::string& name);
 /// Reads the font list and loads the current font. Called when a workstation opens.

@@ -48,6 +48,8 @@ int CONT_set_usual_skip(int x, int y) {
     return CONT_set_skip(x, y);
 }
 
+int CONT_set_usual_smooth(const std::string& text) { return cont_read_smooth(text, &cont.usual_smooth); }
+
 int CONT_get_map_order() { return cont.mapcon; }
 
 int CONT_set_plot_offset(float x, float y) {
@@ -91,6 +93,12 @@ int CONT_set_range(float max, float min) {
 int CONT_set_bar_range(float max, float min) {
     cont.bar_max = max;
     cont.bar_min = min;
+    return 0;
+}
+
+int CONT_set_color_range(float max, float min) {
+    cont.color_high = max;
+    cont.color_low = min;
     return 0;
 }
 

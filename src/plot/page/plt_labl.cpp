@@ -26,9 +26,8 @@ constexpr std::size_t LINE_FULL = 59;
 /// Bound on line counts given by settings.
 constexpr int MAX_LINES = 100;
 
-/// Least space under the plot that takes labels, and the space with labels inside the viewport.
+/// Least space under the plot that takes labels.
 constexpr float LEAST_SPACE = 0.005F;
-constexpr float FULL_LABEL_SPACE = 0.06F;
 
 struct State {
     std::array<std::array<std::string, PLT_OVERLAYS>, PLT_LABELS> label;
@@ -281,7 +280,7 @@ int PLT_labels() {
     GPH_line_attr(&attrib);
 
     if (plot.border && FLAG_getplot(PLOT_BORDER)) GPH_border(&plot.dis_view);
-    const float space = plot.full_lab ? FULL_LABEL_SPACE : plot.dis_view.y_min - plot.dis_size.y_min;
+    const float space = plot.full_lab ? PLT_FULL_LABEL_SPACE : plot.dis_view.y_min - plot.dis_size.y_min;
     if (space < LEAST_SPACE) return -1;
     if (!FLAG_getplot(PLOT_TEXT)) return 0;
 

@@ -19,6 +19,7 @@
 #include "plot/contour/cont.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_labl.h"
+#include "plot/page/plt_room.h"
 #include "plot/page/plt_tool.h"
 #include "plot/wind/vect_plt.h"
 #include "var/var_tool.h"
@@ -194,6 +195,7 @@ int DATA_plot_init() {
 
 int DATA_new_frame() {
     PLT_set_overlay(0);
+    PLT_room().clear();
     state.bar = 0;
     state.vbar = 0;
     return 0;
