@@ -190,8 +190,8 @@ TEST(Chart, LinesAreWhereTheFieldCrossesTheLevels) {
     ASSERT_GT(expected.size(), 500U);
     EXPECT_EQ(count_without_match(expected, index_of(drawn), 0.05), 0) << "of " << expected.size() << " expected";
     EXPECT_EQ(count_without_match(drawn, index_of(expected), 0.05), 0) << "of " << drawn.size() << " drawn";
-    EXPECT_EQ(count_without_match(segments_of(bare), index_of(segments_of(full)), 0.001), 0)
-        << "the whole chart has the same lines";
+    EXPECT_LT(count_without_match(segments_of(bare), index_of(segments_of(full)), 0.001), 80)
+        << "the whole chart has the same lines, but where labels stand";
 }
 
 TEST(Chart, CgmIsASequenceOfWholeElements) {

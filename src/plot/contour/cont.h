@@ -25,6 +25,8 @@ enum : int { CONT_UNDER_MAP = 0, CONT_OVER_MAP = 1 };
 
 /// Most contour levels and bands, the ending entry of a level list inside them.
 constexpr int CONT_LEVELS = 256;
+/// Most bands of an interval that have entries of their own; the colours come back after these.
+constexpr int CONT_BANDS = 2000;
 
 /// Mouse and key events of a contour plot: type, event string, position.
 using CONT_event = void (*)(int type, const char* str, float x, float y);
@@ -121,6 +123,8 @@ int CONT_set_intrvl(float intrvl);
 float CONT_get_intrvl();
 int CONT_set_range(float max, float min);
 int CONT_set_bar_range(float max, float min);
+/// Range over which a palette is spread in place of the plot's levels; FMISS for these.
+int CONT_set_color_range(float max, float min);
 int CONT_get_type();
 int CONT_set_label_type(int skip, int rad);
 int CONT_set_over(int over);

@@ -109,7 +109,7 @@ void Cont_chains::follow(std::uint32_t end) {
         points_.push_back(vertex(end ^ 1U).pt);
         end = mates_[end ^ 1U];
     }
-    cont.polyline(static_cast<Gint>(points_.size()), points_.data());
+    cont_open_line(static_cast<Gint>(points_.size()), points_.data());
 }
 
 }  // namespace zav

@@ -11,6 +11,7 @@
 #include "gks/zavgks.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont_join.h"
+#include "plot/contour/cont_texts.h"
 #include "plot/page/plt_tool.h"
 
 namespace zav {
@@ -68,6 +69,7 @@ void prepare_plot(GRD_report* grid) {
     } else {
         cont.vert_size = MAP_get_vert();
     }
+    if (!PLT_letter() && cont.cont_type != CONT_VALUE) cont_place_texts(*grid);
     start_attributes();
 }
 

@@ -27,7 +27,7 @@ bool cont_is_filled() { return cont.cont_type == CONT_FILL || cont.cont_type == 
 
 int cont_wrap_band(double band) {
     if (cont.color_num < 1 || !std::isfinite(band)) return 0;
-    const int count = std::min(cont.color_num, CONT_LEVELS);
+    const int count = std::min(cont.color_num, CONT_BANDS);
     const int rest = static_cast<int>(std::fmod(band, count));
     return rest < 0 ? rest + count : rest;
 }

@@ -4,6 +4,7 @@
 #include <numbers>
 #include <utility>
 
+#include "calc/grd_place.h"
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
@@ -44,7 +45,9 @@ class Positions {
         VECT_grid(nullptr, nullptr);
         const Domain* map = MAP_get_domain(nullptr);
         if (map == nullptr || DOM_comp(map, &grid.domain) != 0) return true;
-        if (GRD_proj_XY(&grid, map, grdx, grdy) != 0 || grdx.empty()) return false;
+        const int result =
+            PLT_letter() ? GRD_proj_XY(&grid, map, grdx, grdy) : GRD_place_points(grid, *map, grdx, grdy);
+        if (result != 0 || grdx.empty()) return false;
         VECT_grid(grdx.data(), grdy.data());
         return true;
     }
@@ -156,6 +159,11 @@ void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
     MAP_domain(&map);
 }
 
+bool shows_earth() {
+    const int proj = MAP_get_proj();
+    return proj >= PROJ_POLAR && proj <= PROJ_LAST_MAP;
+}
+
 /// Either bound itself is not drawn.
 bool within_cuts(float spd) {
     if (vect.min_cut != FMISS && !(spd > vect.min_cut)) return false;
@@ -226,8 +234,9 @@ float vect_plot_direction(const GRD_report& grid, int i, int j, float dir, float
 int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
     if (!FLAG_getplot(PLOT_DATA)) return 0;
     if (!check_grids(ugrid, vgrid)) return -1;
+    const bool flow = vect.vect_type == VECT_STREAMLINES && !PLT_letter() && shows_earth();
     Positions positions;
-    if (!positions.find(*ugrid)) {
+    if (!flow && !positions.find(*ugrid)) {
         MESS_print(MESS_WARN, "VECT_draw: Unable to allocate grid arrays\n");
         return -1;
     }
@@ -238,6 +247,11 @@ int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
     RES_getval("plot_scale", &vect.scale, CV_float);
     if (!start_attributes()) return 0;
     gkeep_output();
+    if (flow) {
+        gsel_norm_tran(2);
+        set_attributes();
+        return vect_draw_flow(*ugrid, *vgrid);
+    }
     set_plot_space(*ugrid, view);
     set_attributes();
     if (vect.uvgrid != 0) turn_to_earth(*ugrid, *vgrid);
