@@ -223,4 +223,10 @@ int gtext(const Gpt* text_pos, const std::string& char_string) {
     return 0;
 }
 
+float gtext_width(const std::string& char_string) {
+    if (char_string.empty()) return 0.0F;
+    const Gtext_state& text = gtext_state();
+    return static_cast<float>(string_length(text, char_string)) * text.height / CAP_HEIGHT;
+}
+
 }  // namespace zav

@@ -38,6 +38,8 @@ struct Gfontprec {
 /// Draws `char_string` at `text_pos` (world coordinates) with the current text attributes.
 /// 0, or -1 with a report when no workstation is open.
 int gtext(const Gpt* text_pos, const std::string& char_string);
+/// Width of a string in world units with the current text attributes.
+float gtext_width(const std::string& char_string);
 
 /// Loads a stroke font file, or with a leading "#" an X server font. 0, or -1; on failure the font is left empty.
 int read_font(const std::string& name);

@@ -49,6 +49,10 @@ int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry);
 /// of the same grid and map is kept. 0, or -1 without memory.
 int CONT_place_grid(const GRD_report& grid);
 
+/// Those positions in the grid's own layout, x FMISS off the map; null for a grid on its own map.
+const float* CONT_grid_x();
+const float* CONT_grid_y();
+
 /// Calls `take` with the stored index of each point that the map shows: those in its window and, of cells that the
 /// window cuts, the others too; some come more than once. False where all points count: the grid on its own map, or
 /// drawn as the grid has it.

@@ -82,6 +82,10 @@ int CONT_place_grid(const GRD_report& grid) {
     return 0;
 }
 
+const float* CONT_grid_x() { return cont.grdx.empty() ? nullptr : cont.grdx.data(); }
+
+const float* CONT_grid_y() { return cont.grdy.empty() ? nullptr : cont.grdy.data(); }
+
 bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take) {
     if (PLT_letter() || CONT_place_grid(grid) != 0 || cont.grdx.empty()) return false;
     take_in_window(grid, take);

@@ -79,6 +79,8 @@ struct Cont_settings {
     int y_skip = 1;
     int usual_x_skip = 1;  ///< step where no plot format gives one
     int usual_y_skip = 1;
+    bool skip_given = false;  ///< the user gave a step: values aren't thinned by their size on paper
+    bool usual_skip_given = false;
     float x_off = 0.0F;  ///< offset of value plots, in heights of the map
     float y_off = 0.0F;
     int rot_label = 0;       ///< 1: labels run along the line
