@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "calc/grd_cyclic.h"
 #include "files/unittool.h"
 #include "frame/menu.h"
 #include "frame/mess.h"
@@ -146,19 +147,23 @@ float GRD_get_value(const GRD_report* grid, float x, float y) {
     if (!has_values(grid)) return FMISS;
     const int nx = grid->domain.nx;
     const int ny = grid->domain.ny;
-    const bool inside = x >= 0.0F && x <= nx - OVERSHOOT && y >= 0.0F && y <= ny - OVERSHOOT;
+    const bool beside = x < 0.0F || x > static_cast<float>(nx - 1);
+    const int cycle = beside ? GRD_cycle(grid->domain) : 0;
+    if (cycle > 0) x -= static_cast<float>(cycle) * std::floor(x / static_cast<float>(cycle));
+    const bool inside = x >= 0.0F && x <= (cycle > 0 ? cycle : nx - OVERSHOOT) && y >= 0.0F && y <= ny - OVERSHOOT;
     if (!inside) return FMISS;
     const int i = std::min(static_cast<int>(x), nx - 1);
     const int j = std::min(static_cast<int>(y), ny - 1);
     const float fx = x - static_cast<float>(i);
     const float fy = y - static_cast<float>(j);
-    const bool last_column = i + 1 > nx - OVERSHOOT;
+    const bool last_column = cycle == 0 && i + 1 > nx - OVERSHOOT;
     const bool last_row = j + 1 > ny - OVERSHOOT;
-    const std::size_t place = static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) + static_cast<std::size_t>(i);
-    const float z1 = grid->grid[place];
-    const float z2 = last_column || last_row ? z1 : grid->grid[place + 1];
-    const float z3 = last_row ? 0.0F : grid->grid[place + static_cast<std::size_t>(nx)];
-    const float z4 = last_column || last_row ? z1 : grid->grid[place + static_cast<std::size_t>(nx) + 1];
+    const float* row = &grid->grid[static_cast<std::ptrdiff_t>(j) * nx];
+    const int next = last_column || i + 1 < nx ? i + 1 : 0;
+    const float z1 = row[i];
+    const float z2 = last_column || last_row ? z1 : row[next];
+    const float z3 = last_row ? 0.0F : row[nx + i];
+    const float z4 = last_column || last_row ? z1 : row[nx + next];
     if (z1 == FMISS || z2 == FMISS || z3 == FMISS || z4 == FMISS) return FMISS;
     return (1 - fy) * (1 - fx) * z1 + (1 - fy) * fx * z2 + (1 - fx) * fy * z3 + fx * fy * z4;
 }

@@ -19,7 +19,8 @@ int GRD_UVmax(const GRD_report* ugrid, const GRD_report* vgrid, float* max);
 /// 0, or -1 with a message when there is no memory.
 int GRD_proj_XY(const GRD_report* grid, const Domain* domain, std::vector<float>& grdx, std::vector<float>& grdy);
 
-/// Bilinear value at grid coordinates (column, row from the top), FMISS off the grid or beside a missing value.
+/// Bilinear value at grid coordinates (column, row from the top), FMISS off the grid or beside a missing value. A grid
+/// that goes round the globe has its first column behind the last, and so on for any number of turns.
 float GRD_get_value(const GRD_report* grid, float x, float y);
 
 /// Value at map position (*x, *y) of `domain`, or of the current map when that is null or unset. The position

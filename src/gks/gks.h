@@ -229,6 +229,10 @@ void ginit_marker(int type);
 // ---- filled areas
 
 int gfill_area(Gint num_pt, const Gpt* array_pt);
+
+/// Fills what several rings enclose, by the nonzero rule: a ring that turns the other way than the one about it is a
+/// hole. `num_pt` has the number of points of each, `array_pt` their points one ring after the other.
+int gfill_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt);
 int gset_fill_colr_ind(Gint color);
 int gset_fill_int_style(Gint style);
 int gset_fill_style_ind(Gint index);

@@ -1,6 +1,9 @@
 // Filled areas, their attributes and patterns.
 
 #include <array>
+#include <cstring>
+#include <numeric>
+#include <vector>
 
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
@@ -66,6 +69,58 @@ void fill_hpgl(Gint num_pt, const Gpt* array_pt) {
     ghpgl_printf("PM1;PM2;FP;\n");
 }
 
+/// A display fills one ring at a time: the others hang on it by lines that are gone to and fro.
+void fill_rings_on_display(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    std::vector<Gpt> chain;
+    for (int ring = 0; ring < num_rings; array_pt += num_pt[ring], ++ring) {
+        if (num_pt[ring] < 1) continue;
+        chain.insert(chain.end(), array_pt, array_pt + num_pt[ring]);
+        chain.push_back(array_pt[0]);
+        if (ring > 0) chain.push_back(chain[0]);
+    }
+    const Gpixels points(static_cast<Gint>(chain.size()), chain.data());
+    gx11_polygon(static_cast<Gint>(chain.size()), points.data());
+}
+
+void fill_rings_hpgl(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    ghpgl_set_fill_color(state.fill_color);
+    for (int ring = 0; ring < num_rings; array_pt += num_pt[ring], ++ring) {
+        if (num_pt[ring] < 1) continue;
+        ghpgl_move(array_pt[0].x, array_pt[0].y);
+        if (ring == 0) ghpgl_printf("PM0;");
+        for (int i = 1; i < num_pt[ring]; ++i) ghpgl_line(array_pt[i].x, array_pt[i].y);
+        ghpgl_printf("PM1;\n");
+    }
+    ghpgl_printf("PM2;FP1;\n");
+}
+
+void fill_rings_postscript(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    if (state.fill_inter_style != GSOLID) return;
+    gps_printf("%%%%FR:%d\n", num_rings);
+    gps_set_fill_color(state.fill_color);
+    gps_rings(num_rings, num_pt, array_pt);
+}
+
+int write_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    gmeta_printf("FR %d", num_rings);
+    for (int ring = 0; ring < num_rings; ++ring) gmeta_printf(" %d", num_pt[ring]);
+    for (int ring = 0; ring < num_rings; array_pt += num_pt[ring], ++ring) {
+        gmeta_printf("\n");
+        gmeta_points(num_pt[ring], array_pt, false);
+    }
+    gmeta_printf("\n");
+    return 1;
+}
+
+/// What the redraw store keeps of rings: their numbers of points, then the points.
+void keep_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt, std::size_t total) {
+    const std::size_t counts = static_cast<std::size_t>(num_rings) * sizeof(Gint);
+    char* kept = gnew_obj(GOBJ_FILL_RINGS, num_rings, counts + total * sizeof(Gpt), nullptr);
+    if (kept == nullptr) return;
+    std::memcpy(kept, num_pt, counts);
+    std::memcpy(kept + counts, array_pt, total * sizeof(Gpt));
+}
+
 int write_metafile(Gint num_pt, const Gpt* array_pt) {
     gmeta_printf("FA %d ", num_pt);
     gmeta_points(num_pt, array_pt, true);
@@ -111,6 +166,31 @@ int gfill_area(Gint num_pt, const Gpt* array_pt) {
             break;
         case GWS_HPGL:
             fill_hpgl(num_pt, array_pt);
+            break;
+        default:
+            break;
+    }
+    return 0;
+}
+
+int gfill_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    if (num_rings < 1) return 0;
+    const Gint total = std::accumulate(num_pt, num_pt + num_rings, 0);
+    if (!gpts_in_win(total, array_pt)) return 0;
+    const int type = gget_win_type();
+    if (gtype_is_META(type)) return write_rings(num_rings, num_pt, array_pt);
+
+    keep_rings(num_rings, num_pt, array_pt, static_cast<std::size_t>(total));
+    switch (type) {
+        case GWS_WIN:
+        case GWS_PIX:
+            fill_rings_on_display(num_rings, num_pt, array_pt);
+            break;
+        case GWS_PS:
+            fill_rings_postscript(num_rings, num_pt, array_pt);
+            break;
+        case GWS_HPGL:
+            fill_rings_hpgl(num_rings, num_pt, array_pt);
             break;
         default:
             break;

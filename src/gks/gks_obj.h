@@ -42,6 +42,7 @@ enum : int {
     GOBJ_TEXT_ALIGN = 60,
     GOBJ_TEXT_WIDTH = 61,
     GOBJ_FILL = 70,
+    GOBJ_FILL_RINGS = 71,
     GOBJ_FILL_STYLE = 73,
     GOBJ_FILL_PATTERN = 74,
     GOBJ_FILL_COLR = 75,

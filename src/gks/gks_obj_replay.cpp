@@ -48,6 +48,17 @@ void replay_points(const drawobj& obj) {
     draw(static_cast<Gint>(points.size()), points.data());
 }
 
+void replay_rings(const drawobj& obj) {
+    const auto rings = static_cast<std::size_t>(obj.values);
+    if (obj.data.size() < rings * sizeof(Gint)) return;
+    std::vector<Gint> counts(rings);
+    std::vector<Gpt> points((obj.data.size() - rings * sizeof(Gint)) / sizeof(Gpt));
+    if (counts.empty() || points.empty()) return;
+    std::memcpy(counts.data(), obj.data.data(), rings * sizeof(Gint));
+    std::memcpy(points.data(), obj.data.data() + rings * sizeof(Gint), points.size() * sizeof(Gpt));
+    gfill_rings(obj.values, counts.data(), points.data());
+}
+
 void replay_message(const drawobj& obj) { gmessage(obj.values, std::string(obj.data.begin(), obj.data.end())); }
 
 void replay_text(const drawobj& obj) {
@@ -100,6 +111,7 @@ constexpr Operation OPERATIONS[] = {
     {GOBJ_TEXT_ALIGN, replay_record<Gtext_align, gset_text_align>},
     {GOBJ_TEXT_WIDTH, replay_number<gset_text_width>},
     {GOBJ_FILL, replay_points<gfill_area>},
+    {GOBJ_FILL_RINGS, replay_rings},
     {GOBJ_FILL_STYLE, replay_value<gset_fill_int_style>},
     {GOBJ_FILL_PATTERN, replay_value<gset_fill_style_ind>},
     {GOBJ_FILL_COLR, replay_value<gset_fill_colr_ind>},

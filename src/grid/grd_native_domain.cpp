@@ -72,6 +72,30 @@ double at_60_degrees(const Domain& domain) {
     return true_lat == 60.0 ? 1.0 : (1.0 + std::sin(60.0 * RADIANS)) / (1.0 + std::sin(true_lat * RADIANS));
 }
 
+/// The format knows the sphere alone: the grid on it whose centre, and the middles of whose sides, lie where those of
+/// the grid do.
+Domain on_sphere(const Domain& grid) {
+    if (grid.ecc == 0.0F) return grid;
+    Domain sphere = grid;
+    sphere.ecc = 0.0F;
+    const Domain current = *MAP_get_domain(nullptr);
+    Point centre;
+    MAP_domain(&grid);
+    MAP_tran_center(&centre.x, &centre.y);
+    MAP_domain(&current);
+    const auto fitted = [&](float step, float across, float up) {
+        Point low;
+        Point high;
+        MAP_domain_tran(&grid, &sphere, centre.x - across, centre.y - up, &low.x, &low.y);
+        MAP_domain_tran(&grid, &sphere, centre.x + across, centre.y + up, &high.x, &high.y);
+        const double length = std::hypot(static_cast<double>(high.x) - low.x, static_cast<double>(high.y) - low.y);
+        return across + up > 0.0F ? static_cast<float>(step * length / (2.0 * (across + up))) : step;
+    };
+    sphere.dx = fitted(grid.dx, static_cast<float>(grid.nx - 1) * grid.dx / 2.0F, 0.0F);
+    sphere.dy = fitted(grid.dy, 0.0F, static_cast<float>(grid.ny - 1) * grid.dy / 2.0F);
+    return sphere;
+}
+
 }  // namespace
 
 void native_read_domain(std::FILE* file, int version, GRD_report* grd) {
@@ -103,7 +127,8 @@ void native_read_domain(std::FILE* file, int version, GRD_report* grd) {
     discard_impossible(domain);
 }
 
-std::string native_domain_line(const Domain& domain) {
+std::string native_domain_line(const Domain& grid) {
+    const Domain domain = on_sphere(grid);
     std::string line;
     const auto real = [](float value) { return static_cast<double>(value); };
     switch (domain.proj) {

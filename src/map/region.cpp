@@ -72,7 +72,7 @@ void DOM_init(Domain* domain) {
 int DOM_comp_proj(const Domain* dom1, const Domain* dom2) {
     if (dom1 == nullptr || dom2 == nullptr) return 0;
     return dom1->proj == dom2->proj && dom1->param == dom2->param && dom1->ellipse == dom2->ellipse &&
-           same_reference(*dom1, *dom2);
+           dom1->ecc == dom2->ecc && same_reference(*dom1, *dom2);
 }
 
 int DOM_comp(const Domain* dom1, const Domain* dom2) {

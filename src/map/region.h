@@ -27,6 +27,7 @@ struct Domain {
     int nx = MISS;       ///< points in x
     int ny = MISS;       ///< points in y
     int ellipse = 0;     ///< 1: on the ellipsoid (satellite view)
+    float ecc = 0.0F;    ///< excentricity of a grid's earth; 0: a sphere (conformal maps)
 };
 
 /// Elements of a domain text, as DOM_set_params takes them.

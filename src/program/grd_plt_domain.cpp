@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "calc/grd_cyclic.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
 #include "frame/status.h"
@@ -133,6 +134,18 @@ std::string extent_text(const std::vector<EarthPoint>& places) {
            longitude_text(middle + east);
 }
 
+/// True if the plot parameters ask for the grid as it is, point by point: its map then ends at its last column.
+bool draws_points() {
+    bool letter = false;
+    std::vector<std::string> items;
+    RES_getvals("plot_param", items);
+    for (const std::string& item : items) {
+        if (stricmp(item, "letter") == 0) letter = true;
+        if (stricmp(item, "noletter") == 0) letter = false;
+    }
+    return letter;
+}
+
 }  // namespace
 
 bool GRD_read_domain() {
@@ -149,7 +162,10 @@ bool GRD_choose_domain(Domain* domain) {
     if (!GRD_read_domain()) return false;
     if (!state.done) {
         state.result = state.whole;
-        if (state.result.proj == MISS) GRD_get_file_date_domain(nullptr, &state.result);
+        if (state.result.proj == MISS) {
+            GRD_get_file_date_domain(nullptr, &state.result);
+            if (!draws_points()) state.result = GRD_close_domain(state.result);
+        }
         lay_over(state.result, state.part);
         state.done = true;
     }

@@ -3,6 +3,7 @@
 // What the kernel's tests share: opening a workstation, a page that uses every primitive, and what Ghostscript makes of
 // a file.
 
+#include <array>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -88,6 +89,9 @@ inline void draw_scene() {
     gset_fill_colr_ind(3);
     const std::vector<Gpt> area = {{-25, -10}, {50, 65.5F}, {120.25F, 30}, {70, -15}, {0, -12}};
     gfill_area(static_cast<int>(area.size()), area.data());
+    const std::array<Gint, 2> rings = {3, 3};
+    const std::array<Gpt, 6> frame = {{{0, 0}, {60, 0}, {0, 60}, {5, 5}, {5, 25}, {25, 5}}};
+    gfill_rings(2, rings.data(), frame.data());
     gset_line_colr_ind(2);
     gset_linewidth(3);
     gset_linetype(4);

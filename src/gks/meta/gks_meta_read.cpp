@@ -177,24 +177,47 @@ bool play_limits(Reader& in) {
 
 int ignore_limits(Gint, const Glim*) { return 0; }
 
+/// The points of an item, `count` of them; none with a warning if the file can't hold so many, or doesn't.
+std::optional<std::vector<Gpt>> points_of(Reader& in, long count) {
+    if (count > in.bytes_left() / POINT_BYTES) {
+        MESS_print(MESS_WARN, "gread_metafile: Point list is longer than the file: %ld\n", count);
+        ZAV_note(STATUS_LAYER);
+        return std::nullopt;
+    }
+    const auto wanted = static_cast<std::size_t>(count);
+    std::vector<Gpt> points;
+    while (points.size() < wanted) {
+        const std::optional<Gpt> point = in.point();
+        if (!point) return std::nullopt;
+        points.push_back(*point);
+    }
+    return points;
+}
+
 template <int (*draw)(Gint, const Gpt*)>
 bool play_points(Reader& in) {
     const std::optional<int> count = in.integer();
     if (!count || *count < 0) return false;
-    if (*count > in.bytes_left() / POINT_BYTES) {
-        MESS_print(MESS_WARN, "gread_metafile: Point list is longer than the file: %d\n", *count);
-        ZAV_note(STATUS_LAYER);
-        return false;
+    const std::optional<std::vector<Gpt>> points = points_of(in, *count);
+    if (points) draw(*count, points->data());
+    return points.has_value();
+}
+
+bool play_rings(Reader& in) {
+    const std::optional<int> rings = in.integer();
+    if (!rings || *rings < 0) return false;
+    std::vector<Gint> counts;
+    long total = 0;
+    for (int ring = 0; ring < *rings; ++ring) {
+        const std::optional<int> count = in.integer();
+        if (!count || *count < 0) return false;
+        counts.push_back(*count);
+        total += *count;
     }
-    const auto wanted = static_cast<std::size_t>(*count);
-    std::vector<Gpt> points;
-    while (points.size() < wanted) {
-        const std::optional<Gpt> point = in.point();
-        if (!point) return false;
-        points.push_back(*point);
-    }
-    draw(*count, points.data());
-    return true;
+    if (total > INT_MAX) return false;
+    const std::optional<std::vector<Gpt>> points = points_of(in, total);
+    if (points) gfill_rings(*rings, counts.data(), points->data());
+    return points.has_value();
 }
 
 bool play_text(Reader& in) {
@@ -265,6 +288,7 @@ constexpr Item ITEMS[] = {
     {"PL", play_points<gpolyline>},
     {"PM", play_points<gpolymarker>},
     {"FA", play_points<gfill_area>},
+    {"FR", play_rings},
     {"TE", play_text},
     {"CLR", play_color},
     {"PL_CLR", play_integer<gset_line_colr_ind>},

@@ -70,6 +70,9 @@ void gps_line(float x, float y);
 void gps_move_abs(float x, float y);
 void gps_line_abs(float x, float y);
 
+/// Fills what closed rings of world coordinates enclose, by the nonzero rule.
+void gps_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt);
+
 /// Clips to the viewport whose corners are given in output units, margin included.
 void gps_clip(float left, float bottom, float right, float top);
 

@@ -6,6 +6,7 @@
 
 #include "grid/grib/grib_state.h"
 #include "map/maptran.h"
+#include "map/spheroid.h"
 
 namespace zav {
 namespace {
@@ -15,61 +16,19 @@ constexpr double MAP_UNIT = 100000.0;       ///< metres in a map unit
 constexpr double MAP_RADIUS = 63.7122;      ///< the program's earth, in map units
 constexpr double LEAST_RADIUS = 6300000.0;  ///< an axis outside of these bounds is a mistake in the message
 constexpr double GREATEST_RADIUS = 6450000.0;
-constexpr double POLE = 90.0;
 
 double wrap(double lon) { return std::remainder(lon, 360.0); }
 
 double steps(int points) { return std::max(points, 2) - 1; }
 
-/// An earth of a major axis and an excentricity. Its conformal maps are those of the sphere, with the tangent of half
-/// the distance from the pole changed a little.
-class Spheroid {
-  public:
-    explicit Spheroid(const GribEarth& earth) {
-        const bool known = std::min(earth.major, earth.minor) > LEAST_RADIUS &&
-                           std::max(earth.major, earth.minor) < GREATEST_RADIUS && earth.minor <= earth.major;
-        if (!known) return;
-        radius_ = earth.major / MAP_UNIT;
-        const double ratio = earth.minor / earth.major;
-        excentricity_ = std::sqrt(1.0 - ratio * ratio);
-    }
-
-    /// In map units.
-    double radius() const { return radius_; }
-    bool is_sphere() const { return excentricity_ == 0.0; }
-
-    /// Radius of a parallel in parts of the major axis.
-    double parallel(double lat) const { return std::cos(RADIANS * lat) / flattening(lat); }
-
-    /// 0 at the north pole, 1 at the equator.
-    double half_angle(double lat) const { return std::tan(RADIANS * (POLE - lat) / 2.0) / correction(lat); }
-
-    /// parallel / half_angle, which has a value at the north pole too.
-    double pole_scale(double lat) const { return (1.0 + std::sin(RADIANS * lat)) / flattening(lat) * correction(lat); }
-
-    /// Reverse of half_angle.
-    double latitude(double half_angle) const {
-        constexpr int ROUNDS = 8;  // each adds more than two digits on any earth
-        double lat = POLE - 2.0 * std::atan(half_angle) / RADIANS;
-        for (int i = 0; i < ROUNDS && !is_sphere(); ++i) {
-            lat = POLE - 2.0 * std::atan(half_angle * correction(lat)) / RADIANS;
-        }
-        return lat;
-    }
-
-  private:
-    double flattening(double lat) const {
-        const double s = excentricity_ * std::sin(RADIANS * lat);
-        return std::sqrt(1.0 - s * s);
-    }
-    double correction(double lat) const {
-        const double s = excentricity_ * std::sin(RADIANS * lat);
-        return std::pow((1.0 - s) / (1.0 + s), excentricity_ / 2.0);
-    }
-
-    double radius_ = MAP_RADIUS;
-    double excentricity_ = 0.0;
-};
+/// The earth that a message tells, the program's where it tells none that can be.
+Spheroid earth_of(const GribEarth& earth) {
+    const bool known = std::min(earth.major, earth.minor) > LEAST_RADIUS &&
+                       std::max(earth.major, earth.minor) < GREATEST_RADIUS && earth.minor <= earth.major;
+    if (!known) return Spheroid(MAP_RADIUS, 0.0);
+    const double ratio = earth.minor / earth.major;
+    return Spheroid(earth.major / MAP_UNIT, std::sqrt(1.0 - ratio * ratio));
+}
 
 /// Position on the plane of a map, in map units.
 struct Place {
@@ -140,17 +99,10 @@ class ConeMap {
     double unit_ = 1.0;
 };
 
-/// Factors from a message's lengths to the program's; 0 where a single one can't do.
-struct Scale {
-    double x;
-    double y;
-};
-
-/// Lays a grid that begins at its first point on the map of the message's earth, and finds the centre and the spacing
-/// that bring it to the same places on the program's sphere. From another sphere they do so exactly; from a spheroid
-/// the centre is right, and so are the middles of the sides, but for the bend of the lines between them.
+/// Lays a grid that begins at its first point on the map of the message's earth. The program's map has the same shape
+/// and another size: `scale` are its lengths in parts of the message's.
 template <class Map>
-void place(const Map& theirs, const Map& ours, const GribPlane& grid, int ydir, const Scale& scale, Domain* domain) {
+void place(const Map& theirs, const GribPlane& grid, int ydir, double scale, Domain* domain) {
     const Place first = theirs.forward({grid.lat1, grid.lon1});
     const double half_x = steps(domain->nx) * grid.dx / MAP_UNIT / 2.0;
     const double half_y = steps(domain->ny) * grid.dy / MAP_UNIT / 2.0;
@@ -158,13 +110,8 @@ void place(const Map& theirs, const Map& ours, const GribPlane& grid, int ydir, 
     const EarthPlace middle = theirs.inverse(centre);
     domain->clat = static_cast<float>(middle.lat);
     domain->clon = static_cast<float>(wrap(middle.lon));
-    auto factor = [&](double across, double up) {
-        const Place low = ours.forward(theirs.inverse({centre.x - across, centre.y - up}));
-        const Place high = ours.forward(theirs.inverse({centre.x + across, centre.y + up}));
-        return std::hypot(high.x - low.x, high.y - low.y) / (2.0 * (across + up));
-    };
-    domain->dx = static_cast<float>(grid.dx / MAP_UNIT * (scale.x > 0.0 ? scale.x : factor(half_x, 0.0)));
-    domain->dy = static_cast<float>(grid.dy / MAP_UNIT * (scale.y > 0.0 ? scale.y : factor(0.0, half_y)));
+    domain->dx = static_cast<float>(grid.dx / MAP_UNIT * scale);
+    domain->dy = static_cast<float>(grid.dy / MAP_UNIT * scale);
 }
 
 /// A place that can't be worked out leaves the domain unset.
@@ -175,11 +122,11 @@ void discard_impossible(Domain* domain) {
 }
 
 void place_cone(const GribPlane& grid, int ydir, bool disc, Domain* domain) {
-    const Spheroid earth(grid.earth);
+    const Spheroid earth = earth_of(grid.earth);
     domain->plat = grid.south ? -90.0F : 90.0F;
     domain->plon = static_cast<float>(wrap(grid.plon));
-    const double scale = earth.is_sphere() ? MAP_RADIUS / earth.radius() : 0.0;
-    place(ConeMap(grid, earth, disc), ConeMap(grid, Spheroid({}), disc), grid, ydir, {scale, scale}, domain);
+    domain->ecc = static_cast<float>(earth.excentricity());
+    place(ConeMap(grid, earth, disc), grid, ydir, MAP_RADIUS / earth.radius(), domain);
     discard_impossible(domain);
 }
 
@@ -230,7 +177,7 @@ void grib_place_latlon(const GribLatlon& grid, int ydir, Domain* domain) {
 
 void grib_place_mercator(const GribPlane& message, int ydir, Domain* domain) {
     GribPlane grid = message;
-    const Spheroid earth(grid.earth);
+    const Spheroid earth = earth_of(grid.earth);
     const double unit = earth.radius() * earth.parallel(grid.true1);
     const double degree = MAP_UNIT * unit * RADIANS;
     if (!(grid.dx > 0.0)) {
@@ -246,10 +193,8 @@ void grib_place_mercator(const GribPlane& message, int ydir, Domain* domain) {
         const double rise = theirs.forward({grid.lat2, grid.lon2}).y - theirs.forward({grid.lat1, grid.lon1}).y;
         grid.dy = MAP_UNIT * std::fabs(rise) / steps(domain->ny);
     }
-    GribPlane equator = grid;  // the program's map is true there
-    equator.true1 = 0.0;
-    const double scale = MAP_RADIUS / unit;
-    place(theirs, MercatorMap(equator, Spheroid({})), grid, ydir, {scale, earth.is_sphere() ? scale : 0.0}, domain);
+    domain->ecc = static_cast<float>(earth.excentricity());
+    place(theirs, grid, ydir, MAP_RADIUS / unit, domain);  // the program's map is true at the equator
     discard_impossible(domain);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "frame/string.h"
 #include "frame/tools.h"
@@ -10,6 +11,7 @@
 #include "gks/zavgks.h"
 #include "plot/background/map_state.h"
 #include "plot/background/map_view.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 namespace {
@@ -28,11 +30,37 @@ float from_middle(float lon) {
     return difference;
 }
 
+/// Brings the pieces of a line together where one begins at the other's end, so that it is stroked as a whole and its
+/// dashes run along it. In the letter way each piece is a stroke.
+class Stroke {
+  public:
+    void add(Point from, Point to);
+    void flush();
+
+  private:
+    bool each = PLT_letter();
+    std::vector<Gpt> points;
+};
+
+void Stroke::add(Point from, Point to) {
+    if (points.empty() || points.back().x != from.x || points.back().y != from.y) {
+        flush();
+        points.push_back({from.x, from.y});
+    }
+    points.push_back({to.x, to.y});
+    if (each) flush();
+}
+
+void Stroke::flush() {
+    if (!points.empty()) gpolyline(static_cast<Gint>(points.size()), points.data());
+    points.clear();
+}
+
 class Lines {
   public:
     Lines(float lat_step, float lon_step);
-    void parallels() const;
-    void meridians() const;
+    void parallels();
+    void meridians();
     void marks() const;
 
   private:
@@ -42,10 +70,10 @@ class Lines {
         bool at_left;  ///< the label stands at the left edge, else at the bottom
     };
 
-    void parallel(float lat) const;
-    void meridian(float lon) const;
-    void segment(EarthPoint from, EarthPoint to, const Line& line) const;
-    void piece(Point from, Point to, const Line& line) const;
+    void parallel(float lat);
+    void meridian(float lon);
+    void segment(EarthPoint from, EarthPoint to, const Line& line);
+    void piece(Point from, Point to, const Line& line);
     bool is_cut(EarthPoint from, EarthPoint to, Point p1, Point p2) const;
     void label_along(float lat, float lon, const std::string& label) const;
     void mark(EarthPoint from, EarthPoint to) const;
@@ -58,6 +86,7 @@ class Lines {
     float off = 0.0F;  ///< of a label from its edge
     MAP_limits limits;
     Map_view view;
+    Stroke stroke;
 };
 
 Lines::Lines(float lat_step, float lon_step) : dlat(lat_step), dlon(lon_step) {
@@ -80,7 +109,7 @@ bool Lines::is_cut(EarthPoint from, EarthPoint to, Point p1, Point p2) const {
     return std::max(dx, std::fabs(p2.y - p1.y)) > longest;
 }
 
-void Lines::segment(EarthPoint from, EarthPoint to, const Line& line) const {
+void Lines::segment(EarthPoint from, EarthPoint to, const Line& line) {
     const auto [south, north] = std::minmax(from.lat, to.lat);
     const auto [west, east] = std::minmax(from.lon, to.lon);
     if (!view.shows(south, north, west, east)) return;
@@ -105,8 +134,8 @@ void Lines::segment(EarthPoint from, EarthPoint to, const Line& line) const {
     piece(near_side, p2, line);
 }
 
-void Lines::piece(Point from, Point to, const Line& line) const {
-    GPH_line(from.x, from.y, to.x, to.y);
+void Lines::piece(Point from, Point to, const Line& line) {
+    stroke.add(from, to);
     const float edge = line.at_left ? limits.x_min : limits.y_min;
     const float a = line.at_left ? from.x : from.y;
     const float b = line.at_left ? to.x : to.y;
@@ -129,7 +158,7 @@ void Lines::label_along(float lat, float lon, const std::string& label) const {
     gtext(&place, label);
 }
 
-void Lines::parallel(float lat) const {
+void Lines::parallel(float lat) {
     constexpr float STEP = 2.5F;
     constexpr int STEPS = 144;
     const Line line{lat == 0.0F ? "EQ" : text_format(lat > 0.0F ? "%1.0fN" : "%1.0fS", std::fabs(lat)), true};
@@ -138,6 +167,7 @@ void Lines::parallel(float lat) const {
         const float lon = -DATE_LINE + STEP * static_cast<float>(i);
         segment({lat, lon}, {lat, lon + STEP}, line);
     }
+    stroke.flush();
     if (!(extra > 0.0F) || !map_step_is_good(dlon)) return;
     GPH_text_align(GCENTER_HOR, GHALF_VERT);
     float lon = extra * whole(-179.0F / extra) - extra / 2.0F;
@@ -145,12 +175,12 @@ void Lines::parallel(float lat) const {
     for (; lon <= DATE_LINE; lon += extra) label_along(lat, lon, line.label);
 }
 
-void Lines::parallels() const {
+void Lines::parallels() {
     for (int i = 0; dlat * static_cast<float>(i) < POLE; ++i) parallel(dlat * static_cast<float>(i));
     for (int i = 1; dlat * static_cast<float>(i) < POLE; ++i) parallel(-dlat * static_cast<float>(i));
 }
 
-void Lines::meridian(float lon) const {
+void Lines::meridian(float lon) {
     const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE;
     const float start = short_of_poles ? -whole(89.0F / dlat) * dlat : -POLE;
     const int steps = static_cast<int>(std::floor(-2.0F * start / dlat + 1e-4F));
@@ -161,13 +191,14 @@ void Lines::meridian(float lon) const {
         const float lat = start + dlat * static_cast<float>(i);
         segment({lat, lon}, {std::min(lat + dlat, POLE), lon}, line);
     }
+    stroke.flush();
     if (!(extra > 0.0F)) return;
     float lat = extra * whole(-89.0F / extra) - extra / 2.0F;
     lat = whole(lat / dlat) * dlat - dlat / 2.0F;
     for (; lat < POLE; lat += extra) label_along(lat, lon, line.label);
 }
 
-void Lines::meridians() const {
+void Lines::meridians() {
     if (!map_step_is_good(dlon)) return;
     GPH_text_align(GCENTER_HOR, GBASE_VERT);
     for (int i = 0; dlon * static_cast<float>(i) <= DATE_LINE; ++i) meridian(dlon * static_cast<float>(i));
@@ -205,7 +236,7 @@ bool map_step_is_good(float step) {
 
 void map_earth_lines(float dlat, float dlon) {
     if (!map_step_is_good(dlat)) return;
-    const Lines lines(dlat, dlon);
+    Lines lines(dlat, dlon);
     lines.parallels();
     lines.meridians();
     lines.marks();

@@ -110,6 +110,9 @@ int CONT_set_scale(float scale);
 int CONT_set_skip(int x, int y);
 /// Step of value plots whose plot format gives none.
 int CONT_set_usual_skip(int x, int y);
+/// Steps, 1 to 8, into which each step of a grid is cut before it is contoured, where a plot format gives none. -1 with
+/// a message for another text.
+int CONT_set_usual_smooth(const std::string& text);
 /// CONT_UNDER_MAP or CONT_OVER_MAP where a plot parameter gives the order, else MISS.
 int CONT_get_map_order();
 int CONT_set_plot_offset(float x, float y);

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "calc/grd_cyclic.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
 #include "gks/zavgks.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 namespace {
@@ -194,11 +196,13 @@ Neighbours compare_neighbours(const GRD_report& grid, int i, int j, float value)
     Neighbours found;
     const int reach = std::min(cont.ext_radius, std::max(grid.domain.nx, grid.domain.ny));
     const int last_row = std::min(j + reach, grid.domain.ny - 1);
-    const int last_column = std::min(i + reach, grid.domain.nx - 1);
+    const int cycle = PLT_letter() ? 0 : GRD_cycle(grid.domain);
+    const int first_column = cycle > 0 ? i - std::min(reach, (cycle - 1) / 2) : std::max(i - reach, 0);
+    const int last_column = cycle > 0 ? i + std::min(reach, (cycle - 1) / 2) : std::min(i + reach, grid.domain.nx - 1);
     for (int row = std::max(j - reach, 0); row <= last_row; ++row) {
-        for (int column = std::max(i - reach, 0); column <= last_column; ++column) {
+        for (int column = first_column; column <= last_column; ++column) {
             if (row == j && column == i) continue;
-            found.add(value, cont_value_at(grid, column, row));
+            found.add(value, cont_value_at(grid, cycle > 0 ? GRD_turned_column(column, cycle) : column, row));
             if (found.is_none()) return found;
         }
     }

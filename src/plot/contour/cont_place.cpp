@@ -71,14 +71,15 @@ int CONT_place_grid(const GRD_report& grid) {
     Domain map;
     MAP_get_domain(&map);
     const bool on_own_map = DOM_comp(&map, &grid.domain) != 0;
-    if (!on_own_map && DOM_comp(&cont.placed, &grid.domain) != 0 && DOM_comp(&cont.placed_on, &map) != 0) return 0;
-    DOM_init(&cont.placed);
+    if (!on_own_map && DOM_comp(&cont.placed_grid, &grid.domain) != 0 && DOM_comp(&cont.placed_map, &map) != 0)
+        return 0;
+    DOM_init(&cont.placed_grid);
     cont.grdx.clear();
     cont.grdy.clear();
     if (on_own_map) return 0;
     if (GRD_proj_XY(&grid, &map, cont.grdx, cont.grdy) != 0) return -1;
-    cont.placed = grid.domain;
-    cont.placed_on = map;
+    cont.placed_grid = grid.domain;
+    cont.placed_map = map;
     return 0;
 }
 

@@ -54,7 +54,7 @@ Traced_cell traced_cell() {
 }
 
 int place_grid(const GRD_report& grid) {
-    if (CONT_place_grid(grid) == 0) return 0;
+    if (cont.placed || CONT_place_grid(grid) == 0) return 0;
     MESS_print(MESS_WARN, "CONT_draw_contours: Unable to allocate grid arrays\n");
     return -1;
 }
@@ -292,7 +292,7 @@ void cont_set_line_attributes(int entry, float nlevel) {
 int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry) {
     cont.grdx = grx;
     cont.grdy = gry;
-    DOM_init(&cont.placed);
+    DOM_init(&cont.placed_grid);
     return 0;
 }
 
@@ -321,6 +321,7 @@ int CONT_draw(GRD_report* grid) {
         return -1;
     }
     gkeep_output();  // from here on the page grows by megabytes
+    if (!PLT_letter()) return cont_draw_field(grid);
     if (CONT_draw_contour(grid) < 0 || cont.cont_type == CONT_VALUE) return -1;
     CONT_draw_labels(grid);
     CONT_draw_maxmin(grid);

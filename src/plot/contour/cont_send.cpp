@@ -144,7 +144,7 @@ void send_line(int proj, Gpt* pts) {
 }  // namespace
 
 int CONT_draw_lines(int type, int num_pt, Gpt* pts) {
-    const int proj = MAP_get_proj();
+    const int proj = cont_wrapped_map();
     if (cont.fill_attrib[cont.con_off].color == CLR_NONE) return -1;
     if (proj == PROJ_LATLON) cont.offset = LATLON_WIDTH;
     if (proj == PROJ_MERCATOR) cont.offset = MERCATOR_WIDTH;

@@ -50,6 +50,8 @@ int CONT_set_usual_skip(int x, int y) {
     return CONT_set_skip(x, y);
 }
 
+int CONT_set_usual_smooth(const std::string& text) { return cont_read_smooth(text, &cont.usual_smooth); }
+
 int CONT_get_map_order() { return cont.mapcon; }
 
 int CONT_set_plot_offset(float x, float y) {

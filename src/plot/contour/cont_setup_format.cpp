@@ -7,7 +7,9 @@
 #include <cstdlib>
 
 #include "frame/flag.h"
+#include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "plot/contour/cont_state.h"
@@ -69,6 +71,8 @@ void take_skip(const char* text) {
     if (numbers.count >= 2) CONT_set_skip(numbers.value[0], numbers.value[1]);
 }
 
+void take_smooth(const char* text) { cont_read_smooth(text, &cont.smooth); }
+
 /// A word of a plot format: `prefix` words match the begin of a field, and `act` gets what stands behind it.
 struct Format_word {
     const char* word;
@@ -77,7 +81,7 @@ struct Format_word {
     void (*act)(const char* value);  ///< what else it does, null for nothing
 };
 
-constexpr std::array<Format_word, 24> FORMAT_WORDS = {{
+constexpr std::array<Format_word, 25> FORMAT_WORDS = {{
     {"value", false, CONT_VALUE, nullptr},
     {"gvalue", false, CONT_VALUE, nullptr},
     {"cf", false, CONT_FILL, nullptr},
@@ -98,6 +102,7 @@ constexpr std::array<Format_word, 24> FORMAT_WORDS = {{
     {"sc=", true, MISS, [](const char* value) { cont.scale = read_float(value); }},
     {"xy=", true, MISS, take_offset},
     {"sk=", true, MISS, take_skip},
+    {"sm=", true, MISS, take_smooth},
     {"cof=", true, MISS, [](const char* value) { CONT_set_fill_colors(value, 1); }},
     {"fi=", true, MISS, [](const char* value) { CONT_set_fill_pat(text_to_int(value)); }},
     {"%", true, MISS, nullptr},
@@ -142,6 +147,18 @@ constexpr std::array<Param_word, 10> PARAM_WORDS = {{
 }};
 
 }  // namespace
+
+int cont_read_smooth(const std::string& text, int* steps) {
+    constexpr int MOST_STEPS = 8;
+    const Integers read = read_integers(text.c_str(), '\0');
+    if (read.count != 1 || read.value[0] < 1 || read.value[0] > MOST_STEPS) {
+        MESS_print(MESS_WARN, "Smoothing (sm) has to be a number from 1 to %d: %s\n", MOST_STEPS, text.c_str());
+        ZAV_note(STATUS_WORD);
+        return -1;
+    }
+    *steps = read.value[0];
+    return 0;
+}
 
 int CONT_format_decode_type(const char* format) {
     if (format == nullptr) return -1;

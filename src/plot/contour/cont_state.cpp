@@ -102,6 +102,8 @@ bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt) {
 
 float cont_value_at(const GRD_report& grid, int i, int j) { return grid.grid[stored_index(grid, i, j)]; }
 
+int cont_wrapped_map() { return cont.placed ? MISS : MAP_get_proj(); }
+
 void cont_load_cell(const GRD_report& grid, int i, int j) {
     for (int corner = 0; corner < 4; ++corner) {
         const int column = i + corner % 2;

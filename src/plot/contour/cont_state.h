@@ -81,7 +81,9 @@ struct Cont_settings {
     int usual_y_skip = 1;
     bool skip_given = false;  ///< the user gave a step: values aren't thinned by their size on paper
     bool usual_skip_given = false;
-    float x_off = 0.0F;  ///< offset of value plots, in heights of the map
+    int smooth = 1;        ///< steps into which one of the grid is cut before it is contoured
+    int usual_smooth = 1;  ///< the same where no plot format gives any
+    float x_off = 0.0F;    ///< offset of value plots, in heights of the map
     float y_off = 0.0F;
     int rot_label = 0;       ///< 1: labels run along the line
     int mapcon = MISS;       ///< order of map and contours, CONT_*_MAP; MISS: as the layers need it
@@ -117,8 +119,9 @@ struct Cont_engine {
     int con_off = 0;             ///< band at work
     std::vector<float> grdx;     ///< plot positions of the grid points; empty: the plot is in grid coordinates
     std::vector<float> grdy;
-    Domain placed;        ///< grid and map that the positions belong to; unset: those of CONT_grid
-    Domain placed_on;     ///<
+    Domain placed_grid;   ///< grid that the positions belong to; unset: those of CONT_grid
+    Domain placed_map;    ///< and the map
+    bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
     float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
@@ -220,6 +223,15 @@ void cont_shown_range(const GRD_report& grid, float* max, float* min);
 
 /// Value of that grid point.
 float cont_value_at(const GRD_report& grid, int i, int j);
+
+/// Projection about whose edge cells may reach, MISS if none does.
+int cont_wrapped_map();
+
+/// Reads how often a field is refined. 0, or -1 with a message and `steps` as it was.
+int cont_read_smooth(const std::string& text, int* steps);
+
+/// Draws a grid closed about the globe and refined as the settings ask. Result as CONT_draw. In cont_field.cpp.
+int cont_draw_field(GRD_report* grid);
 
 /// Loads the corners of the cell whose lower left point is (`i`, `j`).
 void cont_load_cell(const GRD_report& grid, int i, int j);

@@ -136,7 +136,7 @@ int compute_lines(float level) {
 }
 
 int int_xy(Gpt* pt, float x1, float y1, float x2, float y2, float d) {
-    switch (MAP_get_proj()) {
+    switch (cont_wrapped_map()) {
         case PROJ_LATLON:
             unwrap(&x1, x2, LATLON_PERIOD);
             break;

@@ -98,7 +98,7 @@ void paper_colors(const std::string&) {
 }
 
 /// Words in the order of testing.
-constexpr std::array<Param, 45> PARAMS{{
+constexpr std::array<Param, 46> PARAMS{{
     {"letter", true, [](const std::string&) { PLT_set_letter(true); }},
     {"noletter", true, [](const std::string&) { PLT_set_letter(false); }},
     {"full", true, [](const std::string&) { PLT_set_view_offset(0.0F); }},
@@ -115,6 +115,7 @@ constexpr std::array<Param, 45> PARAMS{{
     {"gridx", false, nullptr},
     {"plt_skip", false, skip},
     {"plt_off", false, plot_offset},
+    {"sm", false, [](const std::string& value) { CONT_set_usual_smooth(value); }},
     {"plt_grid", false, plot_limit},
     {"loc_pr", false, [](const std::string& value) { DOM_set_loc_prior(text_to_int(value)); }},
     {"vp_size", false, [](const std::string& value) { PLT_panel_decode(value); }},

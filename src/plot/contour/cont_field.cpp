@@ -1,0 +1,146 @@
+/// The field that a plot draws: the grid given, refined where that is asked for, and closed and cut as the map is.
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+#include <utility>
+
+#include "calc/grd_cyclic.h"
+#include "calc/grd_place.h"
+#include "calc/grd_refine.h"
+#include "calc/grd_trans.h"
+#include "frame/mess.h"
+#include "frame/status.h"
+#include "plot/contour/cont_state.h"
+
+namespace zav {
+namespace {
+
+/// What the cells are taken from, and how its points come from those of the grid given.
+struct Field {
+    GRD_report grid;
+    int steps = 1;           ///< steps of the field in one of the grid given
+    std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
+};
+
+/// Values between which nothing new may arise: those that the levels were made for.
+Cont_range settled_range(const GRD_report& grid) {
+    Cont_range range{cont.grid_min, cont.grid_max};
+    if (cont_has_values() || range.high == FMISS) GRD_maxmin(&grid, &range.high, &range.low);
+    return range;
+}
+
+/// Cubic convolution overshoots beside steep slopes: into negative rain, or below the lowest level of a filled plot,
+/// where it would leave a hole. Between grid points that lie within the range no value leaves it.
+void hold_within(const GRD_report& given, const Cont_range& range, int n, GRD_report& refined) {
+    const auto inside = [&](int i, int j) {
+        const float value = cont_value_at(given, i % given.domain.nx, j);
+        return value >= range.low && value <= range.high;
+    };
+    const float low = std::nextafter(range.low, range.high);  // a level at the bound itself gets no line
+    const float high = std::nextafter(range.high, range.low);
+    for (int j = 0; j < refined.domain.ny; ++j) {
+        float* row = &refined.grid[static_cast<std::ptrdiff_t>(refined.domain.ny - 1 - j) * refined.domain.nx];
+        const int upper = (j + n - 1) / n;
+        for (int i = 0; i < refined.domain.nx; ++i) {
+            if (row[i] >= low && row[i] <= high) continue;
+            const int right = (i + n - 1) / n;
+            const bool given_point = i % n == 0 && j % n == 0;
+            if (given_point || cont_is_missing(row[i])) continue;
+            if (!inside(i / n, j / n) || !inside(right, j / n) || !inside(i / n, upper) || !inside(right, upper))
+                continue;
+            row[i] = std::clamp(row[i], low, high);
+        }
+    }
+}
+
+void refine(const GRD_report& grid, Field& field) {
+    field.grid = grid;
+    if (cont.smooth < 2 || cont.cont_type == CONT_VALUE) return;
+    GRD_report refined;
+    if (GRD_refine(grid, cont.smooth, refined) < 0) {
+        MESS_print(MESS_WARN, "Field not smoothed %d-fold: that makes more than %lld points, or there is no memory\n",
+                   cont.smooth, GRD_MOST_REFINED);
+        ZAV_note(STATUS_LAYER);
+        return;
+    }
+    hold_within(grid, settled_range(grid), cont.smooth, refined);
+    field.grid = std::move(refined);
+    field.steps = cont.smooth;
+}
+
+/// False without memory.
+bool place(Field& field) {
+    const Domain* map = MAP_get_domain(nullptr);
+    if (map == nullptr || DOM_comp(map, &field.grid.domain) != 0) return true;
+    GRD_placed placed;
+    const Placing placing = GRD_place(field.grid, *map, placed);
+    if (placing == Placing::NO_MEMORY) return false;
+    if (placing == Placing::NOT_NEEDED) return true;
+    field.grid = std::move(placed.grid);
+    field.shown = std::move(placed.shown);
+    cont.grdx = std::move(placed.x);
+    cont.grdy = std::move(placed.y);
+    cont.placed = true;
+    DOM_init(&cont.placed_grid);
+    return true;
+}
+
+/// Leaves of the field's positions those of the points of the grid given. False without memory.
+bool keep_own_positions(const GRD_report& own, const Field& field) {
+    if (cont.grdx.empty() || (field.steps == 1 && field.shown.empty())) return true;
+    const std::vector<float> x = std::exchange(cont.grdx, {});
+    const std::vector<float> y = std::exchange(cont.grdy, {});
+    try {
+        cont.grdx.reserve(static_cast<std::size_t>(own.domain.nx) * static_cast<std::size_t>(own.domain.ny));
+        cont.grdy.reserve(cont.grdx.capacity());
+    } catch (const std::exception&) {
+        return false;
+    }
+    const int cycle = GRD_cycle(own.domain);
+    for (int j = 0; j < own.domain.ny; ++j) {
+        const std::size_t row =
+            static_cast<std::size_t>(j * field.steps) * static_cast<std::size_t>(field.grid.domain.nx);
+        for (int i = 0; i < own.domain.nx; ++i) {
+            const int refined = i * field.steps;
+            const bool repeated = cycle > 0 && i >= cycle;
+            const int column = repeated              ? -1
+                               : field.shown.empty() ? refined
+                                                     : field.shown[static_cast<std::size_t>(refined)];
+            const std::size_t at = row + static_cast<std::size_t>(std::max(column, 0));
+            cont.grdx.push_back(column < 0 ? FMISS : x[at]);
+            cont.grdy.push_back(column < 0 ? FMISS : y[at]);
+        }
+    }
+    return true;
+}
+
+int tell_no_memory() {
+    MESS_print(MESS_WARN, "CONT_draw_contours: Unable to allocate grid arrays\n");
+    return -1;
+}
+
+int draw(GRD_report* grid, Field& field) {
+    if (cont.cont_type == CONT_VALUE) {
+        if (!keep_own_positions(*grid, field)) return tell_no_memory();
+        CONT_draw_contour(grid);
+        return -1;
+    }
+    if (CONT_draw_contour(&field.grid) < 0) return -1;
+    CONT_draw_labels(&field.grid);
+    if (!keep_own_positions(*grid, field)) return tell_no_memory();
+    CONT_draw_maxmin(grid);
+    return 0;
+}
+
+}  // namespace
+
+int cont_draw_field(GRD_report* grid) {
+    Field field;
+    refine(*grid, field);
+    const int result = place(field) ? draw(grid, field) : tell_no_memory();
+    cont.placed = false;
+    return result;
+}
+
+}  // namespace zav
