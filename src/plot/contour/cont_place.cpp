@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "calc/grd_cyclic.h"
 #include "calc/grd_trans.h"
 #include "gks/gks.h"
 #include "plot/background/map.h"
@@ -56,11 +57,14 @@ void take_in_window(const GRD_report& grid, const std::function<void(std::size_t
     Glim window;
     MAP_get_window(&window);
     const auto nx = static_cast<std::size_t>(grid.domain.nx);
+    const auto cycle = static_cast<std::size_t>(GRD_cycle(grid.domain));
     const float torn = torn_width();
     for (std::size_t k = 0; k < cont.grdx.size(); ++k) {
         if (cont.grdx[k] != FMISS && holds(window, {cont.grdx[k], cont.grdy[k]})) take(k);
-        if (k < nx || k % nx == 0) continue;
-        const Cell cell{k - nx - 1, k - nx, k - 1, k};
+        if (k < nx || (k % nx == 0 && cycle == 0)) continue;
+        // On a grid that goes round the globe the first column lies beside the last.
+        const std::size_t left = k % nx == 0 ? k + cycle - 1 : k - 1;
+        const Cell cell{left - nx, k - nx, left, k};
         if (is_cut(cell, window, torn)) std::for_each(cell.begin(), cell.end(), take);
     }
 }
