@@ -22,9 +22,8 @@ constexpr float TEXT_SHARE = 0.015F;
 constexpr float TEXT_MM = 2.2F;
 constexpr float SPACE_BESIDE = 1.0F;
 constexpr float SPACE_BELOW = 1.2F;
-/// Least height of a number's room in widths: where rows of the grid run up the page, long numbers would leave gaps
-/// between them.
-constexpr float LEAST_HEIGHT = 0.6F;
+/// Space between numbers and the frame, in millimetres.
+constexpr float FRAME_MM = 0.5F;
 /// Least scale of numbers that still take room.
 constexpr float LEAST_SCALE = 0.2F;
 
@@ -93,19 +92,20 @@ float widest_text(const GRD_report& grid) {
     return widest;
 }
 
-/// What a number takes on paper.
-PLT_room room_of(const GRD_report& grid) {
+/// What a number takes on paper: a box, but a circle where the grid's rows don't run level, as boxes pack badly there.
+PLT_room room_of(const GRD_report& grid, bool level) {
     const Gpt unit = PLT_paper_scale();
     const float scale = std::max(std::fabs(cont.scale), LEAST_SCALE);
     const float width = widest_text(grid) * std::fabs(unit.x);
+    const float room = width + SPACE_BESIDE * scale * TEXT_MM;
     const Gtext_hor side = side_of_point();
     const float middle = side == GCENTER_HOR ? 0.0F : (side == GLEFT_HOR ? 0.5F : -0.5F);
     const float vert = MAP_get_vert();
-    const float room = width + SPACE_BESIDE * scale * TEXT_MM;
     return {room,
-            std::max((1.0F + SPACE_BELOW) * scale * TEXT_MM, LEAST_HEIGHT * room),
-            true,
-            {cont.x_off * vert * unit.x + middle * width, cont.y_off * vert * unit.y}};
+            level ? (1.0F + SPACE_BELOW) * scale * TEXT_MM : room,
+            level,
+            {cont.x_off * vert * unit.x + middle * width, cont.y_off * vert * unit.y},
+            {0.5F * width + FRAME_MM, 0.5F * scale * TEXT_MM + FRAME_MM}};
 }
 
 /// As many values as paper holds.
@@ -116,7 +116,7 @@ void draw_by_room(const GRD_report& grid) {
     const PLT_lattice lattice{grid.domain.nx, grid.domain.ny,
                               [&](int i, int j, Gpt* pt) { return cont_position(grid, i, last - j, pt); },
                               [&](int i, int j) { return !cont_is_missing(cont_value_at(grid, i, last - j)); }};
-    for (const PLT_grid_point& point : PLT_thin(lattice, room_of(grid))) {
+    for (const PLT_grid_point& point : PLT_thin(lattice, room_of(grid, PLT_rows_are_level(lattice)))) {
         draw_value(grid, point.i, last - point.j, height);
     }
 }

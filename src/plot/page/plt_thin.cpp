@@ -39,16 +39,45 @@ class Paper {
     Gpt unit;
 };
 
+bool is_within(const Glim& view, const Gpt& pt) {
+    return pt.x >= view.x_min && pt.x <= view.x_max && pt.y >= view.y_min && pt.y <= view.y_max;
+}
+
 bool is_there(const Gpt& pt) { return !std::isnan(pt.x); }
+
+/// The number that this part of all doesn't exceed; 0 of none.
+float share(std::vector<float> numbers, double part) {
+    if (numbers.empty()) return 0.0F;
+    const auto at = numbers.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(numbers.size()) * part);
+    std::nth_element(numbers.begin(), at, numbers.end());
+    return *at;
+}
+
+/// What `measure` tells of the ways on paper between columns `step` apart, at places all over the plot.
+std::vector<float> ways_along_rows(const PLT_lattice& lattice, int step, float (*measure)(float x, float y)) {
+    const Paper paper;
+    const Glim view = PLT_paper_view();
+    std::vector<float> measures;
+    for (int j = 0; j < lattice.ny; j += lattice.ny / SAMPLES + 1) {
+        for (int i = 0; i + step < lattice.nx; i += step) {
+            Gpt a;
+            Gpt b;
+            if (!lattice.place(i, j, &a) || !lattice.place(i + step, j, &b)) continue;
+            a = paper.at(a);
+            b = paper.at(b);
+            if (is_within(view, a) && is_within(view, b)) measures.push_back(measure(b.x - a.x, b.y - a.y));
+        }
+    }
+    return measures;
+}
 
 /// All lengths are in rooms.
 class Thinner {
   public:
     Thinner(const PLT_lattice& points, const PLT_room& size) : lattice(points), room(size) {
         const Glim mm = PLT_paper_view();
-        const float edge = room.box ? 0.5F : 0.0F;
-        view = {mm.x_min / room.width + edge, mm.x_max / room.width - edge, mm.y_min / room.height + edge,
-                mm.y_max / room.height - edge};
+        view = {(mm.x_min + room.frame.x) / room.width, (mm.x_max - room.frame.x) / room.width,
+                (mm.y_min + room.frame.y) / room.height, (mm.y_max - room.frame.y) / room.height};
         columns = std::max(static_cast<int>(view.x_max - view.x_min), 0) + 1;
         const int rows = std::max(static_cast<int>(view.y_max - view.y_min), 0) + 1;
         marks.resize(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
@@ -80,9 +109,7 @@ class Thinner {
         return row;
     }
 
-    bool is_shown(const Gpt& pt) const {
-        return pt.x >= view.x_min && pt.x <= view.x_max && pt.y >= view.y_min && pt.y <= view.y_max;
-    }
+    bool is_shown(const Gpt& pt) const { return is_within(view, pt); }
 
     float length(const Gpt& a, const Gpt& b) const {
         const float x = std::fabs(a.x - b.x);
@@ -108,10 +135,7 @@ class Thinner {
             const float distance = shown ? line_distance(line, row, i) : NAN;
             if (!std::isnan(distance)) distances.push_back(distance);
         }
-        if (distances.empty()) return INFINITY;
-        const auto most = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() * 9 / 10);
-        std::nth_element(distances.begin(), most, distances.end());
-        return *most;
+        return distances.empty() ? INFINITY : share(std::move(distances), 0.9);
     }
 
     /// Distance to the nearer neighbour: at the edge of a cyclic map the other one lies at its far end.
@@ -192,26 +216,14 @@ std::vector<PLT_grid_point> PLT_thin(const PLT_lattice& lattice, const PLT_room&
 }
 
 float PLT_column_distance(const PLT_lattice& lattice, int step) {
-    const Paper paper;
-    const Glim view = PLT_paper_view();
-    const auto shown = [&view](const Gpt& pt) {
-        return pt.x >= view.x_min && pt.x <= view.x_max && pt.y >= view.y_min && pt.y <= view.y_max;
-    };
-    std::vector<float> distances;
-    for (int j = 0; j < lattice.ny; j += lattice.ny / SAMPLES + 1) {
-        for (int i = 0; i + step < lattice.nx; i += step) {
-            Gpt a;
-            Gpt b;
-            if (!lattice.place(i, j, &a) || !lattice.place(i + step, j, &b)) continue;
-            a = paper.at(a);
-            b = paper.at(b);
-            if (shown(a) && shown(b)) distances.push_back(std::hypot(a.x - b.x, a.y - b.y));
-        }
-    }
-    if (distances.empty()) return 0.0F;
-    const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-    std::nth_element(distances.begin(), middle, distances.end());
-    return *middle;
+    return share(ways_along_rows(lattice, step, [](float x, float y) { return std::hypot(x, y); }), 0.5);
+}
+
+bool PLT_rows_are_level(const PLT_lattice& lattice) {
+    constexpr float SLOPE = 0.268F;
+    return share(ways_along_rows(lattice, 1,
+                                 [](float x, float y) { return std::fabs(y) / std::max(std::fabs(x), 1e-6F); }),
+                 0.9) < SLOPE;
 }
 
 }  // namespace zav
