@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "calc/grd_cyclic.h"
+#include "calc/grd_trans.h"
 #include "map/maptran.h"
 
 namespace zav {
@@ -98,6 +99,14 @@ class Map_frame {
             *x++ = at.x;
             *y++ = at.y;
         }
+    }
+
+    /// The turn of a place that lies in the window, or the place as it is.
+    float in_window(float x) const {
+        if (round != Round::CYLINDER || x == FMISS || (x >= limits.x_min && x <= limits.x_max)) return x;
+        const double turn = TURN * unit;
+        const double moved = x + turn * std::ceil((limits.x_min - x) / turn);
+        return moved <= limits.x_max ? static_cast<float>(moved) : x;
     }
 
     const Round round;
@@ -284,6 +293,21 @@ Placing GRD_place(const GRD_report& grid, const Domain& map, GRD_placed& placed)
     }
     MAP_domain(&saved);
     return result;
+}
+
+int GRD_place_points(const GRD_report& grid, const Domain& map, std::vector<float>& x, std::vector<float>& y) {
+    const Domain target = map;  // may be the current record itself, which changes here
+    if (GRD_proj_XY(&grid, &target, x, y) != 0) return -1;
+    Domain saved;
+    MAP_get_domain(&saved);
+    const Map_frame frame(target);
+    const int cycle = GRD_cycle(grid.domain);
+    for (std::size_t k = 0; k < x.size(); ++k) {
+        const auto column = static_cast<int>(k % static_cast<std::size_t>(grid.domain.nx));
+        x[k] = cycle > 0 && column >= cycle ? FMISS : frame.in_window(x[k]);
+    }
+    MAP_domain(&saved);
+    return 0;
 }
 
 }  // namespace zav

@@ -27,4 +27,9 @@ enum class Placing {
 /// The current map domain stays.
 Placing GRD_place(const GRD_report& grid, const Domain& map, GRD_placed& placed);
 
+/// Map positions of the points of a grid as GRD_proj_XY gives them, each place once: a repeated first meridian has
+/// none, and on cylindrical maps a point lies within the window wherever one turn or another takes it there. 0, or -1
+/// with a message when there is no memory.
+int GRD_place_points(const GRD_report& grid, const Domain& map, std::vector<float>& x, std::vector<float>& y);
+
 }  // namespace zav

@@ -59,8 +59,7 @@ float value_on_current_map(const GRD_report* grid, float* x, float* y) {
     return GRD_get_value_domain(grid, MAP_get_domain(nullptr), x, y);
 }
 
-void project_points(const GRD_report& grid, float* lats, float* lons) {
-    const Domain& d = grid.domain;
+void project_points(const Domain& d, float* lats, float* lons) {
     float xc = FMISS;
     float yc = FMISS;
     MAP_tran_center(&xc, &yc);
@@ -75,6 +74,47 @@ void project_points(const GRD_report& grid, float* lats, float* lons) {
             MAP_untran(static_cast<float>(x), static_cast<float>(y), lats++, lons++);
         }
     }
+}
+
+/// Maps whose first axis shows longitude alone and whose second shows latitude alone.
+bool has_straight_axes(const Domain& domain) { return domain.proj == PROJ_LATLON || domain.proj == PROJ_MERCATOR; }
+
+/// Takes places on the earth to the current map.
+void to_map(float* x, float* y) {
+    const float lat = *x;
+    const float lon = *y;
+    if (lat != FMISS || lon != FMISS) MAP_tran(lat, lon, x, y);
+}
+
+/// Positions where grid and map both have straight axes: those of the first row and the first column are those of all.
+void project_straight(const Domain& grid, const Domain& map, float* xs, float* ys) {
+    Domain row = grid;  // about the same middle, so that its points keep their places
+    Domain column = grid;
+    row.ny = 1;
+    column.nx = 1;
+    const auto nx = static_cast<std::size_t>(grid.nx);
+    const auto ny = static_cast<std::size_t>(grid.ny);
+    std::vector<float> x(std::max(nx, ny));
+    std::vector<float> y(std::max(nx, ny));
+    MAP_domain(&grid);
+    project_points(row, x.data(), y.data());
+    MAP_domain(&map);
+    for (std::size_t i = 0; i < nx; ++i) to_map(&x[i], &y[i]);
+    for (std::size_t j = 0; j < ny; ++j) std::copy_n(x.begin(), nx, xs + j * nx);
+    MAP_domain(&grid);
+    project_points(column, x.data(), y.data());
+    MAP_domain(&map);
+    for (std::size_t j = 0; j < ny; ++j) {
+        to_map(&x[j], &y[j]);
+        std::fill_n(ys + j * nx, nx, y[j]);
+    }
+}
+
+void project_each(const Domain& grid, const Domain& map, std::vector<float>& xs, std::vector<float>& ys) {
+    MAP_domain(&grid);
+    project_points(grid, xs.data(), ys.data());
+    MAP_domain(&map);
+    for (std::size_t i = 0; i < xs.size(); ++i) to_map(&xs[i], &ys[i]);
 }
 
 /// True for a lattice of tiles whose size stays within an int.
@@ -120,27 +160,25 @@ int GRD_proj_XY(const GRD_report* grid, const Domain* domain, std::vector<float>
     grdx.clear();
     grdy.clear();
     if (grid->domain.nx < 1 || grid->domain.ny < 1) return 0;
-    try {
-        grdx.resize(point_count(grid->domain));
-        grdy.resize(point_count(grid->domain));
-    } catch (const std::exception&) {
-        grdx.clear();
-        MESS_print(MESS_WARN, "GRD_proj_XY: Unable to allocate grid arrays\n");
-        return -1;
-    }
     const Domain target = *domain;  // may be the current record itself, which changes here
     Domain saved;
     MAP_get_domain(&saved);
-    MAP_domain(&grid->domain);
-    project_points(*grid, grdx.data(), grdy.data());
-    MAP_domain(&target);
-    for (std::size_t i = 0; i < grdx.size(); ++i) {
-        const float lat = grdx[i];
-        const float lon = grdy[i];
-        if (lat != FMISS || lon != FMISS) MAP_tran(lat, lon, &grdx[i], &grdy[i]);
+    int result = 0;
+    try {
+        grdx.resize(point_count(grid->domain));
+        grdy.resize(point_count(grid->domain));
+        if (has_straight_axes(grid->domain) && has_straight_axes(target)) {
+            project_straight(grid->domain, target, grdx.data(), grdy.data());
+        } else {
+            project_each(grid->domain, target, grdx, grdy);
+        }
+    } catch (const std::exception&) {
+        grdx.clear();
+        MESS_print(MESS_WARN, "GRD_proj_XY: Unable to allocate grid arrays\n");
+        result = -1;
     }
     MAP_domain(&saved);
-    return 0;
+    return result;
 }
 
 float GRD_get_value(const GRD_report* grid, float x, float y) {

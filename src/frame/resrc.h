@@ -187,7 +187,7 @@ std::string RES_get_prog();
 /// Name of the program: the last part of its path.
 std::string RES_get_progname();
 
-/// Workstation type of a device word, by its first letter.
+/// Workstation type of a device word: by the ending of a picture file, else by the first letter.
 int RES_set_device(const std::string& str);
 
 /// Fills a row of the option table. `position` as in RES_defobj.

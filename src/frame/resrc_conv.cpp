@@ -196,12 +196,24 @@ int convert_hour(const std::string& data) {
     return 1;
 }
 
+/// True for the name of a picture file, which stands for its device.
+bool names_picture(const std::string& word) {
+    const std::size_t dot = word.rfind('.');
+    if (dot == std::string::npos || word.front() == '|') return false;
+    const std::string ending = word.substr(dot + 1);
+    return stricmp(ending, "png") == 0 || stricmp(ending, "pdf") == 0 || stricmp(ending, "svg") == 0;
+}
+
 int convert_device(const std::string& data, const res_out& out) {
     std::string* name = target<std::string>(out);
     if (name == nullptr) return 0;
     const std::vector<std::string> words = parse_string(data, ',');
     FLAG_set(FLAG_DEVICE, words.empty() ? 1 : RES_set_device(words.front()));
-    if (words.size() > 1) *name = data.substr(data.find(',') + 1);
+    if (!words.empty() && names_picture(words.front())) {
+        *name = data;
+    } else if (words.size() > 1) {
+        *name = data.substr(data.find(',') + 1);
+    }
     return 1;
 }
 
@@ -324,6 +336,8 @@ int RES_conv_data(const char* data, const res_out& out, DEF_convert cvt) {
 }
 
 int RES_set_device(const std::string& str) {
+    constexpr int picture = 7;
+    if (names_picture(str)) return picture;
     switch (str.empty() ? '\0' : str.front()) {
         case 'p':
         case 'P':
@@ -336,6 +350,9 @@ int RES_set_device(const std::string& str) {
         case 'm':
         case 'M':
             return 3;
+        case 'i':
+        case 'I':
+            return picture;
         case 'w':
         case 'W':
             return 6;

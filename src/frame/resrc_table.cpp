@@ -77,7 +77,7 @@ constexpr Row ROWS[] = {
     {RES_color_fill, "color_fill", "zavclrfill", "cof", 0, CV_string, "-cof clr[,...]", "Fill contour colors"},
     {RES_color_label, "color_label", "zavclrlab", "cola", 0, CV_string, "-cola clr", "Line label color"},
     {RES_color_clabel, "color_clabel", "zavclrclab", "cocl", 0, CV_string, "-cocl clr", "Fill label color"},
-    {RES_device, "device", "zavdevice", "de", 0, CV_device, "-de dev[,name]", "Output device: d,p,q,w,m"},
+    {RES_device, "device", "zavdevice", "de", 0, CV_device, "-de dev[,name]", "Output device: p,m,i,d,q,w, or a picture file"},
     {RES_title, "title", "zavtitle", "ti", 0, CV_string, "-ti title", "Window title"},
     {RES_icon, "icon", "zavicon", "ic", 0, CV_bool, "-ic", "Open window iconified"},
     {RES_background, "background", "zavback", "bg", 0, CV_string, "-bg clr", "Background color"},

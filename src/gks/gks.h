@@ -17,12 +17,13 @@ using Gconn_id = std::string;  ///< connection string: comma-separated, the file
 
 /// Workstation types.
 enum : int {
-    GWS_ASK = 0,   ///< none chosen yet
-    GWS_WIN = 1,   ///< X11 window with a backing pixmap
-    GWS_META = 3,  ///< metafile, text or CGM
-    GWS_PS = 4,    ///< PostScript
-    GWS_HPGL = 5,  ///< HPGL
-    GWS_PIX = 6,   ///< pixmap of another program's window
+    GWS_ASK = 0,    ///< none chosen yet
+    GWS_WIN = 1,    ///< X11 window with a backing pixmap
+    GWS_META = 3,   ///< metafile, text or CGM
+    GWS_PS = 4,     ///< PostScript
+    GWS_HPGL = 5,   ///< HPGL
+    GWS_PIX = 6,    ///< pixmap of another program's window
+    GWS_CAIRO = 7,  ///< picture: PNG, PDF or SVG
 };
 
 /// Colour index of the background, and the pseudo-colours of print workstations: black, white and grey 0.7, each
@@ -132,10 +133,14 @@ bool gtype_is_PS(int type);
 bool gtype_is_HPGL(int type);
 bool gtype_is_PIX(int type);
 bool gtype_is_WIN_PIX(int type);
+bool gtype_is_CAIRO(int type);
+
+/// True for workstations whose page is white paper in points with y upward: PostScript and pictures.
+bool gtype_is_PAGE(int type);
 
 /// Starts the primitives' attributes and transformations for a workstation just opened or changed. `type`: 0 X
-/// workstation, 1 the same again after a redraw, 2 PostScript, 3 HPGL, 4 metafile, 10 only the size changed; -1 does
-/// nothing and gives -1. Otherwise 0.
+/// workstation, 1 the same again after a redraw, 2 PostScript and pictures, 3 HPGL, 4 metafile, 10 only the size
+/// changed; -1 does nothing and gives -1. Otherwise 0.
 int ginit_plot(int type);
 
 // ---- transformations

@@ -102,6 +102,18 @@ const Gcolor_table& gget_color_table() { return state.table; }
 
 bool gis_valid_colr(int ind) { return (ind >= GCOLR_BACK && ind <= GCOLR_BACK_ENTRY) || is_pseudo(ind); }
 
+int gpseudo_width(int ind) {
+    constexpr std::array<int, 3> widths = {1, 2, 4};
+    return is_pseudo(ind) ? widths[(ind - GCOLR_PSEUDO_FIRST) % 3] : 1;
+}
+
+bool gis_pseudo_gray(int ind, float* level) {
+    constexpr std::array<float, 3> levels = {0.0F, 1.0F, 0.7F};
+    if (!is_pseudo(ind)) return false;
+    *level = levels[(ind - GCOLR_PSEUDO_FIRST) / 3];
+    return true;
+}
+
 bool gcheck_color_set(const char* func, Gint* color) {
     if (!gis_valid_colr(*color)) {
         gerr_printf(func, "invalid color index: %d\n", *color);

@@ -35,6 +35,12 @@ int gget_back_color();
 /// True for -1 to 256, and 500 to 508.
 bool gis_valid_colr(int ind);
 
+/// Line width of a pseudo-colour, 1, 2 or 4 times the normal one; 1 for any other colour.
+int gpseudo_width(int ind);
+
+/// True for a pseudo-colour, whose grey from 0 to 1 is then in `level`.
+bool gis_pseudo_gray(int ind, float* level);
+
 /// Checks a colour for an attribute setter, and makes it the index to store: 1 for a pseudo-colour on a display. False
 /// after a message in the name of `func`, for an invalid colour or, but for a metafile, one that was never set.
 bool gcheck_color_set(const char* func, Gint* color);

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <vector>
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
@@ -67,6 +68,16 @@ void fill_hpgl(Gint num_pt, const Gpt* array_pt) {
     ghpgl_printf("PM0;");
     for (int i = 1; i < num_pt; ++i) ghpgl_line(array_pt[i].x, array_pt[i].y);
     ghpgl_printf("PM1;PM2;FP;\n");
+}
+
+void fill_picture(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
+    if (state.fill_inter_style != GSOLID && state.fill_inter_style != GPAT) return;
+    gcairo_rings(num_rings, num_pt, array_pt);
+    if (state.fill_inter_style == GSOLID) {
+        gcairo_fill(state.fill_color);
+    } else {
+        gcairo_fill_pattern(state.fill_color, state.fill_inter_index);
+    }
 }
 
 /// A display fills one ring at a time: the others hang on it by lines that are gone to and fro.
@@ -167,6 +178,9 @@ int gfill_area(Gint num_pt, const Gpt* array_pt) {
         case GWS_HPGL:
             fill_hpgl(num_pt, array_pt);
             break;
+        case GWS_CAIRO:
+            fill_picture(1, &num_pt, array_pt);
+            break;
         default:
             break;
     }
@@ -191,6 +205,9 @@ int gfill_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
             break;
         case GWS_HPGL:
             fill_rings_hpgl(num_rings, num_pt, array_pt);
+            break;
+        case GWS_CAIRO:
+            fill_picture(num_rings, num_pt, array_pt);
             break;
         default:
             break;

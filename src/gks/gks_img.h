@@ -2,6 +2,7 @@
 
 /// Images on a workstation, and the picture of a display.
 
+#include <array>
 #include <string>
 
 namespace zav {
@@ -24,6 +25,15 @@ int goverlay_image_file(const std::string& filename, const char* background, int
 void gset_save_image_type(int type);
 int gget_save_image_type();
 int gsave_image_file(const std::string& filename);
+
+// Samples of an image of indexed pixels, for workstations that draw it.
+
+/// Farthest place of a viewport in an image; no viewport is as wide.
+constexpr int GIMAGE_FARTHEST = 100000;
+/// Pixel value at a place, -1 outside of the image.
+int gimage_value(const IMG_report& image, int row, int column);
+/// Red, green and blue of a pixel value, 0 to 255.
+std::array<int, 3> gimage_color(int value);
 
 /// Reads the picture that primitives draw into. 1, or 0 without a display.
 int gget_image(IMG_report* image);

@@ -1,11 +1,13 @@
 // Opening and closing of the kernel, its reports, and what concerns no single primitive.
 
+#include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
 
 #include "files/files.h"
 #include "frame/mess.h"
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
@@ -50,6 +52,14 @@ void clear_on_paper(const Glim& l) {
     gps_printf("cp\n");
     gps_set_fill_color(GCOLR_BACK);
     gps_printf("fill\n");
+}
+
+void clear_on_picture(const Glim& l) {
+    constexpr Gint corners = 4;
+    const std::array<Gpt, corners> points{
+        {{l.x_min, l.y_min}, {l.x_min, l.y_max}, {l.x_max, l.y_max}, {l.x_max, l.y_min}}};
+    gcairo_rings(1, &corners, points.data());
+    gcairo_clear();
 }
 
 void clear_on_display(const Glim& l) {
@@ -106,6 +116,8 @@ bool gtype_is_PS(int type) { return type == GWS_PS; }
 bool gtype_is_HPGL(int type) { return type == GWS_HPGL; }
 bool gtype_is_PIX(int type) { return type == GWS_PIX; }
 bool gtype_is_WIN_PIX(int type) { return gtype_is_WIN(type) || gtype_is_PIX(type); }
+bool gtype_is_CAIRO(int type) { return type == GWS_CAIRO; }
+bool gtype_is_PAGE(int type) { return gtype_is_PS(type) || gtype_is_CAIRO(type); }
 
 int ginit_plot(int type) {
     if (type == -1) return -1;
@@ -172,6 +184,7 @@ int gclear_region(const Glim* limit) {
     gnew_obj(GOBJ_CLEAR_REGION, 1, sizeof(Glim), &l);
     if (gtype_is_WIN_PIX(type)) clear_on_display(l);
     if (gtype_is_PS(type)) clear_on_paper(l);
+    if (gtype_is_CAIRO(type)) clear_on_picture(l);
     return 0;
 }
 

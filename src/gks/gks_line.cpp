@@ -1,5 +1,6 @@
 // Lines and their attributes.
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
@@ -49,6 +50,13 @@ void draw_hpgl(Gint num_pt, const Gpt* array_pt) {
     ghpgl_printf("\n");
 }
 
+void draw_picture(Gint num_pt, const Gpt* array_pt) {
+    gcairo_set_pen(state.line_color, state.line_width, state.line_type);
+    gcairo_move(array_pt[0].x, array_pt[0].y);
+    for (int i = 1; i < num_pt; ++i) gcairo_line(array_pt[i].x, array_pt[i].y);
+    gcairo_stroke();
+}
+
 int write_metafile(Gint num_pt, const Gpt* array_pt) {
     gmeta_printf("PL %d ", num_pt);
     gmeta_points(num_pt, array_pt, false);
@@ -91,6 +99,9 @@ int gpolyline(Gint num_pt, const Gpt* array_pt) {
         case GWS_HPGL:
             draw_hpgl(num_pt, array_pt);
             break;
+        case GWS_CAIRO:
+            draw_picture(num_pt, array_pt);
+            break;
         default:
             break;
     }
@@ -117,7 +128,7 @@ int gset_linewidth(Gfloat width) {
         gerr_printf("gset_linewidth", "invalid line width: %f\n", width);
         return -1;
     }
-    if (width == 0 && gtype_is_PS(gget_win_type())) width = 1;
+    if (width == 0 && gtype_is_PAGE(gget_win_type())) width = 1;
     if (width == state.line_width) return 0;
     state.line_width = width;
     if (gtype_is_META(gget_win_type())) {

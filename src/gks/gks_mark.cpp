@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_hpgl.h"
@@ -69,6 +70,13 @@ void draw_hpgl(const std::vector<Gpt>& pts) {
     ghpgl_printf("\n");
 }
 
+/// A single point is drawn as a dot of the pen.
+void draw_picture(const std::vector<Gpt>& pts) {
+    gcairo_move_abs(pts[0].x, pts[0].y);
+    for (const Gpt& p : pts) gcairo_line_abs(p.x, p.y);
+    gcairo_stroke_round();
+}
+
 /// One stroke of a marker, in device units.
 void mark_draw(const std::vector<Gpt>& pts) {
     switch (gget_win_type()) {
@@ -81,6 +89,9 @@ void mark_draw(const std::vector<Gpt>& pts) {
             break;
         case GWS_HPGL:
             draw_hpgl(pts);
+            break;
+        case GWS_CAIRO:
+            draw_picture(pts);
             break;
         default:
             break;
@@ -198,6 +209,10 @@ int gpolymarker(Gint num_pt, const Gpt* array_pt) {
             ghpgl_set_type(1);
             draw_all_on_paper(num_pt, array_pt, PLOTTER_PER_TENTH * (10 * state.marker_height));
             break;
+        case GWS_CAIRO:
+            gcairo_set_pen(state.marker_color, state.marker_width, 1);
+            draw_all_on_paper(num_pt, array_pt, POINTS_PER_TENTH * (10 * state.marker_height));
+            break;
         default:
             break;
     }
@@ -252,7 +267,7 @@ int gset_marker_width(Gfloat width) {
         gerr_printf("gset_marker_width", "invalid marker width: %f\n", width);
         return -1;
     }
-    if (width == 0 && gtype_is_PS(gget_win_type())) width = 1;
+    if (width == 0 && gtype_is_PAGE(gget_win_type())) width = 1;
     if (width == state.marker_width) return 0;
     state.marker_width = width;
     if (gtype_is_META(gget_win_type())) {

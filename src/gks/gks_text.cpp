@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_out.h"
@@ -26,7 +27,11 @@ constexpr float CAP_HEIGHT = GFONT_CAP - GFONT_BASE;
 /// Sends the strokes of characters to the workstation in force.
 class Stroke_pen {
   public:
-    explicit Stroke_pen(int type) : ps_(gtype_is_PS(type)), hpgl_(gtype_is_HPGL(type)), x11_(gtype_is_WIN_PIX(type)) {}
+    explicit Stroke_pen(int type)
+        : ps_(gtype_is_PS(type)),
+          hpgl_(gtype_is_HPGL(type)),
+          x11_(gtype_is_WIN_PIX(type)),
+          cairo_(gtype_is_CAIRO(type)) {}
 
     void begin() {
         num_ = 0;
@@ -37,6 +42,7 @@ class Stroke_pen {
         if (num_ > 1) flush();
         if (ps_) gps_move(x, y);
         if (hpgl_) ghpgl_move(x, y);
+        if (cairo_) gcairo_move(x, y);
         if (x11_) points_[0] = {gpixel(xW_p(x)), gpixel(yW_p(y))};
         num_ = 1;
     }
@@ -44,6 +50,7 @@ class Stroke_pen {
     void line(float x, float y) {
         if (ps_) gps_line(x, y);
         if (hpgl_) ghpgl_line(x, y);
+        if (cairo_) gcairo_line(x, y);
         if (x11_) points_[num_] = {gpixel(xW_p(x)), gpixel(yW_p(y))};
         if (++num_ >= STROKE_POINTS) break_at(x, y);
     }
@@ -53,6 +60,11 @@ class Stroke_pen {
         if (x11_) gx11_lines(Gx_context::text, num_, points_.data());
         if (ps_) gps_printf("stroke\n");
         if (hpgl_) ghpgl_printf("\n");
+    }
+
+    /// Ends a string: a picture has all its strokes as one path.
+    void finish() {
+        if (cairo_) gcairo_stroke_round();
     }
 
   private:
@@ -78,6 +90,7 @@ class Stroke_pen {
     bool ps_;
     bool hpgl_;
     bool x11_;
+    bool cairo_;
     int num_ = 0;
     std::array<Gxpoint, STROKE_POINTS> points_{};
 };
@@ -90,9 +103,11 @@ float advance(const Gtext_state& text, int width) {
     return static_cast<float>(width) + 100.0F * text.space;
 }
 
+/// Width that a character is taken for without a stroke font.
+constexpr int USUAL_WIDTH = 80;
+
 int char_width(const Gtext_state& text, char c) {
-    if (text.font) return text.font->size[static_cast<unsigned char>(c)];
-    return 0;
+    return text.font ? text.font->size[static_cast<unsigned char>(c)] : USUAL_WIDTH;
 }
 
 /// Length of a string in font units.
@@ -139,6 +154,8 @@ void set_attributes(const Gtext_state& text, const Gpt& pos, const std::string& 
         ghpgl_set_width(text.color, text.width);
         ghpgl_set_color(text.color);
         ghpgl_set_type(1);
+    } else if (gtype_is_CAIRO(type)) {
+        gcairo_set_pen(text.color, text.width, 1);
     }
 }
 
@@ -179,6 +196,17 @@ void draw_text(const Gtext_state& text, const Gpt& pos, const std::string& str) 
         const int width = start >= 0 ? char_width(text, c) : BLANK_WIDTH;
         hoff = gtruncate(static_cast<float>(hoff) + text.expan * advance(text, width));
     }
+    pen.finish();
+}
+
+/// Draws a string in a font of the system, where the stroke font would have it and not longer than there.
+void draw_system_text(const Gtext_state& text, const Gpt& pos, const std::string& str) {
+    Gcairo_string place;
+    place.pos = pos;
+    place.right = text.align.hor == GCENTER_HOR ? -0.5F : text.align.hor == GRIGHT_HOR ? -1.0F : 0.0F;
+    place.above = static_cast<float>(vertical_offset(text.align.vert) + GFONT_BASE) / CAP_HEIGHT;
+    if (text.font) place.most = static_cast<float>(string_length(text, str)) / CAP_HEIGHT;
+    gcairo_text(text, place, str);
 }
 
 /// The black copies of a string that lie to the lower right of it on a display.
@@ -218,15 +246,18 @@ int gtext(const Gpt* text_pos, const std::string& char_string) {
         gxfont_text(*text_pos, char_string);
         return 0;
     }
+    if (gtype_is_CAIRO(type) && text.font_ind == 1 && !gget_system_font().empty()) {
+        draw_system_text(text, *text_pos, char_string);
+        return 0;
+    }
     if (gtype_is_WIN_PIX(type) && text.drop_shadow > 0) draw_shadow(text, *text_pos, char_string);
     draw_text(text, *text_pos, char_string);
     return 0;
 }
 
-float gtext_width(const std::string& char_string) {
-    if (char_string.empty()) return 0.0F;
-    const Gtext_state& text = gtext_state();
-    return static_cast<float>(string_length(text, char_string)) * text.height / CAP_HEIGHT;
+Gpt ginq_text_size(const std::string& str, float height) {
+    if (str.empty()) return {};
+    return {height / CAP_HEIGHT * static_cast<float>(string_length(gtext_state(), str)), height};
 }
 
 }  // namespace zav

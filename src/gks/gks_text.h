@@ -38,8 +38,10 @@ struct Gfontprec {
 /// Draws `char_string` at `text_pos` (world coordinates) with the current text attributes.
 /// 0, or -1 with a report when no workstation is open.
 int gtext(const Gpt* text_pos, const std::string& char_string);
-/// Width of a string in world units with the current text attributes.
-float gtext_width(const std::string& char_string);
+
+/// Width of `str` along its baseline, and height of its capitals, in world units for text of height `height` with the
+/// current attributes.
+Gpt ginq_text_size(const std::string& str, float height);
 
 /// Loads a stroke font file, or with a leading "#" an X server font. 0, or -1; on failure the font is left empty.
 int read_font(const std::string& name);
@@ -47,6 +49,10 @@ int read_font(const std::string& name);
 int gsetup_fonts();
 /// Font list that goes before the resource "font_list": "fi:" and a list file, or comma-separated font files.
 int gset_font_list(const std::string& list);
+/// A font of the system, "family" with ":bold" and ":italic" behind it, that stands for font 1 on pictures; empty for
+/// none. Other workstations draw font 1 with a warning.
+void gset_system_font(const std::string& name);
+const std::string& gget_system_font();
 /// Font number for a name or a number in text form; unknown names give 1.
 int gget_font_index(const std::string& str);
 

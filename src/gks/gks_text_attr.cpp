@@ -74,7 +74,7 @@ int gset_expan(Gfloat expan) {
 }
 
 int gset_text_width(Gfloat width) {
-    if (width == 0.0F && gtype_is_PS(gget_win_type())) width = 1.0F;
+    if (width == 0.0F && gtype_is_PAGE(gget_win_type())) width = 1.0F;
     return set_number("gset_text_width", state.width, width, "invalid text width: %f\n", "TE_WDTH %f\n",
                       GOBJ_TEXT_WIDTH);
 }

@@ -40,7 +40,8 @@ struct Loaded_font {
 };
 
 struct State {
-    std::string list;  ///< font list that goes before the resource
+    std::string list;         ///< font list that goes before the resource
+    std::string system_font;  ///< name of one that stands for font 1 on pictures
     std::vector<Font_entry> fonts;
     std::map<std::string, Loaded_font> loaded;  ///< fonts read so far, by path
 };
@@ -213,6 +214,9 @@ int read_font(const std::string& name) {
 
 int gsetup_fonts() {
     state.fonts.clear();
+    if (!state.system_font.empty() && !gtype_is_CAIRO(gget_win_type())) {
+        MESS_print(MESS_WARN, "gsetup_fonts: Only pictures have fonts of the system: %s\n", state.system_font.c_str());
+    }
     const char* resource = RES_get("font_list");
     const std::string list = !state.list.empty() ? state.list : resource != nullptr ? resource : "";
     if (list.empty()) {
@@ -224,6 +228,9 @@ int gsetup_fonts() {
     const bool listed = ind >= 1 && static_cast<std::size_t>(ind) <= state.fonts.size();
     return read_font(listed ? state.fonts[ind - 1].file : DEFAULT_FONT);
 }
+
+void gset_system_font(const std::string& name) { state.system_font = name; }
+const std::string& gget_system_font() { return state.system_font; }
 
 int gset_font_list(const std::string& list) {
     state.list = list;

@@ -9,6 +9,7 @@
 #include "frame/status.h"
 #include "frame/string.h"
 #include "frame/system.h"
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
 #include "gks/meta/gks_meta.h"
@@ -84,9 +85,17 @@ bool GPH_prints_on_stdout() {
     std::string conn_id;
     RES_getval("device", &conn_id, CV_device);
     const int device = FLAG_get(FLAG_DEVICE);
-    if (device != GWS_PS && device != GWS_META) return false;
     const std::vector<std::string> words = parse_string(conn_id, ',');
-    return FILE_is_stdio(device == GWS_PS ? gps_file_name(words) : gmeta_file_name(words)) != 0;
+    switch (device) {
+        case GWS_PS:
+            return FILE_is_stdio(gps_file_name(words)) != 0;
+        case GWS_META:
+            return FILE_is_stdio(gmeta_file_name(words)) != 0;
+        case GWS_CAIRO:
+            return FILE_is_stdio(gcairo_file_name(words)) != 0;
+        default:
+            return false;
+    }
 }
 
 int GPH_begin(Gint* ws_id, const std::string& conn_id, Gws_type* ws_type) {

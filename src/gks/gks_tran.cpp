@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
@@ -93,6 +94,8 @@ void clip_printed() {
         gcgm_ps_point(right, top);
     } else if (gtype_is_PS(type)) {
         gps_clip(left - CLIP_MARGIN, bottom - CLIP_MARGIN, right + CLIP_MARGIN, top + CLIP_MARGIN);
+    } else if (gtype_is_CAIRO(type)) {
+        gcairo_clip(left - CLIP_MARGIN, bottom - CLIP_MARGIN, right + CLIP_MARGIN, top + CLIP_MARGIN);
     } else if (gtype_is_HPGL(type)) {
         ghpgl_printf("IW %.0f,%.0f,%.0f,%.0f;\n", static_cast<double>(left - CLIP_MARGIN),
                      static_cast<double>(bottom - CLIP_MARGIN), static_cast<double>(right + CLIP_MARGIN),
@@ -289,7 +292,7 @@ void gget_gviewport(Grectangle* clip_rect) {
     gget_xviewport(&pixels);
     *clip_rect = {pixels.x, pixels.y, pixels.width, pixels.height};
     const int type = gget_win_type();
-    if (!gtype_is_PS(type) && !gtype_is_HPGL(type)) return;
+    if (!gtype_is_PAGE(type) && !gtype_is_HPGL(type)) return;
     const float left = xNDC_ps(state.cur_vp.x_min);
     const float bottom = yNDC_ps(state.cur_vp.y_min);
     clip_rect->x = static_cast<int>(left);

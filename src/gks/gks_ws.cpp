@@ -2,10 +2,12 @@
 
 #include "gks/gks_ws.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 #include "frame/string.h"
+#include "gks/cairo/gks_cairo.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
 #include "gks/gks_hpgl.h"
@@ -35,6 +37,7 @@ struct State {
     std::string prog_name = "X11_Graph";
     std::string win_title = "X11_Graph";
     std::string geometry;
+    std::string page_title;
 };
 State state;
 
@@ -65,6 +68,8 @@ int open_device(Gws_type type, const std::vector<std::string>& words) {
             return gps_open(words);
         case GWS_HPGL:
             return ghpgl_open(words);
+        case GWS_CAIRO:
+            return gcairo_open(words);
         default:
             gerr_printf("gopen_ws", "unknown workstation type: %d\n", type);
             return -1;
@@ -75,6 +80,7 @@ int open_device(Gws_type type, const std::vector<std::string>& words) {
 int init_code(Gws_type type) {
     switch (type) {
         case GWS_PS:
+        case GWS_CAIRO:
             return 2;
         case GWS_HPGL:
             return 3;
@@ -85,12 +91,32 @@ int init_code(Gws_type type) {
     }
 }
 
+/// Geometry in hundredths of an inch: size and offset, size alone, or offset alone.
+void read_hundredths(const std::string& text, Gdevice_area* area) {
+    constexpr double points_per_hundredth = 0.72;
+    const auto points = [](int hundredths) { return gtruncate(points_per_hundredth * hundredths); };
+    int width = 0;
+    int height = 0;
+    int x = 0;
+    int y = 0;
+    const int count = std::sscanf(text.c_str(), "%dx%d%d%d", &width, &height, &x, &y);
+    if (count >= 2) {
+        area->width = points(width);
+        area->height = points(height);
+    }
+    if (count == 4 || (count < 2 && std::sscanf(text.c_str(), "%d%d", &x, &y) == 2)) {
+        area->x = points(x);
+        area->y = points(y);
+    }
+}
+
 float hold(float value, float low, float high) { return value < low ? low : value > high ? high : value; }
 
 }  // namespace
 
 int gopen_ws(Gint, const Gconn_id& conn_id, Gws_type ws_type) {
     if (ws_type == GWS_PS && print_as_hpgl()) ws_type = GWS_HPGL;
+    state.page_title.clear();
     if (open_device(ws_type, parse_string(conn_id, ',')) != 0) return -1;
     state.open_graphics = 1;
     ginit_objs();
@@ -127,6 +153,9 @@ int gclose_ws(Gint) {
         case GWS_HPGL:
             result = ghpgl_close_file();
             break;
+        case GWS_CAIRO:
+            result = gcairo_close();
+            break;
         default:
             break;
     }
@@ -142,17 +171,21 @@ void gnew_page() {
     const int type = gget_win_type();
     if (gtype_is_PS(type)) gps_new_page();
     if (gtype_is_META(type)) gmeta_new_picture();
-    if (gtype_is_PS(type) || gtype_is_META(type)) gtran_clip();
+    if (gtype_is_CAIRO(type)) gcairo_new_page();
+    if (gtype_is_PAGE(type) || gtype_is_META(type)) gtran_clip();
+    state.page_title.clear();
 }
 
 void gkeep_output() {
     gps_keep();
     gmeta_keep();
+    gcairo_keep();
 }
 
 void gbreak_off() {
     gps_break_off();
     gmeta_break_off();
+    gcairo_break_off();
     state.open_graphics = 0;
 }
 
@@ -213,6 +246,13 @@ const std::string& gget_prog_name() { return state.prog_name; }
 void gset_win_title(const std::string& title) { state.win_title = fit_text(title, TITLE_SIZE); }
 const std::string& gget_win_title() { return state.win_title; }
 
+void gadd_page_title(const std::string& text) {
+    if (!state.page_title.empty()) state.page_title += ", ";
+    state.page_title += text;
+}
+
+std::string gget_page_title() { return state.page_title.empty() ? state.win_title : state.page_title; }
+
 void gset_geometry(const std::string& geometry) { state.geometry = fit_text(geometry, GEOMETRY_SIZE); }
 const std::string& gget_geometry() { return state.geometry; }
 
@@ -239,6 +279,13 @@ bool gws_panel_geometry(const std::string& str, Gdevice_area* area) {
     area->width = gtruncate(fx * width);
     area->height = gtruncate(fy * height);
     return true;
+}
+
+void gws_geometry(const std::string& str, Gdevice_area* area) {
+    constexpr int least = 2;
+    if (!gws_panel_geometry(str, area)) read_hundredths(str, area);
+    area->width = std::max(area->width, least);
+    area->height = std::max(area->height, least);
 }
 
 bool gws_paper_size(const std::string& name, float* sx, float* sy) {

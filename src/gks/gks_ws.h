@@ -59,6 +59,11 @@ const std::string& gget_prog_name();
 void gset_win_title(const std::string& title);
 const std::string& gget_win_title();
 
+/// Adds a text to the title of the page, which file formats keep beside the picture. A new page starts without one.
+void gadd_page_title(const std::string& text);
+/// The texts of the page's title, or that of the window if it has none.
+std::string gget_page_title();
+
 /// Geometry that overrides the resource on displays, at most 40 characters.
 void gset_geometry(const std::string& geometry);
 const std::string& gget_geometry();
@@ -76,6 +81,10 @@ void gset_area(const Gdevice_area& area);
 /// Panel form of a geometry, "P" and "%fx%f+%f+%f": fractions of the area, or above 1 a count of panels on the page
 /// with the panel's column and row, rows counted from the top. False if `str` doesn't begin with the letter.
 bool gws_panel_geometry(const std::string& str, Gdevice_area* area);
+
+/// Geometry of a page in points: that of a panel, or in hundredths of an inch size and offset, size alone or offset
+/// alone. The area keeps an extent of at least 2.
+void gws_geometry(const std::string& str, Gdevice_area* area);
 
 /// Paper size of a name in any case, in inches, long side first. False for an unknown name.
 bool gws_paper_size(const std::string& name, float* sx, float* sy);

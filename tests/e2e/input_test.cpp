@@ -88,7 +88,7 @@ TEST(Program, AnyNumberOfUnknownOptionsIsHarmless) {
 TEST(Program, LookupFilesMayBeMissingOrSpoilt) {
     const char* const names[] = {"name_conv",    "model.lup",    "zavoria.tim", "zavoria.lev", "zavoria.var",
                                  "variable.lup", "mod_name.lup", "source.lup",  "units.lup",   "grib2_var.lup",
-                                 "zav.reg",      "zav.clr",      "zav.fnl",     "simplex.fnt"};
+                                 "zav.reg",      "zav.clr",      "zav.fnl",     "zav.pal",     "simplex.fnt"};
     std::string binary;
     for (int i = 0; i < 4000; i++) binary += static_cast<char>(i * 37);
     const std::string spoilt[] = {std::string(100000, 'x'), binary, "1 2 3\n\n# \n:::\n-\n", ""};

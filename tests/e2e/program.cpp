@@ -51,7 +51,7 @@ Page read_page(const std::string& file) {
 std::vector<PagePath> segments_of(const Page& page) {
     std::vector<PagePath> segments;
     for (const PagePath& line : page.lines) {
-        if (line.size() == 2) segments.push_back(line);
+        for (std::size_t i = 1; i < line.size(); i++) segments.push_back({line[i - 1], line[i]});
     }
     return segments;
 }

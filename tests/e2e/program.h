@@ -35,7 +35,7 @@ struct Page {
 /// Reads a page that the program wrote.
 Page read_page(const std::string& file);
 
-/// Lines of two points only.
+/// All pieces of the lines, two points each.
 std::vector<PagePath> segments_of(const Page& page);
 
 /// The text of a page without its date line.

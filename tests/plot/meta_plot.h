@@ -14,6 +14,7 @@
 #include "gks/gks.h"
 #include "plot/background/map.h"
 #include "plot/page/colors.h"
+#include "plot/page/plt_tool.h"
 #include "plot/sequence/plt_plot.h"
 #include "support/support.h"
 
@@ -68,6 +69,7 @@ class MetaPlot : public TempDirTest {
         RES_put("file_path", source_dir() + "/share/zav/");
         FLAG_reset(MISS);
         FLAG_resetplot(1);
+        PLT_set_letter(false);
         RES_put("device", "meta," + dir.file("out"));
     }
     /// What `draw` draws on a map of `text`, a domain as options give it.

@@ -23,7 +23,6 @@ namespace {
 
 constexpr float BLACK = 0.0F;
 constexpr float WHITE = 1.0F;
-constexpr float GREY = 0.7F;
 constexpr float SMALLEST_BASE = 0.001F;  // dots; stands for a base width of none
 constexpr int NO_COLOR = -9999;
 
@@ -58,13 +57,6 @@ State state;
 
 bool in_table(int ind) { return ind >= 0 && ind < GCOLR_COUNT; }
 
-/// Width of a pseudo-colour: 1, 2 or 4 times the normal one. 1 for other colours.
-int pseudo_width(int color) {
-    constexpr std::array<int, 3> widths = {1, 2, 4};
-    if (color < GCOLR_PSEUDO_FIRST || color > GCOLR_PSEUDO_LAST) return 1;
-    return widths[(color - GCOLR_PSEUDO_FIRST) % 3];
-}
-
 void set_gray(float level, const char* text) {
     if (state.gray_level == level) return;
     gps_printf("%s setgray\n", text);
@@ -73,18 +65,9 @@ void set_gray(float level, const char* text) {
 
 /// Black, white or grey 0.7. False for a colour of the table.
 bool set_pseudo_color(int color) {
-    if (color < GCOLR_PSEUDO_FIRST || color > GCOLR_PSEUDO_LAST) return false;
-    switch ((color - GCOLR_PSEUDO_FIRST) / 3) {
-        case 0:
-            set_gray(BLACK, "0");
-            break;
-        case 1:
-            set_gray(WHITE, "1");
-            break;
-        default:
-            set_gray(GREY, ".7");
-            break;
-    }
+    float level = 0;
+    if (!gis_pseudo_gray(color, &level)) return false;
+    set_gray(level, level == BLACK ? "0" : level == WHITE ? "1" : ".7");
     return true;
 }
 
@@ -377,7 +360,7 @@ void gps_set_fill_color(int color) {
 }
 
 void gps_set_width(int color, float width) {
-    const int factor = pseudo_width(color);
+    const int factor = gpseudo_width(color);
     const float multiple = factor == 1 ? static_cast<float>(gget_line_print_bold()) : static_cast<float>(factor);
     if (multiple * width == state.line_width) return;
     const float dots = multiple * state.base_width * width;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "gks/gks_colr.h"
+#include "gks/gks_img.h"
 #include "gks/gks_tran.h"
 #include "gks/ps/gks_ps.h"
 #include "image/zavimg.h"
@@ -15,7 +15,6 @@ namespace zav {
 namespace {
 
 constexpr int SAMPLES_A_LINE = 80;
-constexpr int FARTHEST = 100000;  // samples; no viewport is as wide
 
 /// The hexadecimal texts of all pixel values, in the mode of the output.
 struct Samples {
@@ -26,24 +25,14 @@ struct Samples {
 Samples make_samples(bool color) {
     Samples samples;
     samples.white = color ? "FFFFFF" : "FF";
-    const Gcolor_table& table = gget_color_table();
     for (int value = 0; value < 256; ++value) {
         std::array<char, 8> text{};
         if (!color) {
             std::snprintf(text.data(), text.size(), "%02X", static_cast<unsigned>(value));
         } else {
-            float red = 0;
-            float grn = 0;
-            float blu = 0;
-            if (table.get_rgb != nullptr) {
-                table.get_rgb(value, &red, &grn, &blu);
-            } else {
-                gget_color_rgb(value, &red, &grn, &blu);
-            }
-            const auto byte = [](float part) {
-                return static_cast<unsigned>(std::clamp(gtruncate(part * 255), 0, 255));
-            };
-            std::snprintf(text.data(), text.size(), "%02X%02X%02X", byte(red), byte(grn), byte(blu));
+            const std::array<int, 3> parts = gimage_color(value);
+            const auto byte = [&parts](std::size_t i) { return static_cast<unsigned>(parts[i]); };
+            std::snprintf(text.data(), text.size(), "%02X%02X%02X", byte(0), byte(1), byte(2));
         }
         samples.pixel[static_cast<std::size_t>(value)] = text.data();
     }
@@ -52,19 +41,16 @@ Samples make_samples(bool color) {
 
 /// Text of the sample at a place of the image; white outside it.
 const std::string& sample_at(const IMG_report& image, const Samples& samples, int row, int column) {
-    if (row < 0 || row >= image.height || column < 0 || column >= image.width) return samples.white;
-    const auto stride = static_cast<std::size_t>(std::max(image.bytes_line, 0));
-    const std::size_t place = static_cast<std::size_t>(row) * stride + static_cast<std::size_t>(column);
-    if (place >= image.data.size()) return samples.white;
-    return samples.pixel[image.data[place]];
+    const int value = gimage_value(image, row, column);
+    return value < 0 ? samples.white : samples.pixel[static_cast<std::size_t>(value)];
 }
 
 }  // namespace
 
 void gps_image(const IMG_report* image, int x, int y) {
     if (image == nullptr) return;
-    x = std::clamp(x, -FARTHEST, FARTHEST);
-    y = std::clamp(y, -FARTHEST, FARTHEST);
+    x = std::clamp(x, -GIMAGE_FARTHEST, GIMAGE_FARTHEST);
+    y = std::clamp(y, -GIMAGE_FARTHEST, GIMAGE_FARTHEST);
     Gxrect viewport;
     gget_xviewport(&viewport);
     Grectangle place;

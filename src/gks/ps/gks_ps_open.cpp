@@ -22,7 +22,6 @@ constexpr int PAPER_DEPTH = 10;          // reported in place of a display's
 constexpr float SMALLEST_SCALE = 0.01F;  // with two decimals a smaller one would be 0
 constexpr float LARGEST_PAPER = 1000;    // inches
 constexpr double POINTS_PER_INCH = 72;
-constexpr double POINTS_PER_HUNDREDTH = 0.72;
 constexpr double MARGINS = 0.5;  // inches, both sides together
 
 struct Paper {
@@ -85,24 +84,6 @@ std::string geometry() {
     return {};
 }
 
-/// Geometry in hundredths of an inch: size and offset, size alone, or offset alone.
-void read_hundredths(const std::string& text, Gdevice_area* area) {
-    const auto points = [](int hundredths) { return gtruncate(POINTS_PER_HUNDREDTH * hundredths); };
-    int width = 0;
-    int height = 0;
-    int x = 0;
-    int y = 0;
-    const int count = std::sscanf(text.c_str(), "%dx%d%d%d", &width, &height, &x, &y);
-    if (count >= 2) {
-        area->width = points(width);
-        area->height = points(height);
-    }
-    if (count == 4 || (count < 2 && std::sscanf(text.c_str(), "%d%d", &x, &y) == 2)) {
-        area->x = points(x);
-        area->y = points(y);
-    }
-}
-
 Gdevice_area drawing_area(const Paper& paper) {
     Gdevice_area area;
     area.width = gtruncate(POINTS_PER_INCH * (paper.sx - MARGINS));
@@ -135,10 +116,7 @@ int gps_open(const std::vector<std::string>& words) {
     const Paper paper = read_parameters(words);
     const Gdevice_area page = drawing_area(paper);
     Gdevice_area area = page;
-    const std::string text = geometry();
-    if (!gws_panel_geometry(text, &area)) read_hundredths(text, &area);
-    area.width = std::max(area.width, 2);
-    area.height = std::max(area.height, 2);
+    gws_geometry(geometry(), &area);
     gps_set_size(paper.sx, paper.sy);
     gps_set_box(area, page);
     gps_init_file();

@@ -25,6 +25,8 @@ enum : int { CONT_UNDER_MAP = 0, CONT_OVER_MAP = 1 };
 
 /// Most contour levels and bands, the ending entry of a level list inside them.
 constexpr int CONT_LEVELS = 256;
+/// Most bands of an interval that have entries of their own; the colours come back after these.
+constexpr int CONT_BANDS = 2000;
 
 /// Mouse and key events of a contour plot: type, event string, position.
 using CONT_event = void (*)(int type, const char* str, float x, float y);
@@ -48,6 +50,9 @@ int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry);
 /// Works out the plot positions of the grid's points on the current map, none for a grid on its own map. What is known
 /// of the same grid and map is kept. 0, or -1 without memory.
 int CONT_place_grid(const GRD_report& grid);
+/// The same for points drawn one by one instead of cells: each place of a grid that goes round the globe counts once,
+/// wherever the map shows it.
+int CONT_place_points(const GRD_report& grid);
 
 /// Those positions in the grid's own layout, x FMISS off the map; null for a grid on its own map.
 const float* CONT_grid_x();
@@ -125,6 +130,8 @@ int CONT_set_intrvl(float intrvl);
 float CONT_get_intrvl();
 int CONT_set_range(float max, float min);
 int CONT_set_bar_range(float max, float min);
+/// Range over which a palette is spread in place of the plot's levels; FMISS for these.
+int CONT_set_color_range(float max, float min);
 int CONT_get_type();
 int CONT_set_label_type(int skip, int rad);
 int CONT_set_over(int over);

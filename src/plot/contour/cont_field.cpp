@@ -11,16 +11,14 @@
 #include "calc/grd_trans.h"
 #include "frame/mess.h"
 #include "frame/status.h"
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_texts.h"
 
 namespace zav {
 namespace {
 
 /// What the cells are taken from, and how its points come from those of the grid given.
-struct Field {
+struct Field : Cont_origin {
     GRD_report grid;
-    int steps = 1;           ///< steps of the field in one of the grid given
-    std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
 };
 
 /// Values between which nothing new may arise: those that the levels were made for.
@@ -127,9 +125,7 @@ int draw(GRD_report* grid, Field& field) {
         return -1;
     }
     if (CONT_draw_contour(&field.grid) < 0) return -1;
-    CONT_draw_labels(&field.grid);
-    if (!keep_own_positions(*grid, field)) return tell_no_memory();
-    CONT_draw_maxmin(grid);
+    cont_write_texts();
     return 0;
 }
 
@@ -137,9 +133,12 @@ int draw(GRD_report* grid, Field& field) {
 
 int cont_draw_field(GRD_report* grid) {
     Field field;
+    field.given = grid;
     refine(*grid, field);
+    cont.origin = &field;
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
     cont.placed = false;
+    cont.origin = nullptr;
     return result;
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_join.h"
 
 namespace zav {
 namespace {
@@ -99,9 +99,6 @@ constexpr std::array<End_row, 16> TOP_BANDS{{
 
 constexpr std::string_view WHOLE_CELL = "C0C1C3C2";
 
-/// Longest polygon without its closing point.
-constexpr int MOST_VERTICES = 8;
-
 bool holds(const End_row& row, float level) {
     const float z = cont.z[row.corner];
     // a saddle whose line runs through corner 0 leaves nothing at that corner
@@ -136,24 +133,27 @@ Course course_of(int from, float total) {
 
 bool is_saddle(Course course) { return course == Course::SADDLE_A || course == Course::SADDLE_B; }
 
-/// A polygon being put together in `pt`.
+/// A polygon being put together.
 class Polygon {
   public:
-    void add(const Gpt& pt) {
-        if (count_ < MOST_VERTICES) cont.pt[count_++] = pt;
+    void add(Cont_place::Kind kind, int number) {
+        if (count_ < CONT_VERTICES) places_[count_++] = {kind, static_cast<unsigned char>(number)};
     }
-    void add_upper(int side) { add(cont.at[side]); }
-    void add_lower(int side) { add(cont.pt[LOWER + side]); }
-    void add_corner(int corner) { add(cont_corner(corner)); }
+    void add_upper(int side) { add(Cont_place::UPPER, side); }
+    void add_lower(int side) { add(Cont_place::LOWER, side); }
+    void add_corner(int corner) { add(Cont_place::CORNER, corner); }
 
     void send() {
         if (count_ < 3) return;
-        cont.pt[count_] = cont.pt[0];
-        CONT_draw_lines(CONT_FILL, count_ + 1, cont.pt.data());
-        count_ = 0;
+        if (cont.join != nullptr) return cont.join->add_piece(places_.data(), count_);
+        std::array<Gpt, CONT_VERTICES + 1> points;
+        std::transform(places_.begin(), places_.begin() + count_, points.begin(), cont_point);
+        points[count_] = points[0];
+        CONT_draw_lines(CONT_FILL, count_ + 1, points.data());
     }
 
   private:
+    std::array<Cont_place, CONT_VERTICES> places_;
     int count_ = 0;
 };
 
@@ -280,6 +280,7 @@ void cont_fill_band(float level) {
 bool cont_fill_top(float level, float nlevel, const Cont_range& range) {
     if (nlevel < range.high) return false;
     if (range.low >= level) {
+        cont.run = {level, nlevel};
         send_written(WHOLE_CELL);
         return true;
     }

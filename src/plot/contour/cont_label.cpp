@@ -9,24 +9,15 @@
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
 #include "gks/zavgks.h"
-#include "plot/contour/cont_state.h"
-#include "plot/page/plt_tool.h"
+#include "plot/contour/cont_texts.h"
 
 namespace zav {
 namespace {
 
-constexpr float TEXT_SHARE = 0.015F;
-constexpr float MARK_SHARE = 0.02F;
 constexpr Gpt UPRIGHT{0.0F, 1.0F};
 constexpr Gpt SIDEWAYS{1.0F, 0.0F};
 /// Fraction at which a level belongs to another side, by side.
 constexpr std::array<float, 4> FOREIGN_END{1.0F, 0.0F, 0.0F, 1.0F};
-
-/// A level that gets labels.
-struct Labelled {
-    int k;
-    float level;
-};
 
 const char* contrast_color() { return gget_inverse() ? "black" : "white"; }
 
@@ -36,13 +27,6 @@ std::string line_label_default() {
     const bool has_own = label != nullptr && *label != '\0';
     const bool has_line = line != nullptr && *line != '\0' && stricmp(line, "off") != 0;
     return has_own || !has_line ? contrast_color() : line;
-}
-
-void settle_label_space(const GRD_report& grid) {
-    if (cont.x_label_space == MISS) cont.x_label_space = grid.domain.nx / 5;
-    if (cont.y_label_space == MISS) cont.y_label_space = grid.domain.ny / 5;
-    cont.x_label_space = std::max(cont.x_label_space, 1);
-    cont.y_label_space = std::max(cont.y_label_space, 1);
 }
 
 float most_lines() {
@@ -66,8 +50,8 @@ Cont_ladder labelled_ladder() {
 }
 
 /// The levels of a list that get labels, those between the cuts.
-std::vector<Labelled> listed_levels() {
-    std::vector<Labelled> levels;
+std::vector<Cont_labelled> listed_levels() {
+    std::vector<Cont_labelled> levels;
     const int count = std::min(cont.num_cont, CONT_LEVELS);
     int start = 0;
     if (cont.base != FMISS) {
@@ -115,106 +99,60 @@ Label_crossings find_label_crossings(float level) {
     return found;
 }
 
-void write_label(const Labelled& label, const Gpt& pt, const Gpt& up) {
-    const bool named = label.k < CONT_LEVELS && !cont.cont_label[label.k].empty();
-    gset_char_up_vec(&up);
-    cont.text(&pt, named ? cont.cont_label[label.k] : set_num("1.2.0", label.level));
-}
+/// The cells of the lattice.
+class Lattice_scan {
+  public:
+    Lattice_scan(const Cont_lattice& lattice, std::vector<Cont_spot>* spots)
+        : lattice_(lattice), levels_(cont_label_levels()), max_lines_(most_lines()), spots_(spots) {}
 
-bool on_column(int i) { return i % cont.x_label_space == cont.over; }
+    bool has(int i, int j) const { return on_column(i) || on_row(j); }
 
-bool on_row(int j) { return j % cont.y_label_space == cont.over; }
+    /// Labels the cell at work, which lies in column `i`, row `j`.
+    void take_cell(int i, int j) {
+        if (!cont_cell_complete() || is_crowded()) return;
+        const Cont_range range = cont_cell_range();
+        if (!cont_has_values() && (range.high - range.low) / cont.intrvl > max_lines_) return;
+        levels_.within(range, ALL_LEVELS, &found_);
+        for (const Cont_labelled& label : found_) {
+            const Label_crossings crossings = find_label_crossings(label.level);
+            if (crossings.are(0, 2) && on_row(j)) spots_->push_back({label, crossings.middle(), true, 0.0F});
+            if (crossings.are(1, 3) && on_column(i)) spots_->push_back({label, crossings.middle(), false, 0.0F});
+        }
+    }
 
-void label_level(const Labelled& label, int i, int j) {
-    const Label_crossings found = find_label_crossings(label.level);
-    if (found.are(0, 2) && on_row(j)) write_label(label, found.middle(), cont.rot_label ? SIDEWAYS : UPRIGHT);
-    if (found.are(1, 3) && on_column(i)) write_label(label, found.middle(), UPRIGHT);
-}
+  private:
+    static constexpr std::size_t ALL_LEVELS = 100000;
 
-/// True when the lattice is so fine that labels would crowd.
-bool is_crowded() {
-    const float dx = cont.x[1] - cont.x[0];
-    const float dy = cont.y[1] - cont.y[0];
-    const float lattice = static_cast<float>(cont.y_label_space) * static_cast<float>(cont.x_label_space);
-    return cont.text_size * cont.text_size > (dx * dx + dy * dy) * lattice;
-}
+    bool on_column(int i) const { return i % lattice_.x == cont.over; }
+    bool on_row(int j) const { return j % lattice_.y == cont.over; }
 
-/// What stays the same for all labels of a plot.
-struct Label_scan {
-    std::vector<Labelled> listed;
-    Cont_ladder ladder;
-    float max_lines = 0.0F;
+    /// True when the lattice is so fine that labels would crowd.
+    bool is_crowded() const {
+        const float dx = cont.x[1] - cont.x[0];
+        const float dy = cont.y[1] - cont.y[0];
+        const float lattice = static_cast<float>(lattice_.y) * static_cast<float>(lattice_.x);
+        return cont.text_size * cont.text_size > (dx * dx + dy * dy) * lattice;
+    }
+
+    Cont_lattice lattice_;
+    Cont_label_levels levels_;
+    float max_lines_;
+    std::vector<Cont_labelled> found_;
+    std::vector<Cont_spot>* spots_;
 };
 
-/// Outside its range of values a cell has no crossings.
-void label_stepped_levels(const Cont_ladder& ladder, const Cont_range& range, int i, int j) {
-    for (double number = ladder.below(range.low); number <= ladder.last; number = ladder.next(number)) {
-        const float level = ladder.level(number);
-        if (level > range.high) return;
-        const double k = std::min(number - ladder.first, static_cast<double>(CONT_LEVELS));
-        if (!cont_is_cut(level)) label_level({static_cast<int>(k), level}, i, j);
-    }
-}
-
-void label_cell(const Label_scan& scan, int i, int j) {
-    if (!cont_cell_complete() || is_crowded()) return;
-    const Cont_range range = cont_cell_range();
-    if (cont_has_values()) {
-        for (const Labelled& label : scan.listed) label_level(label, i, j);
-    } else if ((range.high - range.low) / cont.intrvl <= scan.max_lines) {
-        label_stepped_levels(scan.ladder, range, i, j);
-    }
+void write_label(const Cont_spot& spot) {
+    const int k = spot.label.k;
+    const bool named = k < CONT_LEVELS && !cont.cont_label[k].empty();
+    const Gpt up = spot.steep && cont.rot_label ? SIDEWAYS : UPRIGHT;
+    gset_char_up_vec(&up);
+    cont.text(&spot.pt, named ? cont.cont_label[k] : set_num("1.2.0", spot.label.level));
 }
 
 void outline_cell() {
     if (std::find(cont.x.begin(), cont.x.end(), FMISS) != cont.x.end()) return;
     const std::array<Gpt, 5> outline{cont_corner(0), cont_corner(1), cont_corner(3), cont_corner(2), cont_corner(0)};
     cont.polyline(5, outline.data());
-}
-
-/// How a point compares with its neighbours.
-struct Neighbours {
-    int compared = 0;
-    int missing = 0;
-    int score = 0;
-
-    void add(float value, float neighbour) {
-        if (cont_is_missing(neighbour)) {
-            ++missing;
-            return;
-        }
-        ++compared;
-        if (neighbour < value) ++score;
-        if (neighbour > value) --score;
-    }
-    bool is_maximum() const { return score == compared && missing <= 1; }
-    bool is_minimum() const { return score == -compared && missing <= 1; }
-    bool is_none() const { return !is_maximum() && !is_minimum(); }
-};
-
-Neighbours compare_neighbours(const GRD_report& grid, int i, int j, float value) {
-    Neighbours found;
-    const int reach = std::min(cont.ext_radius, std::max(grid.domain.nx, grid.domain.ny));
-    const int last_row = std::min(j + reach, grid.domain.ny - 1);
-    const int cycle = PLT_letter() ? 0 : GRD_cycle(grid.domain);
-    const int first_column = cycle > 0 ? i - std::min(reach, (cycle - 1) / 2) : std::max(i - reach, 0);
-    const int last_column = cycle > 0 ? i + std::min(reach, (cycle - 1) / 2) : std::min(i + reach, grid.domain.nx - 1);
-    for (int row = std::max(j - reach, 0); row <= last_row; ++row) {
-        for (int column = first_column; column <= last_column; ++column) {
-            if (row == j && column == i) continue;
-            found.add(value, cont_value_at(grid, cycle > 0 ? GRD_turned_column(column, cycle) : column, row));
-            if (found.is_none()) return found;
-        }
-    }
-    return found;
-}
-
-void mark_extreme(const Gpt& pt, const char* mark, float value) {
-    const Gpt below{pt.x, pt.y - MARK_SHARE * cont.text_size};
-    gset_char_ht(MARK_SHARE * cont.text_size);
-    cont.text(&pt, mark);
-    gset_char_ht(TEXT_SHARE * cont.text_size);
-    cont.text(&below, set_num("3.3.0", value));
 }
 
 }  // namespace
@@ -232,31 +170,71 @@ void cont_label_attributes() {
 bool cont_start_labels(float size) {
     const Gattribs& attrib = cont_is_filled() ? cont.fill_lab_attr : cont.ln_lab_attr;
     if (cont.fill_lab_attr.color == CLR_NONE || attrib.color == CLR_NONE) return false;
-    GPH_text_attr(&attrib, cont.scale * cont.vert_size * TEXT_SHARE);
+    GPH_text_attr(&attrib, cont.scale * cont.vert_size * CONT_TEXT_SHARE);
     cont.text_size = attrib.height == FMISS ? size : size * attrib.height;
     return true;
 }
 
+Cont_label_levels cont_label_levels() {
+    Cont_label_levels levels;
+    if (cont_has_values()) {
+        levels.listed = listed_levels();
+    } else {
+        levels.ladder = labelled_ladder();
+    }
+    return levels;
+}
+
+void Cont_label_levels::within(const Cont_range& range, std::size_t most, std::vector<Cont_labelled>* found) const {
+    found->clear();
+    for (const Cont_labelled& label : listed) {
+        if (label.level >= range.low && label.level <= range.high) found->push_back(label);
+    }
+    if (cont_has_values()) return;
+    for (double number = ladder.below(range.low); number <= ladder.last; number = ladder.next(number)) {
+        const float level = ladder.level(number);
+        if (level > range.high || found->size() > most) return;
+        const double k = std::min(number - ladder.first, static_cast<double>(CONT_LEVELS));
+        if (level >= range.low && !cont_is_cut(level)) found->push_back({static_cast<int>(k), level});
+    }
+}
+
+Cont_lattice cont_label_lattice(const GRD_report& grid) {
+    const int x = cont.x_label_space == MISS ? grid.domain.nx / 5 : cont.x_label_space;
+    const int y = cont.y_label_space == MISS ? grid.domain.ny / 5 : cont.y_label_space;
+    return {std::max(x, 1), std::max(y, 1)};
+}
+
+void cont_lattice_spots(const GRD_report& grid, const Cont_lattice& lattice, std::vector<Cont_spot>* spots) {
+    Lattice_scan scan(lattice, spots);
+    for (int j = grid.domain.ny - 2; j >= 0; --j) {
+        for (int i = 0; i < grid.domain.nx - 1; ++i) {
+            if (!scan.has(i, j)) continue;
+            cont_load_cell(grid, i, j);
+            scan.take_cell(i, j);
+        }
+    }
+}
+
 int CONT_draw_labels(GRD_report* grid) {
     if (grid == nullptr || !grid->grid) return 0;
-    settle_label_space(*grid);
+    const Cont_lattice lattice = cont_label_lattice(*grid);
+    cont.x_label_space = lattice.x;
+    cont.y_label_space = lattice.y;
     if (cont.label_skip < 1) return 0;
     cont_label_attributes();
-    if (!cont_start_labels(cont.scale * cont.vert_size * TEXT_SHARE)) return 0;
-    Label_scan scan;
-    scan.max_lines = most_lines();
-    if (cont_has_values()) {
-        scan.listed = listed_levels();
-    } else {
-        scan.ladder = labelled_ladder();
-    }
+    if (!cont_start_labels(cont.scale * cont.vert_size * CONT_TEXT_SHARE)) return 0;
+    std::vector<Cont_spot> spots;
+    Lattice_scan scan(lattice, &spots);
     for (int j = grid->domain.ny - 2; j >= 0; --j) {
         for (int i = 0; i < grid->domain.nx - 1; ++i) {
-            const bool on_lattice = on_column(i) || on_row(j);
-            if (!on_lattice && !cont.draw_grid) continue;
+            if (!scan.has(i, j) && !cont.draw_grid) continue;
             cont_load_cell(*grid, i, j);
             if (cont.draw_grid) outline_cell();
-            if (on_lattice) label_cell(scan, i, j);
+            if (!scan.has(i, j)) continue;
+            spots.clear();
+            scan.take_cell(i, j);
+            std::for_each(spots.begin(), spots.end(), write_label);
         }
     }
     gset_char_up_vec(&UPRIGHT);
@@ -269,15 +247,10 @@ int CONT_draw_maxmin(GRD_report* grid) {
     cont_label_attributes();
     if (!cont_start_labels(cont.scale * cont.vert_size)) return 0;
     gset_char_up_vec(&UPRIGHT);
-    for (int j = grid->domain.ny - 1; j >= 0; --j) {
-        for (int i = 0; i < grid->domain.nx; ++i) {
-            Gpt pt;
-            const float value = cont_value_at(*grid, i, j);
-            if (cont_is_missing(value) || cont_is_cut(value) || !cont_position(*grid, i, j, &pt)) continue;
-            const Neighbours found = compare_neighbours(*grid, i, j, value);
-            if (found.is_none()) continue;
-            mark_extreme(pt, found.is_maximum() ? "H" : "L", value);
-        }
+    for (const Cont_extreme& extreme : cont_find_extremes(*grid, cont.ext_radius)) {
+        Gpt pt;
+        if (cont_is_cut(extreme.value) || !cont_position(*grid, extreme.i, extreme.j, &pt)) continue;
+        cont_write_mark(pt, extreme.maximum, set_num("3.3.0", extreme.value));
     }
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "calc/grd_cyclic.h"
+#include "calc/grd_place.h"
 #include "calc/grd_trans.h"
 #include "gks/gks.h"
 #include "plot/background/map.h"
@@ -69,30 +70,44 @@ void take_in_window(const GRD_report& grid, const std::function<void(std::size_t
     }
 }
 
-}  // namespace
+/// True where the points have the same places for the engine and by themselves: no map edge and no repeated meridian
+/// parts them.
+bool are_alike(const Domain& grid, const Domain& map) {
+    const bool wraps = map.proj == PROJ_LATLON || map.proj == PROJ_MERCATOR || map.proj == PROJ_MOLLWEIDE;
+    return !wraps && GRD_cycle(grid) == 0;
+}
 
-int CONT_place_grid(const GRD_report& grid) {
+int place(const GRD_report& grid, bool points) {
     Domain map;
     MAP_get_domain(&map);
     const bool on_own_map = DOM_comp(&map, &grid.domain) != 0;
-    if (!on_own_map && DOM_comp(&cont.placed_grid, &grid.domain) != 0 && DOM_comp(&cont.placed_map, &map) != 0)
-        return 0;
+    const bool known = DOM_comp(&cont.placed_grid, &grid.domain) != 0 && DOM_comp(&cont.placed_map, &map) != 0;
+    if (!on_own_map && known && (cont.placed_points == points || are_alike(grid.domain, map))) return 0;
     DOM_init(&cont.placed_grid);
     cont.grdx.clear();
     cont.grdy.clear();
     if (on_own_map) return 0;
-    if (GRD_proj_XY(&grid, &map, cont.grdx, cont.grdy) != 0) return -1;
+    const int result =
+        points ? GRD_place_points(grid, map, cont.grdx, cont.grdy) : GRD_proj_XY(&grid, &map, cont.grdx, cont.grdy);
+    if (result != 0) return -1;
     cont.placed_grid = grid.domain;
     cont.placed_map = map;
+    cont.placed_points = points;
     return 0;
 }
+
+}  // namespace
+
+int CONT_place_grid(const GRD_report& grid) { return place(grid, false); }
+
+int CONT_place_points(const GRD_report& grid) { return place(grid, !PLT_letter()); }
 
 const float* CONT_grid_x() { return cont.grdx.empty() ? nullptr : cont.grdx.data(); }
 
 const float* CONT_grid_y() { return cont.grdy.empty() ? nullptr : cont.grdy.data(); }
 
 bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take) {
-    if (PLT_letter() || CONT_place_grid(grid) != 0 || cont.grdx.empty()) return false;
+    if (PLT_letter() || CONT_place_points(grid) != 0 || cont.grdx.empty()) return false;
     take_in_window(grid, take);
     return true;
 }

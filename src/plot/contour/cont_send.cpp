@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "plot/contour/cont_state.h"
 
@@ -22,9 +23,11 @@ double mollweide_share(float y) {
     return std::sqrt(std::max(0.0, 1.0 - sine * sine));
 }
 
+bool is_apart(const Gpt& a, const Gpt& b, float gap) { return std::fabs(a.x - b.x) > gap; }
+
 bool has_gap(int num_pt, const Gpt* pts, float gap) {
     for (int i = 1; i < num_pt; ++i) {
-        if (std::fabs(pts[i].x - pts[i - 1].x) > gap) return true;
+        if (is_apart(pts[i], pts[i - 1], gap)) return true;
     }
     return false;
 }
@@ -91,10 +94,10 @@ void send_polygon(int proj, int num_pt, Gpt* pts) {
 void send_wrapped_mollweide(Gpt* pts, Gpt& left, Gpt& right) {
     cont.offset = static_cast<float>(mollweide_share(pts[0].y) * 254.852);
     left.x += cont.offset;
-    cont.polyline(2, pts);
+    cont_open_line(2, pts);
     left.x -= cont.offset;
     right.x -= cont.offset;
-    cont.polyline(2, pts);
+    cont_open_line(2, pts);
 }
 
 void send_line_mollweide(Gpt* pts, float d) {
@@ -103,23 +106,23 @@ void send_line_mollweide(Gpt* pts, float d) {
     } else if (pts[1].x < 0.0F && pts[0].x > 0.0F && -d > MOLLWEIDE_FAR) {
         send_wrapped_mollweide(pts, pts[1], pts[0]);
     } else {
-        cont.polyline(2, pts);
+        cont_open_line(2, pts);
     }
 }
 
 void send_line_cylinder(Gpt* pts, float d) {
     if (d < -FAR_APART) {
         pts[1].x += cont.offset;
-        cont.polyline(2, pts);
+        cont_open_line(2, pts);
         pts[0].x -= cont.offset;
         pts[1].x -= cont.offset;
     } else if (d > FAR_APART) {
         pts[1].x -= cont.offset;
-        cont.polyline(2, pts);
+        cont_open_line(2, pts);
         pts[0].x += cont.offset;
         pts[1].x += cont.offset;
     }
-    cont.polyline(2, pts);
+    cont_open_line(2, pts);
 }
 
 void send_line(int proj, Gpt* pts) {
@@ -133,15 +136,47 @@ void send_line(int proj, Gpt* pts) {
             send_line_cylinder(pts, d);
             break;
         case PROJ_LAMBERT:
-            if (std::fabs(d) < FAR_APART) cont.polyline(2, pts);
+            if (std::fabs(d) < FAR_APART) cont_open_line(2, pts);
             break;
         default:
-            cont.polyline(2, pts);
+            cont_open_line(2, pts);
             break;
     }
 }
 
 }  // namespace
+
+Cont_wrap cont_cell_wrap() {
+    if (cont.grdx.empty()) return Cont_wrap::NONE;
+    const std::array<Gpt, 5> round{cont_corner(0), cont_corner(1), cont_corner(3), cont_corner(2), cont_corner(0)};
+    if (!is_split(cont_wrapped_map(), static_cast<int>(round.size()), round.data())) return Cont_wrap::NONE;
+    return cont_wrapped_map() == PROJ_LAMBERT ? Cont_wrap::CUT : Cont_wrap::SPLIT;
+}
+
+Cont_edge_limits cont_edge_limits() {
+    constexpr float any = std::numeric_limits<float>::max();
+    switch (cont_wrapped_map()) {
+        case PROJ_LATLON:
+            return {FAR_APART, 180.0F};
+        case PROJ_MERCATOR:
+            return {FAR_APART, static_cast<float>(MERCATOR_HALF)};
+        case PROJ_LAMBERT:
+            return {FAR_APART, any};
+        case PROJ_MOLLWEIDE:
+            return {MOLLWEIDE_FAR, any};
+        default:
+            return {0.0F, 0.0F};
+    }
+}
+
+float cont_turned(const Gpt& pt, int turn) {
+    const int proj = MAP_get_proj();
+    const bool ellipse = proj == PROJ_MOLLWEIDE;
+    const float near_edge = ellipse ? 0.0F : NEAR_EDGE;
+    if (static_cast<float>(turn) * pt.x >= -near_edge) return pt.x;
+    if (ellipse) return pt.x + static_cast<float>(turn) * static_cast<float>(mollweide_share(pt.y) * 254.852);
+    return pt.x + static_cast<float>(turn) * (proj == PROJ_MERCATOR ? MERCATOR_WIDTH : LATLON_WIDTH);
+}
 
 int CONT_draw_lines(int type, int num_pt, Gpt* pts) {
     const int proj = cont_wrapped_map();

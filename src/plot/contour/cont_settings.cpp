@@ -98,6 +98,12 @@ int CONT_set_bar_range(float max, float min) {
     return 0;
 }
 
+int CONT_set_color_range(float max, float min) {
+    cont.color_high = max;
+    cont.color_low = min;
+    return 0;
+}
+
 int CONT_get_type() { return cont.cont_type; }
 
 int CONT_set_label_type(int skip, int rad) {

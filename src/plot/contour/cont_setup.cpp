@@ -32,6 +32,7 @@ void recall_choices(const Cont_memory& memory) {
     cont.intrvl = memory.intrvl;
     cont.dash = memory.dash;
     cont.base = memory.base;
+    CONT_set_color_range(memory.color_high, memory.color_low);
 }
 
 /// Shows the range and asks for the interval where nothing gives it.
@@ -153,6 +154,8 @@ int CONT_init() {
     cont.max_cut = FMISS;
     cont.dash = 0;
     cont.color_fill_set = 0;
+    cont.palette = {};
+    CONT_set_color_range(FMISS, FMISS);
     cont.fill_pat = MISS;
     cont.format.clear();
     cont.num_form.clear();
@@ -213,7 +216,9 @@ int CONT_plot_setup(int plot, int ind, GRD_report* grid, const Domain*, CONT_eve
 
     MESS_print(MESS_PROGRESS, "Contouring data for %s\n\n", grid->info.c_str());
     settle_levels(grid);
-    if (!memory.settled) memory = {true, cont.cont_type, cont.dash, cont.intrvl, cont.cbase};
+    if (!memory.settled) {
+        memory = {true, cont.cont_type, cont.dash, cont.intrvl, cont.cbase, cont.conlo, cont.conhi};
+    }
     return 0;
 }
 

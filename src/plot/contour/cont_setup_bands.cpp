@@ -12,6 +12,7 @@
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 
@@ -90,7 +91,10 @@ void fill_in_levels(int count) {
 /// for.
 bool read_level_file(const std::string& entry) {
     const std::string name = FILE_add_path(RES_get("file_path"), entry);
-    const file_ptr file = FILE_open(name, "r");
+    file_ptr file;
+    // The folder "letter" has the files that ship with other colours than they had.
+    if (PLT_letter()) file = FILE_open(FILE_add_path(RES_get("file_path"), "letter/" + entry), "r");
+    if (!file) file = FILE_open(name, "r");
     std::string line;
     while (file && state.entries < CONT_LEVELS && fgetnline(file.get(), line, LEVEL_LINE) >= 0) {
         if (line.empty() || line[0] == '@' || line[0] == '#') continue;
@@ -115,6 +119,7 @@ void take_table_colors(int count) {
     }
     cont.cont_value[0] = FMISS;
     cont.color_fill_set = 1;
+    if (!PLT_letter()) cont_spread_table(count);
 }
 
 /// The list that the resource gives in place of `string`, if it gives one.
@@ -187,12 +192,14 @@ int CONT_set_fill_colors(const char* string, int flag) {
     state.entries = 0;
     cont.color_fill_set = 1;
     const bool is_file = entries.size() == 1 && entries[0].find('-') == std::string::npos;
+    if (is_file && cont_spread_named(entries[0])) return 0;
     if (is_file && !read_level_file(entries[0])) entries.clear();
     if (entries.empty()) {
         if (CLR_get_num_fill() > 0) {
             take_table_colors(CLR_get_num_fill());
             return -1;
         }
+        if (!PLT_letter() && cont_spread_usual()) return 0;
         entries.assign(DEFAULT_COLORS.begin(), DEFAULT_COLORS.end());
     }
     if (state.entries == 0) {

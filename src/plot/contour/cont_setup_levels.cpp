@@ -92,6 +92,7 @@ int CONT_set_cont_ext(GRD_report* grid) {
         cont_set_levels(cont.grid_max, cont.grid_min);
     }
     cont.cbase = cont.base == FMISS ? cont.conlo : cont.base;
+    cont_spread_palette();
     return 0;
 }
 

@@ -27,7 +27,7 @@ bool cont_is_filled() { return cont.cont_type == CONT_FILL || cont.cont_type == 
 
 int cont_wrap_band(double band) {
     if (cont.color_num < 1 || !std::isfinite(band)) return 0;
-    const int count = std::min(cont.color_num, CONT_LEVELS);
+    const int count = std::min(cont.color_num, CONT_BANDS);
     const int rest = static_cast<int>(std::fmod(band, count));
     return rest < 0 ? rest + count : rest;
 }
@@ -81,6 +81,17 @@ bool cont_is_cut(float level) {
 }
 
 Gpt cont_corner(int corner) { return {cont.x[corner], cont.y[corner]}; }
+
+Gpt cont_point(Cont_place place) {
+    switch (place.kind) {
+        case Cont_place::UPPER:
+            return cont.at[place.number];
+        case Cont_place::LOWER:
+            return cont.pt[LOWER + place.number];
+        default:
+            return cont_corner(place.number);
+    }
+}
 
 Gpt cont_side_point(int side, float d) {
     const auto [a, b] = CONT_SIDES[side];

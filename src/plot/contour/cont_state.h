@@ -11,7 +11,7 @@
 #include "gks/gks_text.h"
 #include "map/maptran.h"
 #include "plot/contour/cont.h"
-#include "plot/page/colors.h"
+#include "plot/page/palette.h"
 
 namespace zav {
 
@@ -29,6 +29,9 @@ constexpr float DZ_FLAT = -3.0F;    ///< both ends of the side are equal
 constexpr int NO_CROSSING = -1;    ///< evaluated, doesn't cross
 constexpr int NOT_EVALUATED = -2;  ///< no level below has been evaluated in this cell
 
+/// Longest polygon of a cell without its closing point.
+constexpr int CONT_VERTICES = 8;
+
 /// Start of the part of `pt` that holds the level below.
 constexpr int LOWER = 10;
 
@@ -45,6 +48,16 @@ struct Cont_memory {
     int dash = 0;
     float intrvl = FMISS;
     float base = FMISS;
+    float color_low = FMISS;  ///< ends of the levels, over which its colours are spread
+    float color_high = FMISS;
+};
+
+/// Colours that are spread over the bands.
+struct Cont_palette {
+    bool in_use = false;
+    bool usual = false;     ///< the field and the type of the plot choose `colors`
+    std::size_t least = 0;  ///< so many bands keep the set as it is
+    Palette colors;
 };
 
 /// Settings, levels and bands, as the set-up leaves them for the engine.
@@ -62,11 +75,14 @@ struct Cont_settings {
     float grid_max = FMISS;
     float min_cut = FMISS;  ///< values outside the cuts are not contoured
     float max_cut = FMISS;
-    int dash = 0;                                         ///< 0 solid, 1 dashed, -1 low values dashed
-    std::array<Gattribs, CONT_LEVELS + 1> fill_attrib{};  ///< one a band; colour -2 ends, -1: the band is off
-    int color_num = MISS;                                 ///< entries in fill_attrib
-    int color_fill_set = 0;                               ///< 1 once fill_attrib is built
-    int fill_pat = MISS;                                  ///< fill pattern for all bands
+    int dash = 0;                                        ///< 0 solid, 1 dashed, -1 low values dashed
+    std::array<Gattribs, CONT_BANDS + 1> fill_attrib{};  ///< one a band; colour -2 ends, -1: the band is off
+    int color_num = MISS;                                ///< entries in fill_attrib
+    int color_fill_set = 0;                              ///< 1 once fill_attrib is built
+    Cont_palette palette;                                ///< what fill_attrib is built from once the levels are known
+    float color_low = FMISS;                             ///< range of the palette, where an earlier page settled it
+    float color_high = FMISS;
+    int fill_pat = MISS;  ///< fill pattern for all bands
     Gattribs ln_cont_attr;
     std::string format;        ///< plot format, at most 99 characters
     std::string num_form;      ///< numeric format of value plots, at most 9 characters
@@ -103,6 +119,30 @@ struct Cont_bar {
     float bar_max = FMISS;
 };
 
+/// A vertex of a polygon: a corner of the cell, or the crossing of the upper or the lower level with a side.
+struct Cont_place {
+    enum Kind : unsigned char { CORNER, UPPER, LOWER } kind;
+    unsigned char number;
+};
+
+/// Cells that are drawn as the last one: with all values above the one limit, and at or below the other.
+struct Cont_run {
+    float above = 0.0F;
+    float most = 0.0F;
+};
+
+class Cont_join;
+
+/// Where the field that is drawn comes from: the grid given, refined, with its columns as the map shows them.
+struct Cont_origin {
+    const GRD_report* given = nullptr;
+    int steps = 1;           ///< steps of the field in one of the grid given
+    std::vector<int> shown;  ///< column of the field for each refined column of the grid, -1 for none; empty: the same
+
+    /// Column of the field that shows one of the grid given.
+    int column(int i) const { return shown.empty() ? i * steps : shown[static_cast<std::size_t>(i * steps)]; }
+};
+
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
 /// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
 struct Cont_engine {
@@ -119,10 +159,14 @@ struct Cont_engine {
     int con_off = 0;             ///< band at work
     std::vector<float> grdx;     ///< plot positions of the grid points; empty: the plot is in grid coordinates
     std::vector<float> grdy;
-    Domain placed_grid;   ///< grid that the positions belong to; unset: those of CONT_grid
-    Domain placed_map;    ///< and the map
+    Domain placed_grid;          ///< grid that the positions belong to; unset: those of CONT_grid
+    Domain placed_map;           ///< and the map
+    bool placed_points = false;  ///< each place once, wherever the map shows it, instead of ends of cells
     bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
-    float x_min = FMISS;  ///< horizontal range of a plot in grid coordinates
+    Cont_run run;         ///< where `above` is below `most`
+    Cont_join* join = nullptr;            ///< takes the pieces of cells, or null: each is drawn at once
+    const Cont_origin* origin = nullptr;  ///< of the field at work; null: it is the grid given
+    float x_min = FMISS;                  ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
     float vert_size = 0.0F;  ///< height of the plot in plot space
@@ -135,6 +179,7 @@ struct Cont_engine {
 struct Cont_output {
     int (*polyline)(Gint num_pt, const Gpt* pts) = gpolyline;
     int (*fill_area)(Gint num_pt, const Gpt* pts) = gfill_area;
+    int (*fill_rings)(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) = gfill_rings;
     int (*text)(const Gpt* pt, const std::string& str) = gtext;
 };
 
@@ -249,7 +294,30 @@ Cont_range cont_cell_range();
 /// True for types with filled bands.
 bool cont_is_filled();
 
+/// Position of a vertex of the cell at work.
+Gpt cont_point(Cont_place place);
+
+// About the edge of cyclic maps, cont_send.cpp.
+
+/// How the cell at work lies on the map: in one place, about its edge, or cut by it and not drawn.
+enum class Cont_wrap { NONE, SPLIT, CUT };
+Cont_wrap cont_cell_wrap();
+
+/// Longest step in x from corner to corner of a cell, and largest x, that aren't about the map's edge; 0 and 0 on maps
+/// without one.
+struct Cont_edge_limits {
+    float step;
+    float x;
+};
+Cont_edge_limits cont_edge_limits();
+
+/// x of a point of such a cell at the right (`turn` 1) or left (-1) edge.
+float cont_turned(const Gpt& pt, int turn);
+
 // Annotation, cont_label.cpp.
+
+/// Sends a line to `cont.polyline`, in pieces where labels stand on it.
+int cont_open_line(Gint num_pt, const Gpt* pts);
 
 /// Attributes of labels on line plots and on filled plots, from the resources and the plot format.
 void cont_label_attributes();
@@ -262,6 +330,17 @@ bool cont_start_labels(float size);
 
 /// Fill colour and pattern of band `con_off`.
 void cont_set_fill_attributes();
+
+// cont_setup_palette.cpp
+
+/// The bands take the palette of the field, or of coloured lines. False without a palette file.
+bool cont_spread_usual();
+/// The bands take a palette by its name. False if there is none.
+bool cont_spread_named(const std::string& name);
+/// More bands than the first `count` colours of the table take colours between these.
+void cont_spread_table(int count);
+/// Builds the set of bands from the palette in use; to be called whenever the levels change.
+void cont_spread_palette();
 
 /// Polygons of the band whose top `level` has just been evaluated.
 void cont_fill_band(float level);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_join.h"
 
 namespace zav {
 namespace {
@@ -47,31 +47,40 @@ void list_crossed_sides() {
     }
 }
 
-void draw_segment(const Gpt& from, const Gpt& to) {
-    std::array<Gpt, 2> line{from, to};
+void draw_segment(Cont_place from, Cont_place to) {
+    if (cont.join != nullptr) return cont.join->add_segment(from, to);
+    std::array<Gpt, 2> line{cont_point(from), cont_point(to)};
     CONT_draw_lines(CONT_LINE, 2, line.data());
+}
+
+Cont_place corner(int number) { return {Cont_place::CORNER, static_cast<unsigned char>(number)}; }
+
+/// Between the crossings of two sides.
+void draw_crossing(int side1, int side2) {
+    draw_segment({Cont_place::UPPER, static_cast<unsigned char>(side1)},
+                 {Cont_place::UPPER, static_cast<unsigned char>(side2)});
 }
 
 bool crosses(int side1, int side2) { return cont.numsides == 2 && cont.cross[0] == side1 && cont.cross[1] == side2; }
 
 bool draw_if_crosses(int side1, int side2) {
     if (!crosses(side1, side2)) return false;
-    draw_segment(cont.at[side1], cont.at[side2]);
+    draw_crossing(side1, side2);
     return true;
 }
 
 void draw_if_flat(int side, float level) {
     if (cont.dz[side] != DZ_FLAT || cont.z[FLAT_CORNER[side]] != level) return;
-    draw_segment(cont_corner(CONT_SIDES[side].first), cont_corner(CONT_SIDES[side].second));
+    draw_segment(corner(CONT_SIDES[side].first), corner(CONT_SIDES[side].second));
 }
 
 void draw_saddle() {
     if (cont.total >= SADDLE_MIDDLE) {
-        draw_segment(cont.at[3], cont.at[0]);
-        draw_segment(cont.at[2], cont.at[1]);
+        draw_crossing(3, 0);
+        draw_crossing(2, 1);
     } else {
-        draw_segment(cont.at[2], cont.at[3]);
-        draw_segment(cont.at[0], cont.at[1]);
+        draw_crossing(2, 3);
+        draw_crossing(0, 1);
     }
 }
 

@@ -75,16 +75,16 @@ void draw_by_step(const GRD_report& grid) {
 }
 
 /// Width of the widest number, in plot units, by a sample of the values. Digits may differ in width.
-float widest_text(const GRD_report& grid) {
+float widest_text(const GRD_report& grid, float height) {
     constexpr std::size_t SAMPLES = 2000;
     const auto points = static_cast<std::size_t>(grid.domain.nx) * static_cast<std::size_t>(grid.domain.ny);
     float widest = 0.0F;
-    const auto measure = [&widest](float value) {
+    const auto measure = [&widest, height](float value) {
         if (cont_is_missing(value)) return;
         std::string text = value_text(value);
         std::replace_if(
             text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; }, '0');
-        widest = std::max(widest, gtext_width(text));
+        widest = std::max(widest, ginq_text_size(text, height).x);
     };
     for (std::size_t k = 0; k < points; k += points / SAMPLES + 1) measure(grid.grid[k]);
     measure(cont.grid_max);
@@ -96,7 +96,7 @@ float widest_text(const GRD_report& grid) {
 PLT_room room_of(const GRD_report& grid, bool level) {
     const Gpt unit = PLT_paper_scale();
     const float scale = std::max(std::fabs(cont.scale), LEAST_SCALE);
-    const float width = widest_text(grid) * std::fabs(unit.x);
+    const float width = widest_text(grid, text_height()) * std::fabs(unit.x);
     const float room = width + SPACE_BESIDE * scale * TEXT_MM;
     const Gtext_hor side = side_of_point();
     const float middle = side == GCENTER_HOR ? 0.0F : (side == GLEFT_HOR ? 0.5F : -0.5F);

@@ -152,19 +152,17 @@ constexpr std::array<Named_index, 13> SPECIAL_NAMES{{
     {"ptgry", 508},
 }};
 
-/// Makes an entry of a colour given by its components in text. CLR_NONE if the text is no such colour.
-int add_components(const std::string& name) {
-    const std::string digits = name.substr(1);
-    std::array<int, 3> values{};
-    const bool hex = name.size() == 7;
-    if (!hex && name.size() != 10) return CLR_NONE;
-    if (!(hex ? read_fields(digits, 2, 16, values) : read_fields(digits, 3, 10, values))) return CLR_NONE;
-    RGB color;
-    set_components(color, values);
-    return CLR_add(name, color.red, color.grn, color.blu);
-}
-
 }  // namespace
+
+bool CLR_parse(const std::string& text, RGB* color) {
+    const bool hex = text.size() == 7;
+    if ((!hex && text.size() != 10) || text[0] != '#') return false;
+    const std::string digits = text.substr(1);
+    std::array<int, 3> values{};
+    if (!(hex ? read_fields(digits, 2, 16, values) : read_fields(digits, 3, 10, values))) return false;
+    set_components(*color, values);
+    return true;
+}
 
 void CLR_install() {
     gset_color_table({CLR_get_ind, CLR_get_rgb});
@@ -212,7 +210,8 @@ int CLR_get_ind(const std::string& name) {
     for (int i = 0; i < state.num_colors; ++i) {
         if (stricmp(name, state.colors[i].name) == 0) return i;
     }
-    if (name[0] == '#') return add_components(name);
+    RGB color;
+    if (CLR_parse(name, &color)) return CLR_add(name, color.red, color.grn, color.blu);
     return is_digit(name[0]) ? text_to_int(name) : CLR_NONE;
 }
 

@@ -35,6 +35,8 @@ int CLR_clear_table();
 int CLR_add(const std::string& name, float red, float grn, float blu);
 /// Index for a colour name, "#rrggbb", "#rrrgggbbb" or a number; -1 for none or unknown, -2 for "end".
 int CLR_get_ind(const std::string& name);
+/// Components of "#rrggbb" or "#rrrgggbbb"; false for another text.
+bool CLR_parse(const std::string& text, RGB* color);
 /// Name of an index, empty for none.
 const std::string& CLR_get_name(int ind);
 /// Components of an index; an index past the table gives its last entry. 0, or -1 for an empty table.

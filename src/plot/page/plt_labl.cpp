@@ -10,6 +10,7 @@
 #include "frame/string.h"
 #include "frame/zav.h"
 #include "gks/gks_colr.h"
+#include "gks/gks_ws.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_state.h"
 
@@ -25,9 +26,8 @@ constexpr std::size_t LINE_FULL = 59;
 /// Bound on line counts given by settings.
 constexpr int MAX_LINES = 100;
 
-/// Least space under the plot that takes labels, and the space with labels inside the viewport.
+/// Least space under the plot that takes labels.
 constexpr float LEAST_SPACE = 0.005F;
-constexpr float FULL_LABEL_SPACE = 0.06F;
 
 struct State {
     std::array<std::array<std::string, PLT_OVERLAYS>, PLT_LABELS> label;
@@ -151,6 +151,7 @@ void print_position(int lab, const Glim& view, const Label_layout& layout) {
         const std::string& text = PLT_get_label(lab, i);
         const Gpt point{x[column], first + static_cast<float>(i) * layout.dy};
         if (!text.empty()) GPH_pprint(&point, text);
+        if (!text.empty() && upper) gadd_page_title(text);
         if (state.done[lab]) break;
     }
 }
@@ -279,7 +280,7 @@ int PLT_labels() {
     GPH_line_attr(&attrib);
 
     if (plot.border && FLAG_getplot(PLOT_BORDER)) GPH_border(&plot.dis_view);
-    const float space = plot.full_lab ? FULL_LABEL_SPACE : plot.dis_view.y_min - plot.dis_size.y_min;
+    const float space = plot.full_lab ? PLT_FULL_LABEL_SPACE : plot.dis_view.y_min - plot.dis_size.y_min;
     if (space < LEAST_SPACE) return -1;
     if (!FLAG_getplot(PLOT_TEXT)) return 0;
 

@@ -11,6 +11,8 @@ namespace zav {
 
 constexpr int PLT_LABELS = 6;
 constexpr int PLT_OVERLAYS = 6;
+/// Height of the labels when they stand inside the viewport.
+constexpr float PLT_FULL_LABEL_SPACE = 0.06F;
 
 /// Empties all labels.
 int PLT_init_labels();

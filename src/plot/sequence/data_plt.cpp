@@ -19,6 +19,7 @@
 #include "plot/contour/cont.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_labl.h"
+#include "plot/page/plt_room.h"
 #include "plot/page/plt_tool.h"
 #include "plot/wind/vect_plt.h"
 #include "var/var_tool.h"
@@ -138,7 +139,7 @@ void restore_page() {
 
 /// Makes room for an inset on paper and displays: what the page shows there would run through it.
 void clear_panel() {
-    const bool paper = PLT_get_work_type() == GWS_PS;
+    const bool paper = gtype_is_PAGE(PLT_get_work_type());
     if (!paper && !gtype_is_WIN(PLT_get_work_type())) return;
     Glim view;
     Glim panel;
@@ -194,6 +195,7 @@ int DATA_plot_init() {
 
 int DATA_new_frame() {
     PLT_set_overlay(0);
+    PLT_room().clear();
     state.bar = 0;
     state.vbar = 0;
     return 0;

@@ -13,6 +13,7 @@
 #include "gks/gks_colr.h"
 #include "gks/gks_loop.h"
 #include "gks/gks_obj.h"
+#include "gks/gks_text.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
 #include "grid/grd_read.h"
@@ -97,6 +98,14 @@ void paper_colors(const std::string&) {
     gset_inverse(1);
 }
 
+/// The name of a font of the list, or "system:" and the name of one of the system.
+void default_font(const std::string& value) {
+    const std::string prefix = "system:";
+    const bool of_system = strnicmp(value, prefix, static_cast<int>(prefix.size())) == 0;
+    gset_system_font(of_system ? value.substr(prefix.size()) : "");
+    GPH_set_def_font(of_system ? "" : value);
+}
+
 /// Words in the order of testing.
 constexpr std::array<Param, 46> PARAMS{{
     {"letter", true, [](const std::string&) { PLT_set_letter(true); }},
@@ -119,7 +128,7 @@ constexpr std::array<Param, 46> PARAMS{{
     {"plt_grid", false, plot_limit},
     {"loc_pr", false, [](const std::string& value) { DOM_set_loc_prior(text_to_int(value)); }},
     {"vp_size", false, [](const std::string& value) { PLT_panel_decode(value); }},
-    {"font", false, [](const std::string& value) { GPH_set_def_font(value); }},
+    {"font", false, default_font},
     {"gif_inter", true, [](const std::string&) { GIF_interlace(1); }},
     {"gif_norm", true, [](const std::string&) { GIF_interlace(0); }},
     {"gif_trans", true, [](const std::string&) { GIF_transparent(1); }},

@@ -44,7 +44,7 @@ class Positions {
     /// False without memory.
     bool find(const GRD_report& grid) {
         if (vect.grdx != nullptr && vect.grdy != nullptr) return true;
-        if (CONT_place_grid(grid) != 0) return false;
+        if (CONT_place_points(grid) != 0) return false;
         found = true;
         VECT_grid(CONT_grid_x(), CONT_grid_y());
         return true;
@@ -221,6 +221,11 @@ void turn_to_earth(GRD_report& ugrid, GRD_report& vgrid) {
     MAP_domain(&map);
 }
 
+bool shows_earth() {
+    const int proj = MAP_get_proj();
+    return proj >= PROJ_POLAR && proj <= PROJ_LAST_MAP;
+}
+
 void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
     float dir = 0.0F;
     float spd = 0.0F;
@@ -295,8 +300,9 @@ float vect_plot_direction(const GRD_report& grid, int i, int j, float dir, float
 int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
     if (!FLAG_getplot(PLOT_DATA)) return 0;
     if (!check_grids(ugrid, vgrid)) return -1;
+    const bool flow = vect.vect_type == VECT_STREAMLINES && !PLT_letter() && shows_earth();
     Positions positions;
-    if (!positions.find(*ugrid)) {
+    if (!flow && !positions.find(*ugrid)) {
         MESS_print(MESS_WARN, "VECT_draw: Unable to allocate grid arrays\n");
         return -1;
     }
@@ -307,6 +313,11 @@ int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
     RES_getval("plot_scale", &vect.scale, CV_float);
     if (!start_attributes()) return 0;
     gkeep_output();
+    if (flow) {
+        gsel_norm_tran(2);
+        set_attributes();
+        return vect_draw_flow(*ugrid, *vgrid);
+    }
     set_plot_space(*ugrid, view);
     set_sizes(*ugrid, *vgrid);
     set_attributes();

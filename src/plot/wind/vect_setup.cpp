@@ -35,6 +35,7 @@ void recall_choices(int ind) {
     vect.vect_type = memory.vect_type;
     vect.intrvl = memory.intrvl;
     vect.base = memory.base;
+    if (memory.color_high != FMISS) CONT_set_color_range(memory.color_high, 0.0F);
 }
 
 /// Largest speed of a field in which each wind runs along an axis, where GRD_UVmax finds none; FMISS without winds.
@@ -149,7 +150,7 @@ int VECT_plot_setup(int plot, int ind, GRD_report* ugrid, GRD_report* vgrid, Dom
     find_largest_speed(*ugrid, *vgrid);
     settle_interval();
     set_labels(*ugrid);
-    if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base};
+    if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base, vect.grid_max};
     return 0;
 }
 

@@ -22,6 +22,7 @@ struct Vect_memory {
     int vect_type = MISS;
     float intrvl = FMISS;
     float base = FMISS;
+    float color_high = FMISS;  ///< end of the speeds over which the colours are spread
 };
 
 struct Vect_state {
@@ -68,6 +69,10 @@ void vect_band_attributes(float spd);
 /// Turns the components of thinned points to the axes of the map and draws streamlines of at most `length` steps.
 /// 0, or -1 without memory.
 int vect_draw_streamlines(GRD_report* ugrid, GRD_report* vgrid, float length);
+
+/// Draws streamlines whose distance and heads are lengths on the page, on a map of the earth. 0, or -1 with a message
+/// when there is no memory.
+int vect_draw_flow(const GRD_report& ugrid, const GRD_report& vgrid);
 
 /// Map position of the point in column `i`, stored row `j`: from the positions handed in, or on the current map.
 /// False off the map.

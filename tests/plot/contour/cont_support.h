@@ -9,6 +9,7 @@
 
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav::test {
 
@@ -23,7 +24,14 @@ struct Sent_area {
     int band = 0;
 };
 
+/// An area of several rings.
+struct Sent_fill {
+    std::vector<std::vector<Gpt>> rings;
+    int band = 0;
+};
+
 struct Sent {
+    std::vector<Sent_fill> fills;
     std::vector<std::vector<Gpt>> lines;
     std::vector<Sent_area> areas;
     std::vector<Sent_text> texts;
@@ -38,6 +46,14 @@ inline int keep_line(Gint num_pt, const Gpt* pts) {
 
 inline int keep_area(Gint num_pt, const Gpt* pts) {
     sent.areas.push_back({{pts, pts + num_pt}, cont.con_off});
+    return 0;
+}
+
+inline int keep_rings(Gint num_rings, const Gint* num_pt, const Gpt* pts) {
+    Sent_fill fill;
+    for (int ring = 0; ring < num_rings; pts += num_pt[ring], ++ring) fill.rings.emplace_back(pts, pts + num_pt[ring]);
+    fill.band = cont.con_off;
+    sent.fills.push_back(fill);
     return 0;
 }
 
@@ -59,11 +75,13 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
     return grid;
 }
 
-/// Fresh contour state with ten bands, and outputs that are kept.
-inline void start_contours(int type) {
+/// Fresh contour state with ten bands, and outputs that are kept. Cells are drawn one by one unless joined.
+inline void start_contours(int type, bool joined = false) {
+    PLT_set_letter(!joined);
     cont = Cont_state{};
     cont.polyline = keep_line;
     cont.fill_area = keep_area;
+    cont.fill_rings = keep_rings;
     cont.text = keep_text;
     cont.cont_type = type;
     cont.color_num = 10;

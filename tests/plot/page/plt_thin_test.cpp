@@ -37,7 +37,7 @@ TEST_F(Thin, MarksStandApartAndLeaveNoHole) {
             plot(row[1], [&] {
                 GRD_report grid;
                 grid.domain = domain;
-                ASSERT_EQ(CONT_place_grid(grid), 0);
+                ASSERT_EQ(CONT_place_points(grid), 0);
                 const float* x = CONT_grid_x();
                 const float* y = CONT_grid_y();
                 const auto has_data = [](int i, int j) { return std::sin(i * 0.1) * std::sin(j * 0.07) < 0.6; };

@@ -285,6 +285,7 @@ TEST_F(Wind, APolesRowIsOneWind) {
 /// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts.
 TEST_F(Wind, StreamlinesAreThoseOfThePage) {
     std::mt19937 random(4);
+    PLT_set_letter(true);
     const auto all = drawn([&] {
         for (int n = 0; n < 8; ++n) {
             Field field(5 + n % 4, 6 - n % 3, eddies(random));
@@ -303,6 +304,7 @@ TEST_F(Wind, StreamlinesAreThoseOfThePage) {
             EXPECT_EQ(field.draw(VECT_STREAMLINES), 0);
         }
     });
+    PLT_set_letter(false);
     expect_page(all, "streamlines");
 }
 
@@ -333,7 +335,9 @@ TEST_F(Wind, HeadsFollowTheScale) {
 
 TEST_F(Wind, AFieldWithoutAWestWindStartsNoLine) {
     Field field(11, 11, [](int, int) { return Gpt{0, 5}; });
+    PLT_set_letter(true);
     EXPECT_TRUE(drawn([&] { EXPECT_EQ(field.draw(VECT_STREAMLINES), 0); }).empty());
+    PLT_set_letter(false);
 }
 
 TEST_F(Wind, GridsThatDoNotMatchAreRefused) {

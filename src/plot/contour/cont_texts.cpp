@@ -1,0 +1,97 @@
+/// Marks and labels on paper: what both need.
+
+#include "plot/contour/cont_texts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "frame/string.h"
+#include "plot/page/plt_paper.h"
+
+namespace zav {
+namespace {
+
+constexpr int MOST_DECIMALS = 9;
+/// Part of an interval by which a level may differ from its text.
+constexpr double LEVEL_TOLERANCE = 1e-4;
+
+bool fits(double value, double tolerance, int decimals) {
+    const double scale = std::pow(10.0, decimals);
+    return std::fabs(std::nearbyint(value * scale) - value * scale) <= tolerance * scale;
+}
+
+/// Distance of two points on paper; `FMISS` when one isn't on the map.
+float distance_to(const GRD_report& grid, const Cont_paper& paper, const Gpt& from, int i, int j) {
+    Gpt pt;
+    if (i < 0 || j < 0 || i >= grid.domain.nx || j >= grid.domain.ny || !cont_position(grid, i, j, &pt)) return FMISS;
+    const Gpt to = paper.at(pt);
+    return std::hypot(to.x - from.x, to.y - from.y);
+}
+
+float shorter(float a, float b) {
+    if (a == FMISS || b == FMISS) return std::max(a, b);
+    return std::min(a, b);
+}
+
+}  // namespace
+
+Cont_paper cont_paper() { return {PLT_on_paper({0.0F, 0.0F}), PLT_paper_scale()}; }
+
+float cont_paper_step(const GRD_report& grid, const Cont_paper& paper, int i, int j) {
+    Gpt pt;
+    if (!cont_position(grid, i, j, &pt)) return 0.0F;
+    const Gpt mm = paper.at(pt);
+    const auto to = [&](int column, int row) { return distance_to(grid, paper, mm, column, row); };
+    // By the nearer neighbour, since the other may lie across the edge of a cyclic map.
+    const float across = shorter(to(i - 1, j), to(i + 1, j));
+    const float along = shorter(to(i, j - 1), to(i, j + 1));
+    if (across == FMISS || along == FMISS) return std::max({across, along, 0.0F});
+    return (across + along) / 2.0F;
+}
+
+int cont_decimals() {
+    std::vector<double> levels;
+    double gap = cont.intrvl;
+    if (cont_has_values()) {
+        const int count = std::min(cont.num_cont, CONT_LEVELS);
+        gap = 0.0;
+        for (int k = 0; k < count && cont.cont_value[k] != FMISS; ++k) {
+            const double above = levels.empty() ? 0.0 : std::fabs(cont.cont_value[k] - levels.back());
+            if (above > 0.0) gap = gap > 0.0 ? std::min(gap, above) : above;
+            levels.push_back(cont.cont_value[k]);
+        }
+        if (gap == 0.0 && !levels.empty()) gap = std::fabs(levels.front());
+    } else {
+        levels = {cont.intrvl, cont.base == FMISS ? 0.0 : cont.base};
+    }
+    int decimals = 0;
+    const auto all_fit = [&] {
+        return std::all_of(levels.begin(), levels.end(),
+                           [&](double level) { return fits(level, LEVEL_TOLERANCE * gap, decimals); });
+    };
+    while (decimals < MOST_DECIMALS && !all_fit()) ++decimals;
+    return decimals;
+}
+
+std::string cont_value_text(float value, int decimals) {
+    const double scale = std::pow(10.0, decimals);
+    const bool is_zero = std::fabs(value * scale) < 0.5;  // without a sign
+    return text_format("%.*f", decimals, is_zero ? 0.0 : double{value});
+}
+
+void cont_place_texts(const GRD_report& grid) {
+    const Cont_paper paper = cont_paper();
+    cont_close_gaps();
+    if (!(paper.unit.x != 0.0F && paper.unit.y != 0.0F)) return;
+    cont_place_marks(grid, paper);
+    cont_place_labels(grid, paper);
+}
+
+void cont_write_texts() {
+    cont_close_gaps();
+    cont_label_attributes();
+    cont_write_labels();
+    cont_write_marks();
+}
+
+}  // namespace zav
