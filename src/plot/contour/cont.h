@@ -58,9 +58,8 @@ int CONT_place_points(const GRD_report& grid);
 const float* CONT_grid_x();
 const float* CONT_grid_y();
 
-/// Calls `take` with the stored index of each point that the map shows: those in its window and, of cells that the
-/// window cuts, the others too; some come more than once. False where all points count: the grid on its own map, or
-/// drawn as the grid has it.
+/// Calls `take` with the stored index of each point in the map's window. False where all points count: the grid on its
+/// own map, or drawn as the grid has it.
 bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take);
 
 // Annotation, cont_label.cpp.

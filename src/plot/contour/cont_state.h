@@ -15,6 +15,8 @@
 
 namespace zav {
 
+struct GRD_placed;
+
 /// Longest text of a level label.
 constexpr int CONT_LABEL_LENGTH = 9;
 /// Variables whose choices are remembered from plot to plot.
@@ -262,6 +264,9 @@ Gpt cont_corner(int corner);
 
 /// Plot position of the grid point in column `i`, row `j` from the bottom. False off the map.
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt);
+
+/// The grid as the map shows it, closed and cut, until cont_draw_field draws it; null for one that needs neither.
+const GRD_placed* cont_placed_field(const GRD_report& grid);
 
 /// Largest and smallest value that the map shows; those of the whole grid where it shows none.
 void cont_shown_range(const GRD_report& grid, float* max, float* min);
