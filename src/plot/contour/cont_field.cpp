@@ -23,6 +23,22 @@ struct Field {
     std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
 };
 
+/// A grid as the map shows it, placed for its range and kept until it is drawn.
+struct State {
+    std::shared_ptr<float[]> values;
+    Domain map;
+    GRD_placed placed;
+};
+State state;
+
+Placing find_place(const GRD_report& grid, const Domain& map, GRD_placed& placed) {
+    if (state.values == nullptr || state.values != grid.grid || DOM_comp(&state.map, &map) == 0)
+        return GRD_place(grid, map, placed);
+    placed = std::move(state.placed);
+    state = {};
+    return Placing::DONE;
+}
+
 /// Values between which nothing new may arise: those that the levels were made for.
 Cont_range settled_range(const GRD_report& grid) {
     Cont_range range{cont.grid_min, cont.grid_max};
@@ -74,7 +90,7 @@ bool place(Field& field) {
     const Domain* map = MAP_get_domain(nullptr);
     if (map == nullptr || DOM_comp(map, &field.grid.domain) != 0) return true;
     GRD_placed placed;
-    const Placing placing = GRD_place(field.grid, *map, placed);
+    const Placing placing = find_place(field.grid, *map, placed);
     if (placing == Placing::NO_MEMORY) return false;
     if (placing == Placing::NOT_NEEDED) return true;
     field.grid = std::move(placed.grid);
@@ -134,10 +150,20 @@ int draw(GRD_report* grid, Field& field) {
 
 }  // namespace
 
+const GRD_placed* cont_placed_field(const GRD_report& grid) {
+    state = {};
+    const Domain map = *MAP_get_domain(nullptr);
+    if (DOM_comp(&map, &grid.domain) != 0 || GRD_place(grid, map, state.placed) != Placing::DONE) return nullptr;
+    state.values = grid.grid;
+    state.map = map;
+    return &state.placed;
+}
+
 int cont_draw_field(GRD_report* grid) {
     Field field;
     refine(*grid, field);
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
+    state = {};
     cont.placed = false;
     return result;
 }
