@@ -156,6 +156,15 @@ TEST_F(MapBackground, LinesOfTheWorldAreLabelled) {
     EXPECT_TRUE(draw_map("ll,0,0,73,37,5,5", "lalo:30:60:off").paths.empty());
 }
 
+TEST_F(MapBackground, GraphsHaveNumbersAtTheirAxes) {
+    for (const auto& row : test::data_cells("plot/graphs.tsv")) {
+        const test::Drawn drawn = draw_map(row[0], row[1]);
+        std::string got = std::to_string(drawn.paths.size()) + " lines";
+        for (const auto& t : drawn.texts) got += text_format(" %s@%.3g,%.3g", t.str.c_str(), t.pts[0].x, t.pts[0].y);
+        EXPECT_EQ(got, row[2]) << row[0];
+    }
+}
+
 /// All steps of the lattice that lie in the window, and none else, in whole strokes; meridians that meet at a pole end
 /// before it.
 TEST_F(MapBackground, LinesFollowTheLattice) {
