@@ -10,6 +10,7 @@
 #include <ctime>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include "files/files.h"
 #include "frame/mess.h"
@@ -107,14 +108,20 @@ cairo_status_t take_text(void* text, const unsigned char* data, unsigned size) {
 /// The title is to be the first element of an SVG, and the texts are to lie over the rest.
 void write_svg() {
     if (state.svg.empty()) return;
-    const std::string& text = state.svg;
+    const std::string_view text = state.svg;
     const std::size_t start = std::min(text.find('>', text.find("<svg")), text.size() - 1) + 1;
     const std::size_t end = std::max(std::min(text.rfind("</svg>"), text.size()), start);
-    state.out.write(text.data(), start);
-    state.out.write("\n<title>" + gcairo_svg_escaped(state.title) + "</title>");
-    state.out.write(text.data() + start, end - start);
-    state.out.write(gcairo_svg_texts());
-    state.out.write(text.data() + end, text.size() - end);
+    try {
+        const std::string title = "\n<title>" + gcairo_svg_escaped(state.title) + "</title>";
+        const std::string paths = gcairo_svg_short(text.substr(start, end - start));
+        const std::string texts = gcairo_svg_texts();
+        for (const std::string_view part : {text.substr(0, start), std::string_view(title), std::string_view(paths),
+                                            std::string_view(texts), text.substr(end)}) {
+            state.out.write(part);
+        }
+    } catch (const std::exception&) {
+        state.complete = false;
+    }
     state.svg.clear();
 }
 
