@@ -140,7 +140,7 @@ cairo_surface_t* make_image(int width, int height, cairo_format_t format) {
     state.pixels.reset(std::aligned_alloc(large_page, (size + large_page - 1) / large_page * large_page));
     if (!state.pixels) return nullptr;
     madvise(state.pixels.get(), size, MADV_HUGEPAGE);
-    std::memset(state.pixels.get(), 0, size);
+    std::memset(state.pixels.get(), format == CAIRO_FORMAT_RGB24 ? 0xFF : 0, size);  // white, or nothing
     return cairo_image_surface_create_for_data(static_cast<unsigned char*>(state.pixels.get()), format, width, height,
                                                stride);
 }
@@ -168,9 +168,9 @@ void set_units() {
     cairo_set_matrix(state.context.get(), &matrix);
 }
 
-/// The paper of a PDF is white by itself.
+/// The paper of a PDF and the image of a PNG are white by themselves.
 void paint_ground() {
-    if (is_pdf() || state.picture.transparent) return;
+    if (state.picture.format != Gpicture_format::svg || state.picture.transparent) return;
     cairo_set_source_rgb(state.context.get(), 1, 1, 1);
     cairo_paint(state.context.get());
 }
