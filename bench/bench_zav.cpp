@@ -75,20 +75,26 @@ void open_page(float aspect) {
     gkeep_output();
 }
 
-/// A 1500 by 751 field at 20 levels. Items are cells.
-void contour(benchmark::State& state, int kind) {
+/// Reads a field of 1500 by 751 points and opens a page with its map. False if there is none.
+bool open_field(benchmark::State& state, GRD_report* grid) {
     int type = 0;
     const int fd = GRD_open(folder + "/cmc_tmp1_jpeg2000.grib2", 0, &type);
     GRD_info info;
-    GRD_report grid;
     int number = 0;
-    if (fd < 0 || GRD_getinfo(fd, &info) != 0 || GRD_read(fd, &grid, 0, &number) != 0) {
+    if (fd < 0 || GRD_getinfo(fd, &info) != 0 || GRD_read(fd, grid, 0, &number) != 0) {
         state.SkipWithError("the file can't be read");
-        return;
+        return false;
     }
     GRD_close(fd);
-    open_page(DOM_aspect(&grid.domain));
-    MAP_setup(&grid.domain);
+    open_page(DOM_aspect(&grid->domain));
+    MAP_setup(&grid->domain);
+    return true;
+}
+
+/// That field at 20 levels. Items are cells.
+void contour(benchmark::State& state, int kind) {
+    GRD_report grid;
+    if (!open_field(state, &grid)) return;
     float max = FMISS;
     float min = FMISS;
     GRD_maxmin(&grid, &max, &min);
@@ -105,6 +111,20 @@ void contour(benchmark::State& state, int kind) {
     state.SetItemsProcessed(state.iterations() * 1499 * 750);
 }
 
+/// Maxima and minima of that field within a radius of grid points. Items are points.
+void extremes(benchmark::State& state, int radius) {
+    GRD_report grid;
+    if (!open_field(state, &grid)) return;
+    CONT_init();
+    CONT_set_type(CONT_VALUE);
+    CONT_set_skip(grid.domain.nx, grid.domain.ny);
+    CONT_set_label_type(0, radius);
+    CONT_draw_contour(&grid);  // places the grid
+    for (auto _ : state) CONT_draw_maxmin(&grid);
+    GPH_end(1);
+    state.SetItemsProcessed(state.iterations() * 1500 * 751);
+}
+
 /// The world's coasts and borders on a latitude-longitude map.
 void draw_world(benchmark::State& state) {
     Domain domain;
@@ -118,6 +138,8 @@ void draw_world(benchmark::State& state) {
 BENCHMARK(draw_world)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(contour, lines, static_cast<int>(CONT_LINE))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(contour, fill, static_cast<int>(CONT_FILL))->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(extremes, radius_2, 2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(extremes, radius_40, 40)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, complex_packing, "gfs_2p5deg_f120.grib2")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, jpeg2000, "cmc_tmp1_jpeg2000.grib2")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode_file, simple_packing, "lambert_1199x799.grib1")->Unit(benchmark::kMillisecond);

@@ -4,39 +4,12 @@
 Usage: compare.py BUILD_FOLDER DATA_FOLDER
 """
 
-import os
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
-ROUNDS = 7
-
-
-def run(command, folder):
-    """Seconds of one run, and its peak memory in MB."""
-    start = time.perf_counter()
-    process = subprocess.Popen(command, cwd=folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    seconds = time.perf_counter() - start
-    if status != 0:
-        sys.exit(f"bench: status {status} from: {' '.join(map(str, command))}")
-    return seconds, usage.ru_maxrss / 1024
-
-
-def best_of_both(ours, peer, folder):
-    """Least time of each of two commands, run in turns so that both meet the same machine."""
-    times = [(run(ours, folder)[0], run(peer, folder)[0]) for _ in range(ROUNDS)]
-    return min(t[0] for t in times), min(t[1] for t in times)
-
-
-def report(name, ours, peer, limit):
-    ratio = ours / peer
-    verdict = "ok" if ratio <= limit else "OVER"
-    print(f"{name:44s} {ours * 1000:9.1f} ms / {peer * 1000:9.1f} ms = {ratio:6.3f}  (at most {limit}) {verdict}")
-    return ratio <= limit
+from timing import best_of_both, is_missing, report, run
 
 
 def chart_a(program, source, root):
@@ -78,8 +51,7 @@ def chart_b(program, source, root):
 
 def compare_chart_b(program, source, root, folder):
     """The filled chart with its map beside GrADS and GMT, which draw the same field from a netCDF copy of it."""
-    if shutil.which("cdo") is None:
-        print("chart B: cdo isn't installed, so there is no netCDF copy for GrADS and GMT")
+    if is_missing("chart B", "cdo"):
         return True
     field = Path(folder) / "t850.grib2"
     run(["grib_copy", "-w", "shortName=t,level=850,typeOfLevel=isobaricInhPa", source, field], folder)
@@ -89,8 +61,7 @@ def compare_chart_b(program, source, root, folder):
     peers = (("grads", ["grads", "-lbc", "run b.gs"], 0.5), ("gmt", ["bash", "b.sh"], 0.2))
     good = True
     for name, command, limit in peers:
-        if shutil.which(name) is None:
-            print(f"chart B: {name} isn't installed")
+        if is_missing(f"chart B, whole run / {name}", name):
             continue
         ours, peer = best_of_both(chart_b(program, source, root), command, folder)
         good &= report(f"chart B, whole run / {name}", ours, peer, limit)

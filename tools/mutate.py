@@ -6,9 +6,9 @@ Usage: mutate.py [N] [SEED] [FOLDER]    N faults (20), in src or in src/FOLDER; 
 The same seed gives the same faults as long as the sources stay as they are. The tree is copied to build-mutate/tree and
 built there once, -O1, with the units as a shared library. A fault is then one compilation and one link into a library of
 its own, which the test programs take in the place of the right one: first the program of the fault's folder, then the
-others, each until its first failing test or its time limit, which counts as caught. A fault that can't be compiled gives
-way to the next. Files of headers, the program's main file and traces aren't touched. Needs only Python's standard
-library.
+others, the fast ones first, each until its first failing test or its time limit, which counts as caught. A survivor is
+listed as soon as it is found. A fault that can't be compiled gives way to the next. Files of headers, the program's
+main file and traces aren't touched. Needs only Python's standard library.
 """
 
 import concurrent.futures
@@ -29,8 +29,7 @@ WORK = ROOT / "build-mutate"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 LIBRARY = "libzav.so"
-# Those that see most of the program first, the slow ones last.
-ORDER = ["plot", "grid", "gks", "program", "var", "map", "calc", "files", "frame", "e2e", "fuzz"]
+TESTED = ["plot", "grid", "gks", "program", "var", "map", "calc", "files", "frame", "e2e", "fuzz"]
 
 # ---------------------------------------------------------------- places of faults
 
@@ -247,7 +246,7 @@ def build():
         for command in (["cmake", "-G", "Ninja", "-S", TREE, "-B", BUILD, *options], ["cmake", "--build", BUILD]):
             if subprocess.run(command, stdout=log, stderr=log).returncode != 0:
                 sys.exit(f"mutate: the tree can't be built, see {WORK / 'build.log'}")
-    return [folder for folder in ORDER if (BUILD / "tests" / f"test_{folder}").exists()]
+    return [folder for folder in TESTED if (BUILD / "tests" / f"test_{folder}").exists()]
 
 
 def hold_back():
@@ -325,33 +324,36 @@ class Bench:
         if not self.make(fault, place):
             return None
         own = fault.source.path.relative_to(TREE / "src").parts[0]
-        for folder in sorted(self.folders, key=lambda one: one != own):
+        for folder in sorted(self.folders, key=lambda one: (one != own, self.limits[one])):
             if not run_test(folder, place, self.limits[folder], self.left_out[folder]):
                 return folder
         return ""
 
 
 def plant(bench, faults, count, workers):
-    """The first faults of the sample that can be compiled, with what catches them."""
-    results = []
-    tried = 0
+    """Tries faults until `count` of them could be compiled, and lists those that nothing catches. Planted and caught."""
+    planted, caught, tried = 0, 0, 0
     with concurrent.futures.ThreadPoolExecutor(workers) as pool:
-        while len(results) < count:
-            batch = [fault for _, fault in zip(range(count - len(results)), faults)]
-            if not batch:
-                break
-            jobs = {}
-            for fault in batch:
+        jobs = {}
+        while True:
+            for fault in faults if planted + len(jobs) < count else ():
                 tried += 1
                 jobs[pool.submit(bench.catcher, fault, WORK / "faults" / str(tried))] = fault
-            found = {}
-            for job in concurrent.futures.as_completed(jobs):
-                found[jobs[job]] = job.result()
-                print("x" if found[jobs[job]] is None else "." if found[jobs[job]] else "S", end="", flush=True)
-            results += [(fault, found[fault]) for fault in batch if found[fault] is not None]
-            shutil.rmtree(WORK / "faults", ignore_errors=True)
-    print()
-    return results
+                if planted + len(jobs) >= count or len(jobs) >= workers:
+                    break
+            if not jobs:
+                break
+            for job in concurrent.futures.wait(jobs, return_when=concurrent.futures.FIRST_COMPLETED).done:
+                fault, catcher = jobs.pop(job), job.result()
+                if catcher is not None:
+                    planted += 1
+                    caught += catcher != ""
+                if catcher == "":
+                    print(fault.describe(), flush=True)
+                if planted and planted % 10 == 0 and catcher is not None:
+                    print(f"mutate: planted {planted}, caught {caught}", flush=True)
+    shutil.rmtree(WORK / "faults", ignore_errors=True)
+    return planted, caught
 
 
 def main():
@@ -364,17 +366,11 @@ def main():
     copy_tree()
     bench = Bench(build())
     bench.measure()
-    print(f"mutate: {count} faults in src/{folder}, seed {seed}; caught ., survived S, replaced x", flush=True)
+    print(f"mutate: {count} faults in src/{folder}, seed {seed}; those that no test catches:", flush=True)
     start = time.monotonic()
-    results = plant(bench, sample(folder, seed), count, os.cpu_count() or 1)
-    seconds = time.monotonic() - start
-    survivors = [fault for fault, catcher in results if not catcher]
-    for fault in sorted(survivors, key=lambda one: (one.source.path, one.start)):
-        print(fault.describe())
-    print(
-        f"mutate: seed {seed}: planted {len(results)}, caught {len(results) - len(survivors)}, "
-        f"survived {len(survivors)}; {seconds / max(1, len(results)):.1f} seconds a fault"
-    )
+    planted, caught = plant(bench, sample(folder, seed), count, os.cpu_count() or 1)
+    seconds = (time.monotonic() - start) / max(1, planted)
+    print(f"mutate: seed {seed}: planted {planted}, caught {caught}, survived {planted - caught}; {seconds:.1f} s a fault")
 
 
 if __name__ == "__main__":

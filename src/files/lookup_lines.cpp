@@ -7,6 +7,18 @@
 #include "frame/tools.h"
 
 namespace zav {
+namespace {
+
+struct State {
+    int holds = 0;
+};
+State state;
+
+}  // namespace
+
+LookupHold::LookupHold() { state.holds++; }
+
+LookupHold::~LookupHold() { state.holds--; }
 
 std::vector<std::string> split_blanks(const std::string& text) {
     constexpr const char* BLANKS = " \t\r";
@@ -21,6 +33,7 @@ std::vector<std::string> split_blanks(const std::string& text) {
 }
 
 bool LookupLines::load(const std::string& path) {
+    if (state.holds > 0 && stamp_ >= 0 && path == path_) return true;
     struct stat info {};
     const bool regular = stat(FILE_add_user_path(path).c_str(), &info) == 0 && S_ISREG(info.st_mode);
     const long stamp = regular ? info.st_mtim.tv_sec * 1000000000L + info.st_mtim.tv_nsec : -1;

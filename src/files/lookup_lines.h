@@ -26,4 +26,14 @@ class LookupLines {
     int changes_ = 0;
 };
 
+/// While one lives, lookup files that have been read are taken as unchanged: for walks that look things up at each
+/// step.
+class LookupHold {
+  public:
+    LookupHold();
+    ~LookupHold();
+    LookupHold(const LookupHold&) = delete;
+    LookupHold& operator=(const LookupHold&) = delete;
+};
+
 }  // namespace zav

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "files/date.h"
+#include "files/lookup_lines.h"
 #include "files/time_code.h"
 #include "frame/mess.h"
 #include "frame/string.h"
@@ -217,14 +218,17 @@ std::string date_text(const Record_codes& record) {
 
 }  // namespace
 
-std::vector<Record_codes> GRD_list_records(int grd_fd) {
-    std::vector<Record_codes> records;
+Record_codes GRD_codes_of(const GRD_report& header, int number) {
+    return {number, header.time, header.ltype, header.level, header.var, header.type, header.date};
+}
+
+void GRD_list_records(int grd_fd, int first, std::vector<Record_codes>* records) {
+    const LookupHold hold;
     GRD_report header;
     GRD_init(&header);
-    for (int number = 0; GRD_read(grd_fd, &header, GRD_READ_HEADER, &number) == 0; number++) {
-        records.push_back({number, header.time, header.ltype, header.level, header.var, header.type, header.date});
+    for (int number = first; GRD_read(grd_fd, &header, GRD_READ_HEADER, &number) == 0; number++) {
+        records->push_back(GRD_codes_of(header, number));
     }
-    return records;
 }
 
 void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first) {

@@ -20,8 +20,10 @@ struct Record_codes {
     Date date;
 };
 
-/// The records of an open file, by their headers.
-std::vector<Record_codes> GRD_list_records(int grd_fd);
+/// What a header tells of its record.
+Record_codes GRD_codes_of(const GRD_report& header, int number);
+/// Adds the records of an open file from number `first` on, by their headers.
+void GRD_list_records(int grd_fd, int first, std::vector<Record_codes>* records);
 /// Tells in one line which record comes nearest to a key that no record from `first` on gave values for, or which
 /// variables there are.
 void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first);

@@ -55,9 +55,19 @@ int open_file(const std::string& name, const Words& words, const Date* date) {
     return fd;
 }
 
+/// Adds to the records that a search walked those behind them, which tell what else it could have taken; with `all`
+/// those before its first as well.
+void complete_list(int fd, int first, bool all, std::vector<Record_codes>* records) {
+    if (all && first > 0) records->clear();
+    const int start = all ? 0 : first;
+    GRD_list_records(fd, records->empty() ? start : records->back().number + 1, records);
+}
+
 /// Tells what wasn't found and what comes nearest to it, and where several records would have done.
-void report_search(const Words& words, int fd, int type, int first) {
-    const std::vector<Record_codes> records = GRD_list_records(fd);
+void report_search(const Words& words, int fd, int type, int first, std::vector<Record_codes> records) {
+    bool missing = false;
+    for (int i = 0; i < VAR_get_num(); i++) missing |= VAR_is_fit_GRID(i) != 0 && GRD_is_empty(GRD_get_grid(i));
+    complete_list(fd, first, missing, &records);
     for (int i = 0; i < VAR_get_num(); i++) {
         if (VAR_is_fit_GRID(i) == 0) continue;
         const VAR_data& params = *VAR_get_var(i);
@@ -79,8 +89,9 @@ bool search_single(const std::string& name, const Words& words, const Date* date
     int type = MISS;
     RES_getval("grid_type", &type, CV_int);
     const int first = std::max(text_to_int(FILE_get_ext_info()), 0);
-    GRD_search_from(fd, first, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num());
-    report_search(words, fd, type, first);
+    std::vector<Record_codes> walked;
+    GRD_search_from(fd, first, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num(), &walked);
+    report_search(words, fd, type, first, std::move(walked));
     GRD_close(fd);
     return true;
 }

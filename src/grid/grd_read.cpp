@@ -65,7 +65,6 @@ void grid_rewind(GRD_file* gfile) {
     std::FILE* file = gfile->file.get();
     if (file == nullptr || file == stdout) return;
     std::rewind(file);
-    if (gfile->hfile) std::rewind(gfile->hfile.get());
     if (has_file_line(gfile->type)) fskipline(file);
     gfile->num = 0;
     state.cur_pos = 0;

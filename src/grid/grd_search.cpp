@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
+#include "files/lookup_lines.h"
 #include "frame/mess.h"
+#include "grid/grd_hints.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
 
@@ -57,19 +59,22 @@ float constant_value(const std::string& name) {
 }  // namespace
 
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num) {
-    return GRD_search_from(grd_fd, 0, grids, params, type, num);
+    return GRD_search_from(grd_fd, 0, grids, params, type, num, nullptr);
 }
 
-int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num) {
+int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num,
+                    std::vector<Record_codes>* walked) {
     const bool all = num < 0;
     const int count = std::abs(num);
     std::vector<bool> open(static_cast<std::size_t>(count));
     for (int i = 0; i < count; i++) open[i] = GRD_is_empty(&grids[i]) && wanted(i, all);
     auto missing = std::count(open.begin(), open.end(), true);
+    const LookupHold hold;
     GRD_report record;
     GRD_init(&record);
     for (int number = first; missing > 0; number++) {
         if (GRD_read(grd_fd, &record, GRD_READ_HEADER, &number) != 0) break;
+        if (walked != nullptr) walked->push_back(GRD_codes_of(record, number));
         for (int i = 0; i < count; i++) {
             if (!open[i] || GRD_test(&record, &params[i], type) == 0) continue;
             if (!read_whole(grd_fd, &grids[i], number, params[i].units)) continue;

@@ -27,10 +27,9 @@ constexpr int LATTICE = 32;
 
 struct State {
     std::array<std::string, OPTIONS.size()> texts;  ///< the options as they were last read
-    bool read = false;
-    bool faulty = false;  ///< one of them couldn't be read
-    Domain whole;         ///< what names a projection; unset without one
-    Domain part;          ///< a size or a zoom, which goes over the whole or the file's domain
+    bool faulty = false;                            ///< one of them couldn't be read
+    Domain whole;                                   ///< what names a projection; unset without one
+    Domain part;  ///< a size or a zoom, which goes over the whole or the file's domain
     Domain result;
     bool done = false;  ///< `result` is worked out
 };
@@ -150,9 +149,8 @@ bool draws_points() {
 
 bool GRD_read_domain() {
     const auto texts = option_texts();
-    if (state.read && texts == state.texts) return !state.faulty || state.whole.proj != MISS;
+    if (texts == state.texts) return !state.faulty || state.whole.proj != MISS;
     state = State{};
-    state.read = true;
     state.texts = texts;
     for (std::size_t i = 0; i < texts.size(); i++) take_text(OPTIONS[i], texts[i]);
     return !state.faulty || state.whole.proj != MISS;

@@ -169,7 +169,7 @@ std::string body_of_page(const std::string& file, int number) {
 
 TEST(Sequence, EachTimeHasThePageThatItHasAlone) {
     const TempDir dir;
-    const std::string chart = "-me warn -le 500 -cb 0 -va hght:gpm:ln:in=60,temp:C:cf:in=4 ";
+    const std::string chart = "-me warn -le 500 -cb 0 -va hght:gpm:ln:in=60,temp:C:cf:in=4:cof=classic.lev ";
     EXPECT_EQ(run_program(dir.path(), chart + "-ft h00,h12,h24 -de p,all.ps,color " + SAMPLE).status, 0);
     EXPECT_EQ(read_page(dir.file("all.ps")).pages, 3);
     EXPECT_TRUE(renders(dir.file("all.ps")));

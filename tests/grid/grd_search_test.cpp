@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <tuple>
 
 #include "files/files.h"
 #include "frame/flag.h"
@@ -20,6 +19,7 @@
 #include "map/maptran.h"
 #include "program/install.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -40,18 +40,9 @@ TEST(Search, KeysFitRecords) {
     grid.level = 500;
     grid.var = 7;
     grid.type = 211;
-    for (const auto& [time, ltype, level, var, type, result] : {std::tuple{MISS, MISS, MISS, 7, MISS, 1},
-                                                                {24, 100, 500, 7, 211, 1},
-                                                                {3018024, 100, 500, 7, 211, 1},
-                                                                {3012024, 100, 500, 7, 211, 0},
-                                                                {18, MISS, MISS, 7, MISS, 0},
-                                                                {MISS, 101, MISS, 7, MISS, 0},
-                                                                {MISS, MISS, 499, 7, MISS, 0},
-                                                                {MISS, MISS, MISS, 8, MISS, 0},
-                                                                {MISS, MISS, MISS, 7, 212, 0},
-                                                                {MISS, MISS, MISS, MISS, MISS, 0}}) {
-        const VAR_data params = key(time, ltype, level, var);
-        EXPECT_EQ(GRD_test(&grid, &params, type), result) << time << ' ' << ltype << ' ' << level << ' ' << var;
+    for (const test::Case& c : test::cases("record_keys")) {
+        const VAR_data params = key(c.number(0), c.number(1), c.number(2), c.number(3));
+        EXPECT_EQ(GRD_test(&grid, &params, c.number(4)), c.number(5)) << c.line();
     }
     VAR_data several = key(MISS, MISS, MISS, 2);
     several.var[4] = 7;
@@ -374,34 +365,20 @@ TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
 }
 
 TEST_F(SearchFile, OutputFollowsTheWords) {
-    for (const auto& [words, given, result] : {std::tuple{"none", 0, 0},
-                                               {"gif", 2, 2},
-                                               {"zavb", 0, 3},
-                                               {"ZAV:@x.grd", 0, 2},
-                                               {"cdf=abc", 0, 11},
-                                               {"zavb,mine", 0, 3},
-                                               {"grib", 0, 21},
-                                               {"mine", 0, 2}}) {
-        RES_new(0, "out_file", words, CV_string);
+    for (const test::Case& c : test::cases("out_files")) {
+        RES_new(0, "out_file", c.text(0).c_str(), CV_string);
         FLAG_set(FLAG_GRID_FORMAT, MISS);
-        EXPECT_EQ(GRD_out_file(given), result) << words;
-        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), result == 0 ? MISS : result) << words;
+        EXPECT_EQ(GRD_out_file(c.number(1)), c.number(2)) << c.line();
+        EXPECT_EQ(FLAG_get(FLAG_GRID_FORMAT), c.number(2) == 0 ? MISS : c.number(2)) << c.line();
     }
 }
 
 TEST(Index, DescriptionsAreDecoded) {
     GRD_report grid;
-    const auto expect = [&](const char* line, int result, const char* fields) {
-        EXPECT_EQ(GRD_decode_index(line, &grid), result) << line;
-        test::expect_fields(grid, fields);
-    };
-    expect("HHBC50 KWBE / GRIB1 S98 M84 G211 T24 L100 H500 V7", 1,
-           "source=98;model=84;type=211;time=24;ltype=100;level=500;var=7");
-    expect("HHBC50 / 39 202 12 103 850 11", 1, "source=98;model=39;type=202;time=12;ltype=103;level=850;var=11");
-    expect("HHBC50 / 7:96 3 6 1 0 61", 1, "source=7;model=96;type=3;time=6;ltype=1;level=0;var=61");
-    expect("/ GRIB V33 X9 T48 stop V1", 1, "var=33;time=48");
-    expect("a / 8:9", 1, "source=8;model=9;type=3");
-    for (const char* none : {"nothing", "a / none", "/ GRIB", "/ GRIB V"}) expect(none, 0, "var=33");
+    for (const test::Case& c : test::cases("index_lines")) {
+        EXPECT_EQ(GRD_decode_index(c.text(0), &grid), c.number(1)) << c.line();
+        test::expect_fields(grid, c.text(2));
+    }
 }
 
 }  // namespace

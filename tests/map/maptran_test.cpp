@@ -103,7 +103,7 @@ TEST(Maptran, ClampsAndWraps) {
         {PROJ_LATLON, 0, 10, 190, 10, -170},     {PROJ_LATLON, 0, 10, 1270, 10, -170},
         {PROJ_POLAR, 90, -80, 30, -75, 30},      {PROJ_POLAR, -90, 80, 30, 75, 30},
         {PROJ_MERCATOR, 0, 89.99F, 5, 89.9F, 5}, {PROJ_MERCATOR, 0, -90, 5, -89.9F, 5},
-        {PROJ_LAMBERT, 40, -89.5F, 5, -89, 5},   {PROJ_LAMBERT, -40, 89.5F, 5, 89, 5},
+        {PROJ_LAMBERT, 0, -89.5F, 5, -89, 5},    {PROJ_LAMBERT, -40, 89.5F, 5, 89, 5},
     };
     for (const Row& row : rows) {
         const Domain d = make_domain(row.proj, row.plat, 0);

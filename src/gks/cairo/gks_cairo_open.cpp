@@ -89,9 +89,12 @@ void set_size(const std::string& word, Size size, Gpicture* picture) {
 
 /// Reads "WxH", whole numbers for pixels. False if `text` is anything else.
 bool read_size(const std::string& text, bool whole, Size* size) {
+    std::array<char, 16> width{};
+    std::array<char, 16> height{};
     int end = 0;
-    if (std::sscanf(text.c_str(), "%lfx%lf%n", &size->width, &size->height, &end) != 2) return false;
+    if (std::sscanf(text.c_str(), "%15[0-9.]x%15[0-9.]%n", width.data(), height.data(), &end) != 2) return false;
     if (end != static_cast<int>(text.size())) return false;
+    *size = {std::atof(width.data()), std::atof(height.data())};
     return !whole || (std::floor(size->width) == size->width && std::floor(size->height) == size->height);
 }
 

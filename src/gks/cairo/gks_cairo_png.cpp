@@ -169,10 +169,13 @@ void describe(png_structp writer, png_infop info, Png& png) {
     png_set_pHYs(writer, info, density, density, PNG_RESOLUTION_METER);
     png_text text{};
     std::array<char, 6> key = {"Title"};
-    text.compression = PNG_ITXT_COMPRESSION_NONE;
+    // The plain form is read by more programs, and holds Latin-1.
+    const bool ascii =
+        std::all_of(png.title.begin(), png.title.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+    text.compression = ascii ? PNG_TEXT_COMPRESSION_NONE : PNG_ITXT_COMPRESSION_NONE;
     text.key = key.data();
     text.text = png.title.data();
-    text.itxt_length = png.title.size();
+    (ascii ? text.text_length : text.itxt_length) = png.title.size();
     png_set_text(writer, info, &text, 1);
 }
 

@@ -9,8 +9,6 @@
 namespace zav {
 namespace {
 
-constexpr double MIDDLE = 0.5;  // of a capital letter's height
-
 /// Bytes of the UTF-8 character that begins at `at`; 0 if none does.
 std::size_t utf8_length(const std::string& text, std::size_t at) {
     const auto byte = [&text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
@@ -47,10 +45,31 @@ cairo_matrix_t text_axes(const Gtext_state& text, const Gpt& pos) {
     return axes;
 }
 
+/// Selects a font at a cap height of 1, stretched along the baseline.
+void set_font(cairo_t* page, const Gcairo_font& font, double stretch) {
+    cairo_matrix_t size;
+    cairo_matrix_init_scale(&size, stretch / font.cap_height, -1 / font.cap_height);
+    cairo_font_options_t* options = gcairo_font_options();
+    cairo_set_font_options(page, options);
+    cairo_font_options_destroy(options);
+    cairo_set_font_face(page, font.face);
+    cairo_set_font_matrix(page, &size);
+}
+
+/// False for a string of which the clip leaves nothing: what can't be seen isn't to be found either.
+bool is_in_clip(cairo_t* page, double left, double base, double width) {
+    constexpr double below = 0.4;  // letters under the baseline, in cap heights
+    double x0 = 0;
+    double y0 = 0;
+    double x1 = 0;
+    double y1 = 0;
+    cairo_clip_extents(page, &x0, &y0, &x1, &y1);
+    return left < x1 && left + width > x0 && base - below < y1 && base + 1 > y0;
+}
+
 /// Keeps the string for the search in an SVG, in points of its height so that its size is one of letters.
 void keep_for_search(cairo_t* page, const Gcairo_font& font, const std::string& utf8, double left, double base,
                      double width) {
-    if (!cairo_in_clip(page, left + width / 2, base + MIDDLE)) return;
     cairo_matrix_t matrix;
     cairo_get_matrix(page, &matrix);
     cairo_matrix_translate(&matrix, left, base);
@@ -71,20 +90,17 @@ void gcairo_text(const Gtext_state& text, const Gcairo_string& place, const std:
     const double width = place.most > 0 && natural > place.most ? place.most : natural;
     const cairo_matrix_t axes = text_axes(text, place.pos);
     if (!(width > 0) || axes.xx * axes.yy - axes.xy * axes.yx == 0) return;
+    const double left = place.right * width;
     gcairo_set_pen(text.color, text.width, 1);
     cairo_save(page);
     cairo_transform(page, &axes);
-    cairo_matrix_t size;
-    cairo_matrix_init_scale(&size, text.expan * width / natural / font.cap_height, -1 / font.cap_height);
-    cairo_font_options_t* options = gcairo_font_options();
-    cairo_set_font_options(page, options);
-    cairo_font_options_destroy(options);
-    cairo_set_font_face(page, font.face);
-    cairo_set_font_matrix(page, &size);
-    cairo_move_to(page, place.right * width, place.above);
-    cairo_show_text(page, utf8.c_str());
-    if (gcairo_picture().format == Gpicture_format::svg) {
-        keep_for_search(page, font, utf8, place.right * width, place.above, width);
+    if (is_in_clip(page, left, place.above, width)) {
+        set_font(page, font, text.expan * width / natural);
+        cairo_move_to(page, left, place.above);
+        cairo_show_text(page, utf8.c_str());
+        if (gcairo_picture().format == Gpicture_format::svg) {
+            keep_for_search(page, font, utf8, left, place.above, width);
+        }
     }
     cairo_restore(page);
     cairo_new_path(page);

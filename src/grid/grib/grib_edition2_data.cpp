@@ -54,7 +54,6 @@ void decode_run_length(const Octets& section) {
     packing.num_bits = section.u8(12);
     packing.max_val = section.u16(13);
     state.dscale = grib_decimal(section.u8(17));
-    packing.map.clear();
     for (int i = 0; i < section.u16(15) && 18 + 2 * i < section.end(); ++i) {
         packing.map.push_back(state.dscale * static_cast<float>(section.u16(18 + 2 * i)));
     }

@@ -181,7 +181,7 @@ bool read_index(GRD_file* file) {
 
 /// Goes to record `wanted` by the index file. False if it doesn't hold it.
 bool seek_index(GRD_file* file, int wanted) {
-    if (file->num == 0) {  // the first line belongs to record 0, which may not have been asked for
+    if (file->num == 0) {  // the first line belongs to record 0, which may have been asked for or not
         std::rewind(file->hfile.get());
         read_index(file);
     }
@@ -270,10 +270,6 @@ bool take_up_place(const GRD_file* file) {
 /// Back to record 0.
 void go_to_start(int grd_fd, GRD_file* file) {
     GRD_rewind(grd_fd);
-    file->num = 0;
-    std::fseek(file->file.get(), 0, SEEK_SET);
-    if (file->hfile) std::rewind(file->hfile.get());
-    GRIB_reset();
     grib_state().place.stream = file->file.get();
 }
 

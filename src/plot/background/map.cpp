@@ -35,7 +35,8 @@ std::string map_list() {
     const float lat = MAP_get_clat();
     const float lon = MAP_get_clon();
     const bool america = lat > 25.0F && lat < 80.0F && lon > -160.0F && lon < -65.0F && MAP_get_vert() < 75.0F;
-    return america ? "zav.map" : "cont.map,country.map";
+    if (america) return "zav.map";
+    return PLT_letter() ? "cont.map,country.map" : "cont.map,lake.map,country.map,state.map";
 }
 
 void process_list_file(const std::string& name) {

@@ -18,6 +18,7 @@ namespace {
 
 constexpr float POLE = 90.0F;
 constexpr float DATE_LINE = 180.0F;
+constexpr float LINE_STEP = 2.5F;    ///< longest piece of a line in degrees, but for the letter way's meridians
 constexpr float EDGE_WIDTH = 1e-3F;  ///< what counts as the edge itself, in distances of a label from it
 
 float whole(float value) { return std::trunc(value); }
@@ -159,13 +160,12 @@ void Lines::label_along(float lat, float lon, const std::string& label) const {
 }
 
 void Lines::parallel(float lat) {
-    constexpr float STEP = 2.5F;
     constexpr int STEPS = 144;
     const Line line{lat == 0.0F ? "EQ" : text_format(lat > 0.0F ? "%1.0fN" : "%1.0fS", std::fabs(lat)), true};
     GPH_text_align(GLEFT_HOR, GHALF_VERT);
     for (int i = 0; i < STEPS; ++i) {
-        const float lon = -DATE_LINE + STEP * static_cast<float>(i);
-        segment({lat, lon}, {lat, lon + STEP}, line);
+        const float lon = -DATE_LINE + LINE_STEP * static_cast<float>(i);
+        segment({lat, lon}, {lat, lon + LINE_STEP}, line);
     }
     stroke.flush();
     if (!(extra > 0.0F) || !map_step_is_good(dlon)) return;
@@ -183,13 +183,14 @@ void Lines::parallels() {
 void Lines::meridian(float lon) {
     const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE;
     const float start = short_of_poles ? -whole(89.0F / dlat) * dlat : -POLE;
-    const int steps = static_cast<int>(std::floor(-2.0F * start / dlat + 1e-4F));
+    const float step = PLT_letter() ? dlat : dlat / std::ceil(dlat / LINE_STEP);
+    const int steps = static_cast<int>(std::floor(-2.0F * start / step + 1e-4F));
     Line line{text_format(lon > 0.0F ? "%1.0fE" : "%1.0fW", std::fabs(lon)), false};
     if (lon == 0.0F) line.label = "PM";
     if (lon == DATE_LINE) line.label = "DL";
     for (int i = 0; i < steps; ++i) {
-        const float lat = start + dlat * static_cast<float>(i);
-        segment({lat, lon}, {std::min(lat + dlat, POLE), lon}, line);
+        const float lat = start + step * static_cast<float>(i);
+        segment({lat, lon}, {std::min(lat + step, POLE), lon}, line);
     }
     stroke.flush();
     if (!(extra > 0.0F)) return;

@@ -15,6 +15,7 @@
 #include "gks/meta/gks_meta.h"
 #include "gks/zavgks.h"
 #include "plot/background/map.h"
+#include "plot/background/map_levels.h"
 #include "plot/background/map_state.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_tool.h"
@@ -165,9 +166,22 @@ int draw_lines(const std::string& text) {
     return 0;
 }
 
+int draw_one_file(const std::string& path, const std::string& name, bool visible) {
+    constexpr std::size_t BLOCK = 1U << 16U;
+    const file_ptr file = FILE_open_data(path);
+    if (file == nullptr) {
+        MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
+        ZAV_note(STATUS_LAYER);
+        return -1;
+    }
+    PLT_mess("Map: %s", name.c_str());
+    std::setvbuf(file.get(), nullptr, _IOFBF, BLOCK);
+    if (visible) MAP_map(file.get());
+    return 0;
+}
+
 /// `text`: file[:attributes].
 int draw_map_file(const std::string& text) {
-    constexpr std::size_t BLOCK = 1U << 16U;
     const std::size_t cut = text.find(':');
     const std::string name = text.substr(0, cut);
     const std::string attributes = cut == std::string::npos ? "" : text.substr(cut + 1);
@@ -185,20 +199,16 @@ int draw_map_file(const std::string& text) {
         ATTRIB_get("color_map", "red", &attrib);
     }
     GPH_line_attr(&attrib);
+    if (!PLT_letter()) map_background.fill = false;
     if (attrib.fill_pat != MISS) {
         GPH_fill_attr(&attrib);
         map_background.fill = true;
     }
-    const file_ptr file = FILE_open_data(FILE_add_path(RES_get("file_path"), name));
-    if (file == nullptr) {
-        MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
-        ZAV_note(STATUS_LAYER);
-        return -1;
+    int status = 0;
+    for (const std::string& path : map_levels(FILE_add_path(RES_get("file_path"), name))) {
+        status = std::min(status, draw_one_file(path, name, attrib.color != CLR_NONE));
     }
-    PLT_mess("Map: %s", name.c_str());
-    std::setvbuf(file.get(), nullptr, _IOFBF, BLOCK);
-    if (attrib.color != CLR_NONE) MAP_map(file.get());
-    return 0;
+    return status;
 }
 
 struct Item {

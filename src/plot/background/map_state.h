@@ -19,7 +19,7 @@ struct Map_background {
     int reg_found =
         1;  ///< region blocks: 1 none met, 2 inside one that holds, 0 inside one that doesn't, -1 behind one
     int fill_cont = 0;  ///< filled contours are on
-    bool fill = false;  ///< map lines become filled areas
+    bool fill = false;  ///< the map file at work is filled; in the letter way those behind it too
     MAP_raw_func raw_plot = nullptr;
 };
 extern Map_background map_background;

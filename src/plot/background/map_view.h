@@ -4,8 +4,8 @@
 
 namespace zav {
 
-/// The part of the earth that the plot's window shows, in cells of 10 by 10 degrees, so that what lies elsewhere
-/// needn't be transformed. It errs on the large side.
+/// The part of the earth that the plot's window shows, in cells of 10 by 10 degrees and, but in the letter way, by the
+/// box round them, so that what lies elsewhere needn't be transformed. It errs on the large side.
 class Map_view {
   public:
     /// Of the current domain and the window of transformation 2.
@@ -20,8 +20,15 @@ class Map_view {
 
     bool scan_window();
     void mark(float lat, float lon);
+    void box_in(float lat, float lon);
+    bool box_meets(float lat_min, float lat_max, float lon_min, float lon_max) const;
 
     bool all = false;
+    float south = 90.0F;  ///< bounds of what was seen
+    float north = -90.0F;
+    float center = 0.0F;  ///< longitude of the window's middle, and how far was seen to both sides of it
+    float side = 0.0F;
+    bool boxed = false;
     std::array<std::array<bool, COLUMNS>, ROWS> cells{};
 };
 

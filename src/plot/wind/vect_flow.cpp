@@ -45,7 +45,7 @@ class Drawing {
 
     void draw(const Streamline& line) {
         const std::size_t count = line.points.size();
-        const auto apart = static_cast<float>(HEADS_APART * vect.arrow_scale / STREAM_STEP_MM);
+        const float apart = std::max(HEADS_APART * vect.arrow_scale / STREAM_STEP_MM, 1.0F);
         const auto heads = static_cast<std::size_t>(std::max(1.0F, std::round(static_cast<float>(count) / apart)));
         const std::size_t part = std::max<std::size_t>(count / heads, 1);
         for (std::size_t k = 0; k + 1 < count; ++k) {
@@ -74,7 +74,7 @@ class Drawing {
     }
 
     void head(const Gpt& from, const Gpt& to) const {
-        if (!visible) return;
+        if (!visible || !(vect.arrow_scale > 0.0F)) return;
         const float length = std::hypot(to.x - from.x, to.y - from.y);
         if (!(length > 0.0F)) return;
         const float back = HEAD_LENGTH * vect.arrow_scale / length;

@@ -9,6 +9,7 @@
 
 #include "frame/status.h"
 #include "gks/kernel_scene.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -68,43 +69,13 @@ TEST_F(Metafile, RecordsCallsLineByLine) {
 }
 
 TEST_F(Metafile, ReaderTakesWhatIsThereAndGoesOn) {
-    const std::string line = "PL 2 0,0 1,1\n";
-    struct {
-        const char* name;
-        std::string items;
-        int lines;  ///< polylines drawn
-        std::string report;
-    } const cases[] = {
-        {"white space is free", "PL\n2\n 0,0\n\n\t1,1 " + line, 2, ""},
-        {"skipped items", "#x PL 2 0,0 1,1\nWS_VP 1 PL 2 0,0 1,1\nME PL 2 0,0 1,1\nSEG_CR 3\n" + line, 1, ""},
-        {"ignored window", "WS_WIN 1 0 0 1 1 " + line, 1, ""},
-        {"long words", "PL_CLRPL_CLR 1\nPLPLPLPLPLPLPL 2\n" + line, 1, ""},
-        {"count too large", "PL 2000000000 0,0 1,1\n" + line, 1,
-         "gread_metafile: Point list is longer than the file: 2000000000\n"},
-        {"count below 0", "PL -3 PL 2 0,0 1,1\n" + line, 1, ""},
-        {"too few points", "PL 3 0,0 1,1\nPL_LW 2\n" + line, 1, ""},
-        {"short item before another", "PL_CLR\nPL 2 0,0 1,1\nCLR 1\n" + line + "WIN 2 0\n" + line, 3, ""},
-        {"not numbers", "PL 2 a,b c,d\nPL 2 0 0 1 1\nWIN x\nTR\nCLR 1\n" + line, 1, ""},
-        {"items that lack numbers",
-         "TE PL 2 0,0 1,1\nTE_UP 1 PL 2 0,0 1,1\nTE_ALGN 1 PL 2 0,0 1,1\nTE_FNT 1 PL 2 0,0 1,1\nTE_HGHT PL 2 0,0 1,1\n"
-         "CLR 1 2 0.5 PL 2 0,0 1,1\nVP 1 0 PL 2 0,0 1,1\nPM 1 PL 2 0,0 1,1\n" +
-             line,
-         1, ""},
-        {"no end of line", "PL 2 0,0 1,1", 1, ""},
-        {"bad numbers", "TR 99\nPL_LW -1\n" + line, 1,
-         "gsel_norm_tran: invalid transformation number: 99\n\ngset_linewidth: invalid line width: -1.000000\n\n"},
-        {"not a size", "PL_LW nan\nPL_LW inf\nPL 2 nan,0 1,inf\n" + line, 1,
-         "gset_linewidth: invalid line width: nan\n\ngset_linewidth: invalid line width: inf\n\n"},
-        {"empty", "", 0, ""},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(play(c.items, "a.ps"), c.report) << c.name;
+    for (const test::Case& c : test::cases("metafile_items")) {
+        EXPECT_EQ(play(c.text(1), "a.ps"), c.text(3)) << c.line();
         const std::string text = test::read_file(dir.file("a.ps"));
         int lines = 0;
-        for (std::size_t at = text.find("%%PL:2\n"); at != std::string::npos; at = text.find("%%PL:2\n", at + 1))
-            ++lines;
-        EXPECT_EQ(lines, c.lines) << c.name;
-        EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "") << c.name;
+        for (std::size_t at = 0; (at = text.find("%%PL:2\n", at)) != std::string::npos; ++at) ++lines;
+        EXPECT_EQ(lines, c.number(2)) << c.line();
+        EXPECT_EQ(test::ghostscript_errors(dir.file("a.ps")), "") << c.line();
     }
 }
 

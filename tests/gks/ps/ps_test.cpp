@@ -56,8 +56,14 @@ TEST_F(Postscript, HeadAndTrailerAreAsToldForEachForm) {
 }
 
 TEST_F(Postscript, AddedPlotsStandOnTheLastPage) {
-    const auto lower = [] { draw_square(0.1F, 0.1F, 0.3F, 0.3F); };
-    const auto upper = [] { draw_square(0.5F, 0.6F, 0.9F, 0.8F); };
+    const auto draw = [](float low, float high, int line_type) {
+        const Gpt line[] = {{0, low}, {1, low}};
+        gset_linetype(line_type);
+        gpolyline(2, line);
+        draw_square(low, low, high, high);
+    };
+    const auto lower = [&] { draw(0.1F, 0.3F, 2); };
+    const auto upper = [&] { draw(0.5F, 0.8F, 1); };
     for (const char* words : {"", ",eps"}) {
         plain_paper();
         const std::string both = dir.file("both.ps") + words;

@@ -120,8 +120,7 @@ class Grib : public test::TempDirTest {
         int type = GRD_TYPE_GRIB;
         const int fd = GRD_open(path, 0, &type);
         EXPECT_GE(fd, 0);
-        GRD_info info;
-        int result = GRD_getinfo(fd, &info);
+        int result = GRD_getinfo(fd, &about);
         for (int i = 0; result == 0 && i < 50; ++i) {
             GRD_report head;
             GRD_report grd;
@@ -142,6 +141,7 @@ class Grib : public test::TempDirTest {
     }
 
     std::string header;
+    GRD_info about;
 };
 
 using Values = std::vector<float>;

@@ -9,8 +9,11 @@
 
 #include "frame/string.h"
 #include "map/maptran.h"
+#include "plot/background/map_levels.h"
 #include "plot/background/map_state.h"
 #include "plot/meta_plot.h"
+#include "plot/page/plt_paper.h"
+#include "plot/page/plt_tool.h"
 #include "support/table.h"
 
 namespace zav {
@@ -21,6 +24,7 @@ class MapBackground : public test::MetaPlot {
     void TearDown() override {
         map_background = {};
         RES_put("map_file", "");
+        PLT_set_letter(false);
     }
     test::Drawn draw_map(const std::string& domain, const std::string& list, int passes = MAP_PASS_PLAIN) {
         RES_put("map_file", list);
@@ -46,6 +50,7 @@ std::string record(const Degrees& points) {
 }
 
 TEST_F(MapBackground, CoastsLieWhereTheProjectionPutsThem) {
+    PLT_set_letter(true);
     Degrees coast;
     for (int i = 0; i < 1500; ++i) coast.emplace_back(10.0F + 0.02F * i, -120.0F + 30.0F * std::sin(0.01F * i));
     const Degrees island{{1, -60}, {2, -59.5F}, {0.5F, -59}};
@@ -151,6 +156,15 @@ TEST_F(MapBackground, LinesOfTheWorldAreLabelled) {
     EXPECT_TRUE(draw_map("ll,0,0,73,37,5,5", "lalo:30:60:off").paths.empty());
 }
 
+TEST_F(MapBackground, GraphsHaveNumbersAtTheirAxes) {
+    for (const auto& row : test::data_cells("plot/graphs.tsv")) {
+        const test::Drawn drawn = draw_map(row[0], row[1]);
+        std::string got = std::to_string(drawn.paths.size()) + " lines";
+        for (const auto& t : drawn.texts) got += text_format(" %s@%.3g,%.3g", t.str.c_str(), t.pts[0].x, t.pts[0].y);
+        EXPECT_EQ(got, row[2]) << row[0];
+    }
+}
+
 /// All steps of the lattice that lie in the window, and none else, in whole strokes; meridians that meet at a pole end
 /// before it.
 TEST_F(MapBackground, LinesFollowTheLattice) {
@@ -169,7 +183,7 @@ TEST_F(MapBackground, LinesFollowTheLattice) {
             for (float lat = -80; lat <= 80; lat += 20) steps.push_back({{lat, lon}, {lat, lon + 2.5F}});
         }
         for (float lon = -160; lon <= 160; lon += 40) {
-            for (float lat = -end; lat < end; lat += 20) steps.push_back({{lat, lon}, {lat + 20, lon}});
+            for (float lat = -end; lat < end; lat += 2.5F) steps.push_back({{lat, lon}, {lat + 2.5F, lon}});
         }
         std::size_t found = 0;
         for (const auto& [from, to] : steps) {
@@ -225,6 +239,108 @@ TEST_F(MapBackground, PatternsMakeAreas) {
     EXPECT_TRUE(drawn.paths[0].filled);
     EXPECT_EQ(drawn.paths[0].number("FA_CLR"), CLR_get_ind("red"));
     EXPECT_EQ(drawn.paths[0].number("FA_ST"), 9);
+}
+
+TEST_F(MapBackground, LevelsSuitTheScale) {
+    dir.write("own.map", record({{44, -98}, {46, -96}}));
+    const std::string shipped = test::source_dir() + "/share/zav/";
+    const std::map<std::string, std::string> wanted{
+        {"ll,0,0,73,37,5,5", "cont_110m.map -"},
+        {"lc:90:-100:30:60:1,46,-100,57,41,1.6", "cont.map -"},
+        {"lc:90:10:40:60:1,51,10,41,31,1", "cont.map -"},
+        {"me,52,5,41,31,0.8", "cont_10m.map state_10m.map"},
+        {"ps:-90:170:-60,-42,172,41,31,0.4", "cont_10m.map state_10m.map"},
+        {"ll,18.2,-66.3,31,21,0.1", "cont_1m.map state_1m.map"},
+        {"lc,60,6,31,21,0.1", "cont_1m.map state_1m.map"},
+    };
+    for (const auto& [domain, files] : wanted) {
+        plot(domain, [&, &files = files, &domain = domain] {
+            const auto level = [&](const char* name) {
+                const std::vector<std::string> found = map_levels(shipped + name);
+                return found.empty() ? "-" : found[0].substr(shipped.size());
+            };
+            EXPECT_EQ(level("cont.map") + " " + level("state.map"), files) << domain << ' ' << map_scale();
+            EXPECT_EQ(map_levels(dir.file("own.map")), std::vector{dir.file("own.map")});
+            PLT_set_letter(true);
+            EXPECT_EQ(map_levels(shipped + "cont.map"), std::vector{shipped + "cont.map"});
+            PLT_set_letter(false);
+        });
+    }
+    // Ten steps of 1000 km on 8 inches of paper.
+    plot("ps:90:0:60,60,0,21,17,5", [] { EXPECT_NEAR(map_scale(), 8000.0 / PLT_paper_view().y_max, 60.0); });
+}
+
+/// Points keep apart on paper, whatever the map; no ring is a speck, and lines are few where a continent is shown.
+TEST_F(MapBackground, NothingIsFinerThanPaper) {
+    for (const char* domain : {"ll,0,0,73,37,5,5", "lc:90:-126:48:56:1,52,-126,41,31,0.4", "me,18.2,-66.3,31,21,0.1",
+                               "lc:90:-100:30:60:1,46,-100,57,41,1.6", "or:60:10,60,10,61,61,2"}) {
+        Gpt mm{};
+        RES_put("map_file", "");
+        const test::Drawn drawn = plot(domain, [&mm] {
+            MAP_draw(MAP_PASS_PLAIN);
+            mm = PLT_paper_scale();
+        });
+        EXPECT_GT(drawn.paths.size(), 10U) << domain;
+        EXPECT_LT(drawn.paths.size(), 2000U) << domain;
+        for (const test::Drawn_mark& path : drawn.paths) {
+            float reach = 0.0F;
+            for (std::size_t i = 1; i < path.pts.size(); ++i) {
+                const Gpt& a = path.pts[i - 1];
+                const Gpt& b = path.pts[i];
+                reach = std::max({reach, std::fabs(b.x - path.pts[0].x) * mm.x, std::fabs(b.y - path.pts[0].y) * mm.y});
+                if (i + 1 == path.pts.size()) continue;
+                EXPECT_GT(std::hypot((b.x - a.x) * mm.x, (b.y - a.y) * mm.y), 0.149) << domain;
+            }
+            const bool closed = path.pts[0].x == path.pts.back().x && path.pts[0].y == path.pts.back().y;
+            EXPECT_TRUE(!closed || reach > 0.16F) << domain;
+        }
+    }
+}
+
+bool is_inside(const std::vector<Gpt>& ring, float x, float y) {
+    bool inside = false;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const Gpt& a = ring[i == 0 ? ring.size() - 1 : i - 1];
+        const Gpt& b = ring[i];
+        if ((a.y > y) != (b.y > y) && x < a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x)) inside = !inside;
+    }
+    return inside;
+}
+
+/// Land is filled and water isn't, across the date line, at the poles, behind limbs and at every scale.
+TEST_F(MapBackground, LandIsFilled) {
+    const auto places = test::data_cells("plot/land_places.tsv");
+    for (const char* domain :
+         {"ll,0,0,73,37,5,5", "ll,0,180,73,37,5,5", "me,0,180,101,57,3.9", "ps:90:-100:60,90,-100,61,61,2.6",
+          "ps:-90:0:-60,-90,0,61,61,1.6", "lc:90:-100:30:60:1,46,-100,57,41,1.6", "or:40:-140,40,-140,65,65,2",
+          "mo:0:20,0,20,145,73,2.5", "mo:0:180,0,180,145,73,2.5", "sat:0:10,0,10,65,65,2", "la:90:0,90,0,121,121,2",
+          "lc:90:20:40:60:1,51,20,57,41,0.6", "me,18.2,-66.3,31,21,0.1", "lc:90:180:60:70:1,67.5,180,31,21,0.1"}) {
+        const test::Drawn drawn = draw_map(domain, "land.map:Red:fi=sol");
+        ASSERT_FALSE(drawn.paths.empty()) << domain;
+        int seen = 0;
+        for (const auto& row : places) {
+            Point at;
+            if (!map_place(std::stof(row[1]), std::stof(row[2]), at) || MAP_in_domain(at.x, at.y) == 0) continue;
+            const auto covers = [&at](const test::Drawn_mark& p) { return p.filled && is_inside(p.pts, at.x, at.y); };
+            const bool land = std::any_of(drawn.paths.begin(), drawn.paths.end(), covers);
+            EXPECT_EQ(land, row[3] == "land") << domain << ' ' << row[0];
+            seen++;
+        }
+        EXPECT_GT(seen, 0) << domain;
+    }
+    // On an equal-area map the land, but for its lakes, has its share of the earth: 29 per cent.
+    const test::Drawn world = draw_map("mo:0:20,0,20,145,73,2.5", "land.map:Red:fi=sol");
+    int all = 0;
+    int land = 0;
+    for (float x = -126.0F; x < 127.0F; x += 2.5F) {
+        for (float y = -63.0F; y < 64.0F; y += 2.5F) {
+            if (std::hypot(x / 127.426F, y / 63.713F) > 1.0F) continue;
+            all++;
+            land += std::any_of(world.paths.begin(), world.paths.end(),
+                                [x, y](const test::Drawn_mark& path) { return is_inside(path.pts, x, y); });
+        }
+    }
+    EXPECT_NEAR(static_cast<double>(land) / all, 0.287, 0.01);
 }
 
 }  // namespace

@@ -204,6 +204,7 @@ TEST(ContBar, BoxesStandSideBySide) {
         EXPECT_EQ(CONT_get_bar_value(bar.x_max + box, bar.y_max), FMISS);
     }
     start_contours(CONT_FILL);
+    EXPECT_EQ(CONT_draw_bar(1, ""), -1) << "all values are missing";
     set_interval(-20, 10, 201);
     EXPECT_EQ(CONT_draw_bar(1, ""), -1);
 }

@@ -79,6 +79,7 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
 inline void start_contours(int type, bool joined = false) {
     PLT_set_letter(!joined);
     cont = Cont_state{};
+    cont.label_skip = cont.ext_radius = joined ? 0 : 2;  // joined lines are open behind labels
     cont.polyline = keep_line;
     cont.fill_area = keep_area;
     cont.fill_rings = keep_rings;

@@ -38,6 +38,10 @@ TEST_F(Colors, EntriesTakeTheirPlaceInTheFiles) {
     CLR_read_table(nullptr);
     EXPECT_EQ(CLR_get_num(), 4);
     EXPECT_EQ(CLR_get_num_fill(), before);  // the count is the first file's alone
+    dir.write("endless.clr", "Black 0 0 0\nRed 1 0 0\nBlue 0 0 1\n");
+    RES_put("color_table", "endless.clr");
+    CLR_read_table(nullptr);
+    EXPECT_EQ(CLR_get_num_fill(), 2);
     RES_put("color_table", "one.clr,two.clr");
     CLR_read_table(nullptr);
     EXPECT_EQ(CLR_get_num_fill(), 3);

@@ -94,7 +94,7 @@ std::string many_symbols(int count) {
 }
 
 TEST_F(Wind, SymbolsAreFoundByTheirFirstListedPrefix) {
-    dir.write("prefix.smb", "T 0,0 1,0 L 0,0 1,0 1,1 F\n$\nTS 0,0 1,1 L\n$\n");
+    dir.write("prefix.smb", "T 0,0 1,-.2 L 0,0 1,0 1,1 F\n$\nTS 0,0 1,1 L\n$\n");
     GPH_text_align(GLEFT_HOR, GBOTTOM_VERT);
     const auto all = drawn([] {
         EXPECT_EQ(WX_symb_file("prefix.smb"), 0);
@@ -111,7 +111,7 @@ TEST_F(Wind, SymbolsAreFoundByTheirFirstListedPrefix) {
         const Gpt& start = all[2 + 2 * k].pts[0];
         EXPECT_NEAR(std::hypot(start.x - 0.5 + 0.1 * (k % 3), start.y - 0.5 + 0.1 * (k / 3)), 0, 1e-5) << k;
     }
-    EXPECT_NEAR(all[0].pts[1].x, 0.7F, 1e-5);
+    EXPECT_NEAR(std::hypot(all[0].pts[1].x - 0.7, all[0].pts[1].y - 0.1), 0, 1e-5);
     EXPECT_TRUE(all[1].filled);
 }
 

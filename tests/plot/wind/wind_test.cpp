@@ -233,6 +233,11 @@ TEST_F(Wind, APolesRowIsOneWind) {
                 EXPECT_EQ(field.draw(VECT_VECTORS), 0);
                 expected.insert(expected.end(), 8, pole > 0 ? -150.0F : -30.0F);
             }
+            // Along the axis of a polar grid, at the pole alone.
+            const Domain grid = square(PROJ_POLAR, pole, 23, pole, 3);
+            Field field(grid, [](int i, int j) { return Gpt{0, i == 1 && j == 1 ? 20.0F : 0.0F}; });
+            EXPECT_EQ(field.draw(VECT_VECTORS), 0);
+            expected.push_back(0);
         }
     });
     ASSERT_EQ(all.size(), 3 * expected.size());
