@@ -40,7 +40,7 @@ bool cont_layers_joined(const Cont_layer& lower, const Cont_layer& upper) {
 }
 
 void Cont_rings::add(const Cont_vertex& from, const Cont_vertex& to, int layer, bool rim) {
-    edges_.push_back({from.key, to.key, from.pt, to.pt, layer, rim});
+    edges_.push_back({from, to, layer, rim});
 }
 
 void Cont_rings::draw(const std::vector<Cont_layer>& layers) {
@@ -48,20 +48,48 @@ void Cont_rings::draw(const std::vector<Cont_layer>& layers) {
     std::iota(order.begin(), order.end(), 0);
     std::sort(order.begin(), order.end(), [&](int a, int b) { return layers[a].number < layers[b].number; });
     sort_edges(order);
+    // The last of the layers joined to each, one upon the other.
+    std::vector<std::size_t> tops(order.size());
+    for (std::size_t r = order.size(); r-- > 0;) {
+        const bool goes_on = r + 1 < order.size() && cont_layers_joined(layers[order[r]], layers[order[r + 1]]);
+        tops[r] = goes_on ? tops[r + 1] : r;
+    }
+    const std::size_t reach = shortest_reach(tops);
     for (std::size_t r = 0; r < order.size(); ++r) {
         outline_.clear();
-        for (std::size_t i = starts_[r]; i < starts_[r + 1]; ++i) {
-            if (!edges_[sorted_[i]].rim) outline_.push_back(sorted_[i]);
-        }
-        // A rim is one of all joined layers below its own, too.
-        for (std::size_t top = r; top < order.size(); ++top) {
-            if (top > r && !cont_layers_joined(layers[order[top - 1]], layers[order[top]])) break;
-            const auto first = rims_.begin() + static_cast<std::ptrdiff_t>(rim_starts_[top]);
-            outline_.insert(outline_.end(), first, rims_.begin() + static_cast<std::ptrdiff_t>(rim_starts_[top + 1]));
-        }
+        const std::size_t top = std::min(tops[r], reach > tops[r] - r ? tops[r] : r + reach);
+        add_inner(r, false);
+        for (std::size_t above = r; above <= top; ++above) add_rims(above);
+        if (top < tops[r]) add_inner(top + 1, true);
         draw_layer(layers[order[r]]);
     }
     edges_.clear();
+}
+
+/// How far layers reach on under those above them: all the way, or to the next where that takes fewer edges, as about
+/// ragged gaps in the field, whose rims all the layers repeat.
+std::size_t Cont_rings::shortest_reach(const std::vector<std::size_t>& tops) const {
+    std::size_t all = 0;
+    std::size_t next = 0;
+    const auto rims = [&](std::size_t r) { return rim_starts_[r + 1] - rim_starts_[r]; };
+    std::size_t below = 0;  // layers joined below this one
+    for (std::size_t r = 0; r < tops.size(); ++r) {
+        below = r > 0 && tops[r - 1] == tops[r] ? below + 1 : 0;
+        const std::size_t inner = starts_[r + 1] - starts_[r] - rims(r);
+        all += inner + rims(r) * (below + 1);
+        next += 2 * inner + rims(r) * (below > 0 ? 2 : 1);
+    }
+    return all <= next ? NONE : 1;
+}
+
+void Cont_rings::add_inner(std::size_t r, bool turned) {
+    for (std::size_t i = starts_[r]; i < starts_[r + 1]; ++i) {
+        if (!edges_[sorted_[i]].rim) outline_.push_back({sorted_[i], turned});
+    }
+}
+
+void Cont_rings::add_rims(std::size_t r) {
+    for (std::size_t i = rim_starts_[r]; i < rim_starts_[r + 1]; ++i) outline_.push_back({rims_[i], false});
 }
 
 /// The edges by their layers in order, and among them the rims.
@@ -90,7 +118,7 @@ void Cont_rings::draw_layer(const Cont_layer& layer) {
     slots_.assign(std::bit_ceil(2 * outline_.size()), EMPTY);
     used_.assign(outline_.size(), false);
     for (std::uint32_t i = 0; i < outline_.size(); ++i) {
-        std::size_t slot = cont_slot(edges_[outline_[i]].from, slots_.size());
+        std::size_t slot = cont_slot(start_of(outline_[i]).key, slots_.size());
         while (slots_[slot] != EMPTY) slot = (slot + 1) & (slots_.size() - 1);
         slots_[slot] = i;
     }
@@ -105,13 +133,20 @@ void Cont_rings::draw_layer(const Cont_layer& layer) {
     cont.fill_rings(static_cast<Gint>(counts_.size()), counts_.data(), points_.data());
 }
 
+Cont_vertex Cont_rings::start_of(Way way) const {
+    const Edge& edge = edges_[way.edge];
+    return way.turned ? edge.to : edge.from;
+}
+
+Cont_vertex Cont_rings::end_of(Way way) const { return start_of({way.edge, !way.turned}); }
+
 /// The ring that an edge is part of.
 void Cont_rings::follow(std::size_t start) {
     const std::size_t ring_start = points_.size();
     std::size_t i = start;
     do {
         used_[i] = true;
-        add_point(edges_[outline_[i]].at, ring_start);
+        add_point(start_of(outline_[i]).pt, ring_start);
         i = next(i, start);
     } while (i != start && i != NONE);
     end_ring(ring_start);
@@ -120,23 +155,16 @@ void Cont_rings::follow(std::size_t start) {
 /// The edge that goes on from the end of edge `from`, or `start`, which closes the ring. Where rings touch, the one
 /// most to the left, so that they don't cross.
 std::size_t Cont_rings::next(std::size_t from, std::size_t start) const {
-    const Edge& edge = edges_[outline_[from]];
+    const Cont_vertex end = end_of(outline_[from]);
+    const auto turn = [&](std::size_t i) {
+        return turn_of(start_of(outline_[from]).pt, end.pt, end_of(outline_[i]).pt);
+    };
     std::size_t best = NONE;
-    double most = 0.0;
-    for (std::size_t slot = cont_slot(edge.to, slots_.size()); slots_[slot] != EMPTY;
+    for (std::size_t slot = cont_slot(end.key, slots_.size()); slots_[slot] != EMPTY;
          slot = (slot + 1) & (slots_.size() - 1)) {
         const std::uint32_t i = slots_[slot];
-        const Edge& candidate = edges_[outline_[i]];
-        if (candidate.from != edge.to || (used_[i] && i != start)) continue;
-        if (best == NONE) {
-            best = i;
-            continue;
-        }
-        if (most == 0.0) most = turn_of(edge.at, edge.end, edges_[outline_[best]].end);
-        const double turn = turn_of(edge.at, edge.end, candidate.end);
-        if (turn <= most) continue;
-        best = i;
-        most = turn;
+        if (start_of(outline_[i]).key != end.key || (used_[i] && i != start)) continue;
+        if (best == NONE || turn(i) > turn(best)) best = i;
     }
     return best;
 }

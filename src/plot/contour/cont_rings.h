@@ -50,16 +50,24 @@ class Cont_rings {
 
   private:
     struct Edge {
-        Cont_key from;
-        Cont_key to;
-        Gpt at;
-        Gpt end;
+        Cont_vertex from;
+        Cont_vertex to;
         int layer;
         bool rim;
     };
+    /// An edge as an outline goes along it, the other way round with `turned`.
+    struct Way {
+        std::uint32_t edge;
+        bool turned;
+    };
 
     void sort_edges(const std::vector<int>& order);
+    std::size_t shortest_reach(const std::vector<std::size_t>& tops) const;
+    void add_inner(std::size_t r, bool turned);
+    void add_rims(std::size_t r);
     void draw_layer(const Cont_layer& layer);
+    Cont_vertex start_of(Way way) const;
+    Cont_vertex end_of(Way way) const;
     void follow(std::size_t start);
     std::size_t next(std::size_t from, std::size_t start) const;
     void add_point(const Gpt& pt, std::size_t ring_start);
@@ -70,7 +78,7 @@ class Cont_rings {
     std::vector<std::size_t> starts_;      ///< of each layer there
     std::vector<std::uint32_t> rims_;      ///< the rims among them
     std::vector<std::size_t> rim_starts_;  ///< of each layer there
-    std::vector<std::uint32_t> outline_;   ///< edges of the layer at work
+    std::vector<Way> outline_;             ///< edges of the layer at work
     std::vector<std::uint32_t> slots_;     ///< the same by their first points: a hash table of places in outline_
     std::vector<bool> used_;
     std::vector<Gpt> points_;

@@ -153,9 +153,14 @@ TEST(ContJoin, AreasCoverWhatThePiecesCover) {
         for (const auto& [band, part] : area) total += part;
         const double size = std::sqrt(total / 50.0);
         for (const auto& [band, part] : area) {
-            const double covered = whole.count(band + 1) > 0 ? whole[band + 1] : 0.0;
-            if (c.split) continue;  // the cells there reach over the map's edges, in more pieces or fewer
-            EXPECT_NEAR(whole[band] - covered, part, 1e-5 * total) << n << " band " << band;
+            // A band reaches on under the next one, or under all above it up to one that isn't drawn.
+            double covered = part;
+            double off = std::fabs(whole[band] - covered);
+            for (int above = band + 1; area.count(above) > 0; ++above) {
+                covered += area[above];
+                off = std::min(off, std::fabs(whole[band] - covered));
+            }
+            ASSERT_TRUE(c.split || off < 1e-5 * total) << n << " band " << band;
         }
         for (const auto& fill : sent.fills) ASSERT_EQ(bad_edges(fill, size), 0) << n << " band " << fill.band;
         for (int k = 0; k < 10 && !parts.empty(); ++k) {
