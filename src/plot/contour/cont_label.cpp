@@ -147,7 +147,11 @@ class Lattice_scan {
   public:
     /// A cell that more than `most_levels` levels run through isn't labelled.
     Lattice_scan(const Lattice& lattice, std::size_t most_levels, std::vector<Cont_spot>* spots)
-        : lattice_(&lattice), levels_(cont_label_levels()), max_lines_(most_lines()), most_levels_(most_levels), spots_(spots) {}
+        : lattice_(&lattice),
+          levels_(cont_label_levels()),
+          max_lines_(most_lines()),
+          most_levels_(most_levels),
+          spots_(spots) {}
 
     bool has(int i, int j) const { return lattice_->column[i] || lattice_->row[j]; }
 

@@ -92,15 +92,7 @@ std::string cont_value_text(float value, int decimals) {
     return text_format("%.*f", decimals, is_zero ? 0.0 : double{value});
 }
 
-Cont_source cont_source(const GRD_report& field) {
-    static const std::vector<int> same_columns;
-    const Cont_origin* origin = cont.origin;
-    if (origin == nullptr) return {&field, &field, 1, same_columns};
-    return {origin->given, &field, origin->steps, origin->shown};
-}
-
-void cont_place_texts(const GRD_report& field) {
-    const Cont_source source = cont_source(field);
+void cont_place_texts(const Cont_source& source) {
     const Cont_paper paper = cont_paper();
     cont_close_gaps();
     if (!(paper.unit.x != 0.0F && paper.unit.y != 0.0F)) return;
@@ -108,10 +100,10 @@ void cont_place_texts(const GRD_report& field) {
     cont_place_labels(source, paper);
 }
 
-void cont_write_texts(const GRD_report& field) {
+void cont_write_texts(const Cont_source& source) {
     cont_close_gaps();
     cont_label_attributes();
-    if (cont.draw_grid) cont_outline_cells(field);
+    if (cont.draw_grid) cont_outline_cells(*source.field);
     cont_write_labels();
     cont_write_marks();
 }

@@ -23,8 +23,9 @@ struct Cont_source {
     bool position(int i, int j, Gpt* pt) const;
 };
 
-/// What `field`, which is at work, comes from.
-Cont_source cont_source(const GRD_report& field);
+/// Draws the field of a plot, with the marks and labels of `texts` placed before unless it is null; otherwise as
+/// CONT_draw_contour. In cont_scan.cpp.
+int cont_draw_about(GRD_report* grid, const Cont_source* texts);
 
 /// A point of the grid that all values near it lie below, or all above.
 struct Cont_extreme {
@@ -123,8 +124,8 @@ void cont_close_gaps();
 void cont_open_gap(const Glim& box, const Cont_paper& paper);
 
 /// Finds room for the marks and labels of a plot, before its lines are drawn. In cont_texts.cpp.
-void cont_place_texts(const GRD_report& field);
+void cont_place_texts(const Cont_source& source);
 /// Writes them over the lines, and draws the grid itself where that is asked for.
-void cont_write_texts(const GRD_report& field);
+void cont_write_texts(const Cont_source& source);
 
 }  // namespace zav
