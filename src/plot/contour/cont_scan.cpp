@@ -5,6 +5,7 @@
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
 #include "gks/gks_ws.h"
@@ -97,6 +98,7 @@ int scan_grid(const GRD_report& grid) {
     } catch (const std::bad_alloc&) {
         cont.join = nullptr;
         MESS_print(MESS_WARN, "CONT_draw_contours: Not enough memory to join areas and lines\n");
+        ZAV_note(STATUS_LAYER);
         return -1;
     }
 }
