@@ -17,8 +17,10 @@ namespace zav {
 namespace {
 
 /// What the cells are taken from, and how its points come from those of the grid given.
-struct Field : Cont_origin {
+struct Field {
     GRD_report grid;
+    int steps = 1;           ///< steps of the field in one of the grid given
+    std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
 };
 
 /// A grid as the map shows it, placed for its range and kept until it is drawn.
@@ -140,8 +142,9 @@ int draw(GRD_report* grid, Field& field) {
         CONT_draw_contour(grid);
         return -1;
     }
-    if (CONT_draw_contour(&field.grid) < 0) return -1;
-    cont_write_texts();
+    const Cont_source source{grid, &field.grid, field.steps, field.shown};
+    if (cont_draw_about(&field.grid, &source) < 0) return -1;
+    cont_write_texts(source);
     return 0;
 }
 
@@ -158,13 +161,10 @@ const GRD_placed* cont_placed_field(const GRD_report& grid) {
 
 int cont_draw_field(GRD_report* grid) {
     Field field;
-    field.given = grid;
     refine(*grid, field);
-    cont.origin = &field;
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
     state = {};
     cont.placed = false;
-    cont.origin = nullptr;
     return result;
 }
 

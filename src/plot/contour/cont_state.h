@@ -135,16 +135,6 @@ struct Cont_run {
 
 class Cont_join;
 
-/// Where the field that is drawn comes from: the grid given, refined, with its columns as the map shows them.
-struct Cont_origin {
-    const GRD_report* given = nullptr;
-    int steps = 1;           ///< steps of the field in one of the grid given
-    std::vector<int> shown;  ///< column of the field for each refined column of the grid, -1 for none; empty: the same
-
-    /// Column of the field that shows one of the grid given.
-    int column(int i) const { return shown.empty() ? i * steps : shown[static_cast<std::size_t>(i * steps)]; }
-};
-
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
 /// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
 struct Cont_engine {
@@ -166,9 +156,8 @@ struct Cont_engine {
     bool placed_points = false;  ///< each place once, wherever the map shows it, instead of ends of cells
     bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
     Cont_run run;         ///< where `above` is below `most`
-    Cont_join* join = nullptr;            ///< takes the pieces of cells, or null: each is drawn at once
-    const Cont_origin* origin = nullptr;  ///< of the field at work; null: it is the grid given
-    float x_min = FMISS;                  ///< horizontal range of a plot in grid coordinates
+    Cont_join* join = nullptr;  ///< takes the pieces of cells, or null: each is drawn at once
+    float x_min = FMISS;        ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
     float vert_size = 0.0F;  ///< height of the plot in plot space

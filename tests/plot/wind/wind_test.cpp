@@ -287,6 +287,31 @@ TEST_F(Wind, APolesRowIsOneWind) {
     }
 }
 
+/// A west wind blows along the parallels on every map, across the seam of the grid too.
+TEST_P(Maps, StreamlinesOfAWestWindKeepTheirLatitude) {
+    Domain globe = square(PROJ_LATLON, 0, 100, 0, 72);
+    globe.ny = 37;
+    globe.dx = globe.dy = 5;
+    const auto all = drawn([&] {
+        Field field(globe, [](int, int) { return Gpt{10, 0}; });
+        draw(field, VECT_STREAMLINES, 35, -60, 50);
+    });
+    int over_seam = 0;
+    MAP_domain(&map);
+    for (const Stroke& line : all) {
+        std::vector<EarthPoint> places(line.pts.size());
+        for (std::size_t k = 0; k < places.size(); ++k) MAP_tran_pe({line.pts[k].x, line.pts[k].y}, &places[k]);
+        if (places.size() < 20 || std::fabs(places[0].lat) > 75) continue;
+        for (std::size_t k = 1; k < places.size(); ++k) {
+            ASSERT_NEAR(places[k].lat, places[0].lat, 0.6) << k;
+            ASSERT_GT(std::remainder(places[k].lon - places[k - 1].lon, 360), 0) << k;
+        }
+        const auto beyond = [](const EarthPoint& place) { return std::remainder(place.lon + 80, 360); };
+        if (beyond(places.front()) < 0 && beyond(places.back()) > 0) ++over_seam;
+    }
+    EXPECT_GT(over_seam, 5);
+}
+
 /// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts.
 TEST_F(Wind, StreamlinesAreThoseOfThePage) {
     std::mt19937 random(4);
