@@ -213,6 +213,7 @@ std::vector<std::string> band_colors(int variable, float min, float max, float i
 }
 
 TEST_F(ContSetup, PalettesSpreadOverTheBandsAndNeverComeBack) {
+    PLT_set_letter(false);
     RES_put("file_path", test::source_dir() + "/share/zav");
     VAR_read_varfile();
     constexpr int HEIGHT = 7;
