@@ -217,7 +217,6 @@ TEST_P(Maps, PointsAreThoseOfThePage) {
 /// of the longest arrow is as long as that.
 TEST_F(Wind, SizesAreThoseOfPaper) {
     PLT_set_letter(false);
-    PLT_set_letter(false);
     float mm = 0;
     const auto lengths = [&](const Domain& map, int points, const char* format, const char* scale) {
         SetUp();
