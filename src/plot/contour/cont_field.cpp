@@ -52,11 +52,60 @@ void hold_within(const GRD_report& given, const Cont_range& range, int n, GRD_re
     }
 }
 
-void refine(const GRD_report& grid, Field& field) {
-    field.grid = grid;
+/// Points beside those shown that their cells and the kernel of the refinement ask for.
+constexpr int MARGIN = 3;
+
+/// The columns that are marked, and some beside them; of a grid that goes round the globe all but the widest gap.
+void take_columns(const std::vector<char>& marked, bool round, GRD_box& box) {
+    const int count = static_cast<int>(marked.size());
+    int gap = 0;
+    int first = 0;  // behind the widest gap
+    for (int i = 0, run = 0; i < (round ? 2 * count : count); ++i) {
+        run = marked[static_cast<std::size_t>(i % count)] != 0 ? 0 : run + 1;
+        if (round && run > gap && run < count) {
+            gap = run;
+            first = i + 1;
+        }
+    }
+    box.column = round ? first - MARGIN : 0;
+    box.columns = round ? count - gap + 2 * MARGIN : count;
+    if (round && box.columns < count) return;
+    const auto begin = std::find(marked.begin(), marked.end(), 1);
+    const auto end = std::find(marked.rbegin(), marked.rend(), 1);
+    box.column = round ? 0 : std::max(static_cast<int>(begin - marked.begin()) - MARGIN, 0);
+    const int last =
+        round ? count - 1 : std::min(count - 1 - static_cast<int>(end - marked.rbegin()) + MARGIN, count - 1);
+    box.columns = last - box.column + 1;
+}
+
+/// The part of the grid that the map shows, all of it where that isn't known.
+GRD_box shown_part(const GRD_report& grid) {
+    const int cycle = GRD_cycle(grid.domain);
+    std::vector<char> columns(static_cast<std::size_t>(cycle > 0 ? cycle : grid.domain.nx), 0);
+    int top = grid.domain.ny;
+    int bottom = -1;
+    CONT_each_shown(grid, [&](std::size_t k) {
+        const int row = static_cast<int>(k / static_cast<std::size_t>(grid.domain.nx));
+        top = std::min(top, row);
+        bottom = std::max(bottom, row);
+        columns[(k % static_cast<std::size_t>(grid.domain.nx)) % columns.size()] = 1;
+    });
+    GRD_box box;
+    if (bottom < top) return box;
+    box.row = std::max(top - MARGIN, 0);
+    box.rows = std::min(bottom + MARGIN, grid.domain.ny - 1) - box.row + 1;
+    take_columns(columns, cycle > 0, box);
+    if (cycle > 0 && box.columns == cycle) box.columns = grid.domain.nx;
+    return box;
+}
+
+void refine(const GRD_report& given, Field& field) {
+    field.grid = given;
     if (cont.smooth < 2 || cont.cont_type == CONT_VALUE) return;
+    GRD_report grid;
     GRD_report refined;
-    if (GRD_refine(grid, cont.smooth, refined) < 0) {
+    const GRD_box part = shown_part(given);
+    if (GRD_part(given, part, grid) < 0 || GRD_refine(grid, cont.smooth, refined) < 0) {
         MESS_print(MESS_WARN, "Field not smoothed %d-fold: that makes more than %lld points, or there is no memory\n",
                    cont.smooth, GRD_MOST_REFINED);
         ZAV_note(STATUS_LAYER);
@@ -65,6 +114,7 @@ void refine(const GRD_report& grid, Field& field) {
     hold_within(grid, settled_range(grid), cont.smooth, refined);
     field.grid = std::move(refined);
     field.steps = cont.smooth;
+    field.part = part;
 }
 
 /// False without memory.
@@ -130,6 +180,20 @@ int draw(GRD_report* grid, Field& field) {
 }
 
 }  // namespace
+
+int Cont_origin::column(int i) const {
+    const int cycle = GRD_cycle(given->domain);
+    int in_part = i - part.column;
+    if (cycle > 0 && part.columns > 0 && part.columns < cycle) in_part = GRD_turned_column(in_part, cycle);
+    if (part.columns > 0 && (in_part < 0 || in_part >= part.columns)) return -1;
+    return shown.empty() ? in_part * steps : shown[static_cast<std::size_t>(in_part * steps)];
+}
+
+int Cont_origin::row(int j) const {
+    if (part.columns == 0) return j * steps;
+    const int in_part = j - (given->domain.ny - part.row - part.rows);
+    return in_part < 0 || in_part >= part.rows ? -1 : in_part * steps;
+}
 
 int cont_draw_field(GRD_report* grid) {
     Field field;

@@ -103,14 +103,15 @@ std::vector<Mark> candidates(const GRD_report& grid, const Cont_paper& paper) {
     std::vector<Mark> marks;
     const Glim view = PLT_room_view();
     const int decimals = cont_decimals();
-    const Cont_origin plain{&grid, 1, {}};
+    const Cont_origin plain{&grid, 1, {}, {}};
     const Cont_origin& origin = cont.origin != nullptr ? *cont.origin : plain;
     const auto steps = static_cast<float>(origin.steps);
     for (const Cont_extreme& extreme : cont_find_extremes(*origin.given, cont.ext_radius)) {
         Mark mark{extreme, {}, cont_value_text(extreme.value, decimals), 0.0F, static_cast<int>(marks.size())};
         const int column = origin.column(extreme.i);
-        const int row = extreme.j * origin.steps;
-        if (cont_is_cut(extreme.value) || column < 0 || !cont_position(grid, column, row, &mark.pt)) continue;
+        const int row = origin.row(extreme.j);
+        if (cont_is_cut(extreme.value) || column < 0 || row < 0 || !cont_position(grid, column, row, &mark.pt))
+            continue;
         if (!bring_inside(&mark, paper, view)) continue;
         mark.distance = cont_extreme_distance(*origin.given, extreme);
         if (!is_noise(mark, steps * cont_paper_step(grid, paper, column, row))) marks.push_back(mark);

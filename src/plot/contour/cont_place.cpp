@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "calc/grd_cyclic.h"
 #include "calc/grd_trans.h"
 #include "gks/gks.h"
 #include "plot/background/map.h"
@@ -57,10 +58,13 @@ void take_in_window(const GRD_report& grid, const std::function<void(std::size_t
     MAP_get_window(&window);
     const auto nx = static_cast<std::size_t>(grid.domain.nx);
     const float torn = torn_width();
+    const bool closed = GRD_cycle(grid.domain) == grid.domain.nx;  // the last column is beside the first
     for (std::size_t k = 0; k < cont.grdx.size(); ++k) {
         if (cont.grdx[k] != FMISS && holds(window, {cont.grdx[k], cont.grdy[k]})) take(k);
-        if (k < nx || k % nx == 0) continue;
-        const Cell cell{k - nx - 1, k - nx, k - 1, k};
+        const bool first = k % nx == 0;
+        if (k < nx || (first && !closed)) continue;
+        const std::size_t left = first ? k + nx - 1 : k - 1;
+        const Cell cell{left - nx, k - nx, left, k};
         if (is_cut(cell, window, torn)) std::for_each(cell.begin(), cell.end(), take);
     }
 }

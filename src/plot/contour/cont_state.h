@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "calc/grd_part.h"
 #include "frame/zav.h"
 #include "gks/gks.h"
 #include "gks/gks_text.h"
@@ -135,10 +136,12 @@ class Cont_join;
 struct Cont_origin {
     const GRD_report* given = nullptr;
     int steps = 1;           ///< steps of the field in one of the grid given
-    std::vector<int> shown;  ///< column of the field for each refined column of the grid, -1 for none; empty: the same
+    std::vector<int> shown;  ///< column of the field for each refined column of the part, -1 for none; empty: the same
+    GRD_box part;            ///< of the grid given, that the field is made of
 
-    /// Column of the field that shows one of the grid given.
-    int column(int i) const { return shown.empty() ? i * steps : shown[static_cast<std::size_t>(i * steps)]; }
+    /// Column and row from the bottom, in the field, of those of the grid given; -1 for none.
+    int column(int i) const;
+    int row(int j) const;
 };
 
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
