@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "calc/grd_cyclic.h"
+#include "calc/grd_part.h"
 #include "calc/grd_place.h"
 #include "calc/grd_refine.h"
 #include "calc/grd_trans.h"
@@ -17,9 +18,29 @@ namespace zav {
 namespace {
 
 /// What the cells are taken from, and how its points come from those of the grid given.
-struct Field : Cont_origin {
+struct Field {
     GRD_report grid;
+    int steps = 1;           ///< steps of the field in one of the grid given
+    std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
+    GRD_box part;            ///< of the grid given, that the field is made of
+    int first_row = 0;       ///< row of the field that shows the lowest of the grid given
 };
+
+/// A grid as the map shows it, placed for its range and kept until it is drawn.
+struct State {
+    std::shared_ptr<float[]> values;
+    Domain map;
+    GRD_placed placed;
+};
+State state;
+
+Placing find_place(const GRD_report& grid, const Domain& map, GRD_placed& placed) {
+    if (state.values == nullptr || state.values != grid.grid || DOM_comp(&state.map, &map) == 0)
+        return GRD_place(grid, map, placed);
+    placed = std::move(state.placed);
+    state = {};
+    return Placing::DONE;
+}
 
 /// Values between which nothing new may arise: those that the levels were made for.
 Cont_range settled_range(const GRD_report& grid) {
@@ -117,12 +138,28 @@ void refine(const GRD_report& given, Field& field) {
     field.part = part;
 }
 
+/// Makes `shown` tell of the columns of the grid given, where the field is but a part of it.
+void tell_columns(const GRD_report& given, Field& field) {
+    const GRD_box& part = field.part;
+    if (part.columns == 0) return;
+    const int cycle = GRD_cycle(given.domain);
+    std::vector<int> all(static_cast<std::size_t>(given.domain.nx * field.steps), -1);
+    for (int i = 0; i < part.columns; ++i) {
+        const int column = cycle > 0 ? GRD_turned_column(part.column + i, cycle) : part.column + i;
+        const int refined = i * field.steps;
+        all[static_cast<std::size_t>(column * field.steps)] =
+            field.shown.empty() ? refined : field.shown[static_cast<std::size_t>(refined)];
+    }
+    field.shown = std::move(all);
+    field.first_row = (part.row + part.rows - given.domain.ny) * field.steps;
+}
+
 /// False without memory.
 bool place(Field& field) {
     const Domain* map = MAP_get_domain(nullptr);
     if (map == nullptr || DOM_comp(map, &field.grid.domain) != 0) return true;
     GRD_placed placed;
-    const Placing placing = GRD_place(field.grid, *map, placed);
+    const Placing placing = find_place(field.grid, *map, placed);
     if (placing == Placing::NO_MEMORY) return false;
     if (placing == Placing::NOT_NEEDED) return true;
     field.grid = std::move(placed.grid);
@@ -174,35 +211,30 @@ int draw(GRD_report* grid, Field& field) {
         CONT_draw_contour(grid);
         return -1;
     }
-    if (CONT_draw_contour(&field.grid) < 0) return -1;
-    cont_write_texts();
+    tell_columns(*grid, field);
+    const Cont_source source{grid, &field.grid, field.steps, field.shown, field.first_row};
+    if (cont_draw_about(&field.grid, &source) < 0) return -1;
+    cont_write_texts(source);
     return 0;
 }
 
 }  // namespace
 
-int Cont_origin::column(int i) const {
-    const int cycle = GRD_cycle(given->domain);
-    int in_part = i - part.column;
-    if (cycle > 0 && part.columns > 0 && part.columns < cycle) in_part = GRD_turned_column(in_part, cycle);
-    if (part.columns > 0 && (in_part < 0 || in_part >= part.columns)) return -1;
-    return shown.empty() ? in_part * steps : shown[static_cast<std::size_t>(in_part * steps)];
-}
-
-int Cont_origin::row(int j) const {
-    if (part.columns == 0) return j * steps;
-    const int in_part = j - (given->domain.ny - part.row - part.rows);
-    return in_part < 0 || in_part >= part.rows ? -1 : in_part * steps;
+const GRD_placed* cont_placed_field(const GRD_report& grid) {
+    state = {};
+    const Domain map = *MAP_get_domain(nullptr);
+    if (DOM_comp(&map, &grid.domain) != 0 || GRD_place(grid, map, state.placed) != Placing::DONE) return nullptr;
+    state.values = grid.grid;
+    state.map = map;
+    return &state.placed;
 }
 
 int cont_draw_field(GRD_report* grid) {
     Field field;
-    field.given = grid;
     refine(*grid, field);
-    cont.origin = &field;
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
+    state = {};
     cont.placed = false;
-    cont.origin = nullptr;
     return result;
 }
 

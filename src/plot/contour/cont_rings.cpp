@@ -129,6 +129,7 @@ void Cont_rings::draw_layer(const Cont_layer& layer) {
     }
     if (counts_.empty()) return;
     cont.con_off = layer.con_off;
+    gset_fill_int_style(GSOLID);
     cont_set_fill_attributes();
     cont.fill_rings(static_cast<Gint>(counts_.size()), counts_.data(), points_.data());
 }

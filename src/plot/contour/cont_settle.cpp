@@ -7,7 +7,7 @@
 namespace zav {
 namespace {
 
-/// Edges and segments kept before they are drawn: some 10 and 50 MB.
+/// Edges and segments kept before they are drawn: some 10 and 40 MB.
 constexpr std::size_t MOST_EDGES = std::size_t{1} << 18;
 constexpr std::size_t MOST_SEGMENTS = std::size_t{1} << 20;
 

@@ -347,6 +347,7 @@ TEST_F(ContAttributes, TheRangeIsThatOfWhatTheMapShows) {
             const GRD_report& grid = *GRD_get_grid(0);
             Cont_range shown{};
             cont = Cont_state{};
+            PLT_set_letter(false);
             cont_shown_range(grid, &shown.high, &shown.low);
             const Cont_range least = range_under(grid, 0);
             const Cont_range most = range_under(grid, std::stoi(row[3]));
