@@ -31,6 +31,7 @@ class ContSetup : public ::testing::Test {
   protected:
     void SetUp() override {
         FLAG_reset(MISS);
+        PLT_set_letter(false);
         CLR_clear_table();
         for (const char* name : {"magenta", "lmagenta", "blue", "lblue", "cyan", "lcyan", "green", "lgreen", "brown",
                                  "yellow", "red", "lred", "dgray", "lgray", "white"}) {
@@ -194,7 +195,7 @@ std::vector<std::string> band_colors(int variable, float min, float max, float i
     grid.var = variable;
     grid.units = "K";
     CLR_clear_table();
-    CONT_init();
+    cont = Cont_state{};
     cont.grd_ptr = &grid;
     CONT_set_type(CONT_FILL);
     CONT_set_color_range(color_max, min);
@@ -213,6 +214,7 @@ std::vector<std::string> band_colors(int variable, float min, float max, float i
 }
 
 TEST_F(ContSetup, PalettesSpreadOverTheBandsAndNeverComeBack) {
+    PLT_set_letter(false);
     RES_put("file_path", test::source_dir() + "/share/zav");
     VAR_read_varfile();
     constexpr int HEIGHT = 7;

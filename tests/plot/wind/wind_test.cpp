@@ -289,6 +289,7 @@ TEST_F(Wind, APolesRowIsOneWind) {
 
 /// A west wind blows along the parallels on every map, across the seam of the grid too.
 TEST_P(Maps, StreamlinesOfAWestWindKeepTheirLatitude) {
+    PLT_set_letter(false);
     Domain globe = square(PROJ_LATLON, 0, 100, 0, 72);
     globe.ny = 37;
     globe.dx = globe.dy = 5;
