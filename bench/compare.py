@@ -42,10 +42,10 @@ gmt end
 """
 
 
-def chart_b(program, source, root):
+def chart_b(program, source, root, device="p,t850.ps,color"):
     return [
         program, "-fp", f"{root}/share/zav", "-me", "none", "-ft", "h120", "-le", "850", "-va", "temp:C:cf:in=4",
-        "-pd", "ps:90:-100,45,-100,61,45,1.2", "-pp", "bar", "-de", "p,t850.ps,color", source,
+        "-pd", "ps:90:-100,45,-100,61,45,1.2", "-pp", "bar", "-de", device, source,
     ]  # fmt: skip
 
 
@@ -57,14 +57,21 @@ def compare_chart_b(program, source, root, folder):
     run(["grib_copy", "-w", "shortName=t,level=850,typeOfLevel=isobaricInhPa", source, field], folder)
     run(["cdo", "-s", "--reduce_dim", "-f", "nc", "-chname,t,tmp", field, "t850.nc"], folder)
     (Path(folder) / "b.gs").write_text(GRADS_SCRIPT)
+    (Path(folder) / "b_png.gs").write_text(GRADS_SCRIPT.replace("grads.ps", "grads.png x1000 y750 white"))
     (Path(folder) / "b.sh").write_text(GMT_SCRIPT)
-    peers = (("grads", ["grads", "-lbc", "run b.gs"], 0.5), ("gmt", ["bash", "b.sh"], 0.2))
+    page = chart_b(program, source, root)
+    picture = chart_b(program, source, root, "t850.png,1000x750")
+    peers = (
+        ("chart B, whole run", "grads", page, ["grads", "-lbc", "run b.gs"], 0.5),
+        ("chart B to PNG, whole run", "grads", picture, ["grads", "-lbc", "run b_png.gs"], 0.5),
+        ("chart B, whole run", "gmt", page, ["bash", "b.sh"], 0.2),
+    )
     good = True
-    for name, command, limit in peers:
-        if is_missing(f"chart B, whole run / {name}", name):
+    for what, name, command, peer_command, limit in peers:
+        if is_missing(f"{what} / {name}", name):
             continue
-        ours, peer = best_of_both(chart_b(program, source, root), command, folder)
-        good &= report(f"chart B, whole run / {name}", ours, peer, limit)
+        ours, peer = best_of_both(command, peer_command, folder)
+        good &= report(f"{what} / {name}", ours, peer, limit)
     return good
 
 

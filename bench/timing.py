@@ -66,5 +66,6 @@ def is_missing(name, *tools):
     """True, with a row that says so, if a program isn't installed."""
     missing = [tool for tool in tools if shutil.which(tool) is None]
     if missing:
-        print(f"{name:44s} not measured: {', '.join(missing)} isn't installed")
+        verb = "isn't" if len(missing) == 1 else "aren't"
+        print(f"{name:44s} not measured: {' and '.join(missing)} {verb} installed")
     return bool(missing)

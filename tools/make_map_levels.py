@@ -33,7 +33,7 @@ TOLERANCE = {"110m": 0.0, "50m": 0.01, "10m": 0.3 * KM, "1m": 0.25 * KM}
 LEAST = {"110m": 0.0, "50m": 0.03, "10m": 1.0 * KM, "1m": 0.8 * KM}
 OVERLAP = {"110m": 0.4, "50m": 0.2, "10m": 0.05, "1m": 0.012}
 # Provinces are drawn in countries where they have this mean size (square km), with this tolerance.
-PROVINCES = {"50m": (60_000.0, 2.0 * KM), "10m": (10_000.0, 0.2 * KM), "1m": (2_000.0, 0.0)}
+PROVINCES = {"50m": (60_000.0, 2.0 * KM), "10m": (50_000.0, 0.2 * KM), "1m": (2_000.0, 0.0)}
 LAKES_10M = (0.4 * KM, 2.5 * KM)  # tolerance and least extent
 LAKE_SIDE = {"110m": 0.0, "50m": 22.0, "10m": 6.0, "1m": 1.5}  # km: a lake is left out if a square of its size is smaller
 

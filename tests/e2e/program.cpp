@@ -1,5 +1,6 @@
 #include "e2e/program.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -29,6 +30,7 @@ Outcome run_program(const std::string& folder, const std::string& options, const
 Page read_page(const std::string& file) {
     Page page;
     PagePath path;
+    bool in_text = false;
     std::ifstream in(file);
     std::string line;
     while (std::getline(in, line)) {
@@ -36,8 +38,13 @@ Page read_page(const std::string& file) {
         std::string first;
         words >> first;
         if (first == "showpage") page.pages++;
+        // A comment tells what is drawn next.
+        if (first.starts_with("%%")) in_text = first.starts_with("%%TE:");
+        if (first.starts_with("%%TE:")) page.texts.push_back({line.substr(line.find(' ', line.find(' ') + 1) + 1)});
         if (first == "np") path.clear();
         if (first == "stroke") page.lines.push_back(path);
+        if (first == "stroke" && in_text)
+            std::for_each(path.begin(), path.end(), [&](const PagePoint& point) { page.texts.back().add(point); });
         if (first == "fill" || first == "eofill") page.fills.push_back(path);
         PagePoint point;
         std::string action;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -25,11 +26,29 @@ struct PagePoint {
 };
 using PagePath = std::vector<PagePoint>;
 
+/// A text and the box that its strokes take.
+struct PageText {
+    std::string str;
+    PagePoint low{1e9, 1e9};
+    PagePoint high{-1e9, -1e9};
+
+    void add(const PagePoint& point) {
+        low = {std::min(low.x, point.x), std::min(low.y, point.y)};
+        high = {std::max(high.x, point.x), std::max(high.y, point.y)};
+    }
+    /// True when the boxes have a point in common, with `gap` between them.
+    bool meets(const PageText& other, double gap = 0.0) const {
+        return low.x < other.high.x + gap && other.low.x < high.x + gap && low.y < other.high.y + gap &&
+               other.low.y < high.y + gap;
+    }
+};
+
 /// What a PostScript page holds.
 struct Page {
     int pages = 0;                ///< "showpage"s
-    std::vector<PagePath> lines;  ///< stroked paths
+    std::vector<PagePath> lines;  ///< stroked paths, those of texts too
     std::vector<PagePath> fills;  ///< filled paths
+    std::vector<PageText> texts;
 };
 
 /// Reads a page that the program wrote.

@@ -2,14 +2,17 @@
 
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
+#include <sys/mman.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include "files/files.h"
 #include "frame/mess.h"
@@ -25,6 +28,9 @@ namespace {
 struct surface_deleter {
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
 };
+struct memory_deleter {
+    void operator()(void* memory) const { std::free(memory); }
+};
 struct context_deleter {
     void operator()(cairo_t* context) const { cairo_destroy(context); }
 };
@@ -34,10 +40,11 @@ struct State {
     Gpicture_layout layout;
     Gout_file out;
     bool open = false;
-    int page = 0;          ///< number of the page at work, from 1
-    std::string title;     ///< of the first page
-    bool complete = true;  ///< all pages so far were written whole
-    std::string svg;       ///< text of a page
+    int page = 0;                                  ///< number of the page at work, from 1
+    std::string title;                             ///< of the first page
+    bool complete = true;                          ///< all pages so far were written whole
+    std::string svg;                               ///< text of a page
+    std::unique_ptr<void, memory_deleter> pixels;  ///< of a PNG
     std::unique_ptr<cairo_surface_t, surface_deleter> surface;
     std::unique_ptr<cairo_t, context_deleter> context;
 };
@@ -107,15 +114,35 @@ cairo_status_t take_text(void* text, const unsigned char* data, unsigned size) {
 /// The title is to be the first element of an SVG, and the texts are to lie over the rest.
 void write_svg() {
     if (state.svg.empty()) return;
-    const std::string& text = state.svg;
+    const std::string_view text = state.svg;
     const std::size_t start = std::min(text.find('>', text.find("<svg")), text.size() - 1) + 1;
     const std::size_t end = std::max(std::min(text.rfind("</svg>"), text.size()), start);
-    state.out.write(text.data(), start);
-    state.out.write("\n<title>" + gcairo_svg_escaped(state.title) + "</title>");
-    state.out.write(text.data() + start, end - start);
-    state.out.write(gcairo_svg_texts());
-    state.out.write(text.data() + end, text.size() - end);
+    try {
+        const std::string title = "\n<title>" + gcairo_svg_escaped(state.title) + "</title>";
+        const std::string paths = gcairo_svg_short(text.substr(start, end - start));
+        const std::string texts = gcairo_svg_texts();
+        for (const std::string_view part : {text.substr(0, start), std::string_view(title), std::string_view(paths),
+                                            std::string_view(texts), text.substr(end)}) {
+            state.out.write(part);
+        }
+    } catch (const std::exception&) {
+        state.complete = false;
+    }
     state.svg.clear();
+}
+
+/// An image in memory of its own, asked for in large pages: to touch it for the first time costs as much as to draw on
+/// it else. Null where the memory isn't to be had.
+cairo_surface_t* make_image(int width, int height, cairo_format_t format) {
+    constexpr std::size_t large_page = std::size_t{1} << 21;
+    const int stride = cairo_format_stride_for_width(format, width);
+    const std::size_t size = static_cast<std::size_t>(stride) * static_cast<std::size_t>(height);
+    state.pixels.reset(std::aligned_alloc(large_page, (size + large_page - 1) / large_page * large_page));
+    if (!state.pixels) return nullptr;
+    madvise(state.pixels.get(), size, MADV_HUGEPAGE);
+    std::memset(state.pixels.get(), format == CAIRO_FORMAT_RGB24 ? 0xFF : 0, size);  // white, or nothing
+    return cairo_image_surface_create_for_data(static_cast<unsigned char*>(state.pixels.get()), format, width, height,
+                                               stride);
 }
 
 cairo_surface_t* make_surface() {
@@ -126,9 +153,9 @@ cairo_surface_t* make_surface() {
         case Gpicture_format::svg:
             return cairo_svg_surface_create_for_stream(take_text, &state.svg, picture.width, picture.height);
         default:
-            return cairo_image_surface_create(picture.transparent ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24,
-                                              gtruncate(picture.width) * state.layout.fineness,
-                                              gtruncate(picture.height) * state.layout.fineness);
+            return make_image(gtruncate(picture.width) * state.layout.fineness,
+                              gtruncate(picture.height) * state.layout.fineness,
+                              picture.transparent ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24);
     }
 }
 
@@ -141,19 +168,19 @@ void set_units() {
     cairo_set_matrix(state.context.get(), &matrix);
 }
 
-/// The paper of a PDF is white by itself.
+/// The paper of a PDF and the image of a PNG are white by themselves.
 void paint_ground() {
-    if (is_pdf() || state.picture.transparent) return;
+    if (state.picture.format != Gpicture_format::svg || state.picture.transparent) return;
     cairo_set_source_rgb(state.context.get(), 1, 1, 1);
     cairo_paint(state.context.get());
 }
 
 bool begin_surface() {
     state.surface.reset(make_surface());
-    state.context.reset(cairo_create(state.surface.get()));
+    state.context.reset(cairo_create(state.surface.get()));  // of no surface: a context in error
     const cairo_status_t status = cairo_status(state.context.get());
     if (status == CAIRO_STATUS_SUCCESS) return true;
-    gerr_printf("gopen_ws", "no picture of this size: %s\n", cairo_status_to_string(status));
+    gerr_printf("gopen_ws", "no memory for a picture of this size\n");
     state.context.reset();
     state.surface.reset();
     return false;
@@ -210,6 +237,7 @@ void end_surface() {
     cairo_surface_finish(state.surface.get());
     if (cairo_surface_status(state.surface.get()) != CAIRO_STATUS_SUCCESS) state.complete = false;
     state.surface.reset();
+    state.pixels.reset();
     if (state.picture.format == Gpicture_format::svg) write_svg();
 }
 
@@ -259,6 +287,7 @@ void gcairo_break_off() {
     state.out.abandon();
     state.context.reset();
     state.surface.reset();
+    state.pixels.reset();
     state.svg.clear();
     gcairo_svg_texts();
     state.open = false;

@@ -23,11 +23,6 @@ constexpr std::size_t PALETTE_SIZE = 256;
 
 using Pixel = std::uint32_t;  // alpha, red, green, blue from the highest byte on; premultiplied
 
-struct Raster {
-    int width = 0, height = 0;
-    std::vector<Pixel> pixels;
-};
-
 /// Sums of the bytes of four pixels over four, rounded, two bytes at a time.
 Pixel mean_of_four(Pixel a, Pixel b, Pixel c, Pixel d) {
     constexpr Pixel even = 0x00FF00FF;
@@ -43,33 +38,46 @@ const Pixel* row_of(cairo_surface_t* surface, int y) {
     return reinterpret_cast<const Pixel*>(data + stride * static_cast<std::size_t>(y));
 }
 
-Raster read_raster(cairo_surface_t* surface, int fineness) {
-    Raster raster;
-    raster.width = cairo_image_surface_get_width(surface) / fineness;
-    raster.height = cairo_image_surface_get_height(surface) / fineness;
-    raster.pixels.resize(static_cast<std::size_t>(raster.width) * static_cast<std::size_t>(raster.height));
-    Pixel* to = raster.pixels.data();
-    for (int y = 0; y < raster.height; ++y) {
-        const Pixel* upper = row_of(surface, y * fineness);
-        if (fineness == 1) {
-            to = std::copy(upper, upper + raster.width, to);
-            continue;
+/// The pixels of a drawing that is finer than the picture, row by row as the picture has them.
+class Raster {
+  public:
+    Raster(cairo_surface_t* surface, int fineness)
+        : width(cairo_image_surface_get_width(surface) / fineness),
+          height(cairo_image_surface_get_height(surface) / fineness),
+          surface_(surface),
+          fineness_(fineness),
+          row_(static_cast<std::size_t>(width)) {}
+
+    const std::vector<Pixel>& row(int y) {
+        const Pixel* upper = row_of(surface_, y * fineness_);
+        if (fineness_ == 1) {
+            std::copy(upper, upper + width, row_.begin());
+            return row_;
         }
-        const Pixel* lower = row_of(surface, y * fineness + 1);
-        for (int x = 0; x < raster.width; ++x, upper += 2, lower += 2) {
-            *to++ = mean_of_four(upper[0], upper[1], lower[0], lower[1]);
+        const Pixel* lower = row_of(surface_, y * fineness_ + 1);
+        for (Pixel& pixel : row_) {
+            pixel = mean_of_four(upper[0], upper[1], lower[0], lower[1]);
+            upper += 2;
+            lower += 2;
         }
+        return row_;
     }
-    return raster;
-}
+
+    int width, height;
+
+  private:
+    cairo_surface_t* surface_;
+    int fineness_;
+    std::vector<Pixel> row_;
+};
 
 /// The colours of a picture with few of them, and their places.
 class Palette {
   public:
     /// False if there are too many.
-    bool take(const Raster& raster) {
-        Pixel last = ~raster.pixels.front();
-        for (const Pixel pixel : raster.pixels) {
+    bool take(const std::vector<Pixel>& row) {
+        Pixel last = ~row.front();
+        for (const Pixel pixel : row) {
             if (pixel == last) continue;
             last = pixel;
             Slot& slot = find(pixel);
@@ -121,38 +129,43 @@ png_byte* put_transparent(png_byte* to, Pixel pixel) {
     return to;
 }
 
-/// A picture as libpng takes it: its rows one behind the other.
+/// A picture as libpng takes it.
 struct Png {
-    int width = 0, height = 0;
-    int color_type = PNG_COLOR_TYPE_RGB;
-    std::vector<png_color> palette;
-    std::vector<png_byte> bytes;
-    std::vector<png_byte*> rows;
+    Raster raster;
+    int color_type;
+    Palette palette;
+    std::vector<png_byte> row;
     std::string title;
 };
 
-Png make_png(const Raster& raster, bool transparent) {
-    Png png;
-    png.width = raster.width;
-    png.height = raster.height;
-    Palette palette;
-    const bool indexed = !transparent && palette.take(raster);
-    const std::size_t size = indexed ? 1 : transparent ? 4 : 3;
-    png.bytes.resize(raster.pixels.size() * size);
-    png_byte* to = png.bytes.data();
-    if (indexed) {
-        png.color_type = PNG_COLOR_TYPE_PALETTE;
-        png.palette = palette.colors;
-        for (const Pixel pixel : raster.pixels) *to++ = palette.place_of(pixel);
-    } else if (transparent) {
-        png.color_type = PNG_COLOR_TYPE_RGB_ALPHA;
-        for (const Pixel pixel : raster.pixels) to = put_transparent(to, pixel);
-    } else {
-        for (const Pixel pixel : raster.pixels) to = put_opaque(to, pixel);
+bool fits_palette(Raster& raster, Palette& palette) {
+    for (int y = 0; y < raster.height; ++y) {
+        if (!palette.take(raster.row(y))) return false;
     }
-    const std::size_t row = size * static_cast<std::size_t>(png.width);
-    for (std::size_t start = 0; start < png.bytes.size(); start += row) png.rows.push_back(png.bytes.data() + start);
-    return png;
+    return true;
+}
+
+void choose_colors(Png& png, bool transparent) {
+    png.color_type = transparent ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+    if (!transparent && fits_palette(png.raster, png.palette)) png.color_type = PNG_COLOR_TYPE_PALETTE;
+    png.row.resize(4 * static_cast<std::size_t>(png.raster.width));
+}
+
+png_byte* make_row(Png& png, int y) {
+    png_byte* to = png.row.data();
+    for (const Pixel pixel : png.raster.row(y)) {
+        switch (png.color_type) {
+            case PNG_COLOR_TYPE_PALETTE:
+                *to++ = png.palette.place_of(pixel);
+                break;
+            case PNG_COLOR_TYPE_RGB_ALPHA:
+                to = put_transparent(to, pixel);
+                break;
+            default:
+                to = put_opaque(to, pixel);
+        }
+    }
+    return png.row.data();
 }
 
 void take_bytes(png_structp png, png_bytep data, png_size_t size) {
@@ -162,10 +175,12 @@ void take_bytes(png_structp png, png_bytep data, png_size_t size) {
 void take_nothing(png_structp) {}
 
 void describe(png_structp writer, png_infop info, Png& png) {
-    png_set_IHDR(writer, info, static_cast<png_uint_32>(png.width), static_cast<png_uint_32>(png.height), 8,
-                 png.color_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    if (!png.palette.empty()) png_set_PLTE(writer, info, png.palette.data(), static_cast<int>(png.palette.size()));
-    const auto density = static_cast<png_uint_32>(std::max(png.width, png.height) / PRINTED_WIDTH);
+    png_set_IHDR(writer, info, static_cast<png_uint_32>(png.raster.width), static_cast<png_uint_32>(png.raster.height),
+                 8, png.color_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    if (png.color_type == PNG_COLOR_TYPE_PALETTE) {
+        png_set_PLTE(writer, info, png.palette.colors.data(), static_cast<int>(png.palette.colors.size()));
+    }
+    const auto density = static_cast<png_uint_32>(std::max(png.raster.width, png.raster.height) / PRINTED_WIDTH);
     png_set_pHYs(writer, info, density, density, PNG_RESOLUTION_METER);
     png_text text{};
     std::array<char, 6> key = {"Title"};
@@ -192,7 +207,7 @@ bool write_png(Png& png, Gout_file& out) {
     png_set_filter(writer, 0, PNG_FILTER_NONE);  // a chart has flat colours
     describe(writer, info, png);
     png_write_info(writer, info);
-    png_write_image(writer, png.rows.data());
+    for (int y = 0; y < png.raster.height; ++y) png_write_row(writer, make_row(png, y));
     png_write_end(writer, nullptr);
     png_destroy_write_struct(&writer, &info);
     return true;
@@ -203,8 +218,8 @@ bool write_png(Png& png, Gout_file& out) {
 bool gcairo_write_png(cairo_surface_t* surface, int fineness, bool transparent, const std::string& title,
                       Gout_file& out) {
     try {
-        Png png = make_png(read_raster(surface, fineness), transparent);
-        png.title = title;
+        Png png{Raster(surface, fineness), 0, {}, {}, title};
+        choose_colors(png, transparent);
         return write_png(png, out);
     } catch (const std::exception&) {
         return false;

@@ -5,6 +5,7 @@
 #include <cairo.h>
 
 #include <string>
+#include <string_view>
 
 #include "gks/gks_out.h"
 #include "gks/gks_ws.h"
@@ -70,6 +71,8 @@ cairo_font_options_t* gcairo_font_options();
 /// as points with y downward; `size` and `width` are in its units.
 void gcairo_svg_text(const std::string& utf8, const Gcairo_font& font, const cairo_matrix_t& matrix, double size,
                      double width);
+/// An SVG with the coordinates of its paths cut to hundredths of a point, about half as long.
+std::string gcairo_svg_short(std::string_view text);
 /// A text as XML has it.
 std::string gcairo_svg_escaped(const std::string& text);
 /// What stands for the texts kept in front of the end of an SVG; forgets them.

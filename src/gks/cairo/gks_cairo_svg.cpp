@@ -1,11 +1,16 @@
 // Texts of SVG. Cairo writes letters as outlines; behind them the same texts stand once more without paint, so that
 // they can be searched and copied.
 
+#include <algorithm>
+
 #include "frame/string.h"
 #include "gks/cairo/gks_cairo_state.h"
 
 namespace zav {
 namespace {
+
+constexpr int DECIMALS = 2;  // of a point in a path
+constexpr int NONE = -1;     // in front of a decimal point
 
 struct State {
     std::string texts;
@@ -35,6 +40,25 @@ std::string gcairo_svg_escaped(const std::string& text) {
         }
     }
     return result;
+}
+
+std::string gcairo_svg_short(std::string_view text) {
+    constexpr std::string_view path = " d=\"";
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = text.find(path); at != std::string_view::npos; at = text.find(path)) {
+        const std::size_t start = at + path.size();
+        const std::size_t end = std::min(text.find('"', start), text.size());
+        result.append(text.substr(0, start));
+        int decimals = NONE;
+        for (const char c : text.substr(start, end - start)) {
+            const bool digit = c >= '0' && c <= '9';
+            decimals = c == '.' ? 0 : !digit ? NONE : decimals == NONE ? NONE : decimals + 1;
+            if (decimals <= DECIMALS) result += c;
+        }
+        text.remove_prefix(end);
+    }
+    return result.append(text);
 }
 
 void gcairo_svg_text(const std::string& utf8, const Gcairo_font& font, const cairo_matrix_t& matrix, double size,

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "files/files.h"
+#include "files/lookup_lines.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
-#include "frame/tools.h"
 #include "frame/zav.h"
 #include "grid/grib/grib.h"
 #include "var/var_tool.h"
@@ -16,12 +16,9 @@ namespace zav {
 namespace {
 
 constexpr const char* LOOKUP_FILE = "grib2_var.lup";
-constexpr int LOOKUP_LINE = 200;
 
 struct State {
-    std::string path;  ///< the file that `params` came from, and its size and time then
-    long size = -1;
-    long time = -1;
+    LookupLines file;
     /// Lines by discipline, category and parameter, in file order.
     std::map<std::array<int, 3>, std::vector<GribParam>> params;
 };
@@ -43,21 +40,15 @@ bool parse_line(const std::string& line, GribParam* param) {
 
 /// Reads the file, unless it is the one read before and hasn't changed. False without a file.
 bool load() {
-    const std::string path = FILE_add_path(RES_get("file_path"), LOOKUP_FILE);
-    const long size = FILE_size(path);
-    const long time = FILE_modtime(path);
-    if (size < 0) return false;
-    if (path == state.path && size == state.size && time == state.time) return true;
-    const file_ptr file = FILE_open(path, "r");
-    if (!file) return false;
-    state = State{path, size, time, {}};
-    std::string line;
-    while (fgetnline(file.get(), line, LOOKUP_LINE) >= 0) {
+    const int before = state.file.changes();
+    const bool loaded = state.file.load(FILE_add_path(RES_get("file_path"), LOOKUP_FILE));
+    if (state.file.changes() == before) return loaded;
+    state.params.clear();
+    for (const std::string& line : state.file.lines()) {
         GribParam param;
-        if (line.empty() || line[0] == '#' || !parse_line(line, &param)) continue;
-        state.params[{param.disc, param.cat, param.param}].push_back(param);
+        if (parse_line(line, &param)) state.params[{param.disc, param.cat, param.param}].push_back(param);
     }
-    return true;
+    return loaded;
 }
 
 }  // namespace

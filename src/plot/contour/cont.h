@@ -50,10 +50,16 @@ int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry);
 /// Works out the plot positions of the grid's points on the current map, none for a grid on its own map. What is known
 /// of the same grid and map is kept. 0, or -1 without memory.
 int CONT_place_grid(const GRD_report& grid);
+/// The same for points drawn one by one instead of cells: each place of a grid that goes round the globe counts once,
+/// wherever the map shows it.
+int CONT_place_points(const GRD_report& grid);
 
-/// Calls `take` with the stored index of each point that the map shows: those in its window and, of cells that the
-/// window cuts, the others too; some come more than once. False where all points count: the grid on its own map, or
-/// drawn as the grid has it.
+/// Those positions in the grid's own layout, x FMISS off the map; null for a grid on its own map.
+const float* CONT_grid_x();
+const float* CONT_grid_y();
+
+/// Calls `take` with the stored index of each point in the map's window. False where all points count: the grid on its
+/// own map, or drawn as the grid has it.
 bool CONT_each_shown(const GRD_report& grid, const std::function<void(std::size_t)>& take);
 
 // Annotation, cont_label.cpp.

@@ -11,7 +11,7 @@
 #include "gks/gks_colr.h"
 #include "gks/gks_text.h"
 #include "gks/zavgks.h"
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_texts.h"
 #include "plot/page/plt_tool.h"
 
 namespace zav {
@@ -106,6 +106,12 @@ bool place_bar() {
 
 float middle_height() { return (cont.bar_lim.y_min + cont.bar_lim.y_max) / 2.0F; }
 
+/// Height of the numbers.
+float text_height(const Gattribs& text) {
+    const float usual = TEXT_SHARE * (cont.bar_lim.y_max - cont.bar_lim.y_min);
+    return text.height == FMISS ? usual : usual * text.height;
+}
+
 void start_attributes(const Gattribs& text) {
     const Gtext_align align{GCENTER_HOR, GBASE_VERT};
     GPH_trans(1);
@@ -150,14 +156,80 @@ void draw_box(float x, float nlevel) {
     }
 }
 
-void draw_level_text(int i, float x, float level) {
-    if (i % (cont.num_cont / LABELLED_BOXES + 1) != 0) return;
-    const Gpt pt{x, cont.bar_lim.y_min};
-    const bool named = i < CONT_LEVELS && !cont.cont_label[i].empty();
-    cont.text(&pt, named ? cont.cont_label[i] : set_num("2.2.0", level));
+/// The number under a box's left edge.
+struct Bar_text {
+    int box;
+    Gpt pt;
+    std::string text;
+};
+
+std::string bar_text(int i, float level, int decimals) {
+    if (i < CONT_LEVELS && !cont.cont_label[i].empty()) return cont.cont_label[i];
+    return PLT_letter() ? set_num("2.2.0", level) : cont_value_text(level, decimals);
 }
 
-void draw_boxes() {
+/// Moves numbers that would leave the page.
+void keep_on_page(std::vector<Bar_text>* texts, float height) {
+    Glim page;
+    GPH_get_view_size(&page);
+    for (Bar_text& text : *texts) {
+        const float half = ginq_text_size(text.text, height).x / 2.0F;
+        text.pt.x = std::max(std::min(text.pt.x, page.x_max - half), page.x_min + half);
+    }
+}
+
+/// True when every `skip`-th number stands apart from the next.
+bool stand_apart(const std::vector<Bar_text>& texts, int skip, float height) {
+    const Bar_text* last = nullptr;
+    for (const Bar_text& text : texts) {
+        if (text.box % skip != 0) continue;
+        if (last != nullptr) {
+            const float widths = ginq_text_size(last->text, height).x + ginq_text_size(text.text, height).x;
+            if (text.pt.x - last->pt.x < widths / 2.0F + height / 2.0F) return false;
+        }
+        last = &text;
+    }
+    return true;
+}
+
+/// The texts of all boxes, and of the bar's end.
+std::vector<Bar_text> level_texts() {
+    std::vector<Bar_text> texts;
+    const int decimals = cont_decimals();
+    float x = cont.bar_lim.x_min;
+    float clevel = cont.conlo;
+    for (int i = 0; i < cont.num_cont; ++i) {
+        cont_step_level(i, &clevel);
+        texts.push_back({i, {x, cont.bar_lim.y_min}, bar_text(i, clevel, decimals)});
+        x += cont.bar_inc;
+    }
+    if (cont_has_values()) return texts;
+    const float top = clevel + cont.intrvl;
+    texts.push_back({cont.num_cont, {x, cont.bar_lim.y_min}, bar_text(cont.num_cont, top, decimals)});
+    return texts;
+}
+
+/// Which of the texts are drawn: so few that they stand apart.
+std::vector<Bar_text> chosen_texts(float height) {
+    std::vector<Bar_text> texts = level_texts();
+    int skip = cont.num_cont / LABELLED_BOXES + 1;
+    if (!PLT_letter()) {
+        keep_on_page(&texts, height);
+        while (skip <= cont.num_cont && !stand_apart(texts, skip, height)) ++skip;
+    }
+    const auto is_left_out = [skip](const Bar_text& text) { return text.box % skip != 0; };
+    texts.erase(std::remove_if(texts.begin(), texts.end(), is_left_out), texts.end());
+    return texts;
+}
+
+void draw_boxes(float height) {
+    const std::vector<Bar_text> texts = chosen_texts(height);
+    auto next = texts.begin();
+    const auto write_text_of = [&](int box) {
+        if (next == texts.end() || next->box != box) return;
+        cont.text(&next->pt, next->text);
+        ++next;
+    };
     float x = cont.bar_lim.x_min;
     float clevel = cont.conlo;
     cont.con_off = cont_has_values() ? 0 : cont_band_of(cont.conlo);
@@ -165,10 +237,10 @@ void draw_boxes() {
         cont_step_level(i, &clevel);
         if (i > 0) cont.con_off = cont_wrap_band(cont.con_off + 1.0);
         draw_box(x, cont.cont_type == CONT_LINE ? clevel : clevel + cont.intrvl);
-        draw_level_text(i, x, clevel);
+        write_text_of(i);
         x += cont.bar_inc;
     }
-    if (!cont_has_values()) draw_level_text(cont.num_cont, x, clevel + cont.intrvl);
+    write_text_of(cont.num_cont);
 }
 
 void draw_bar_label(const std::string& label) {
@@ -187,7 +259,7 @@ int CONT_draw_bar(int orient, const std::string& label) {
     read_attributes(&text);
     if (!find_levels() || !place_bar()) return -1;
     start_attributes(text);
-    draw_boxes();
+    draw_boxes(text_height(text));
     GPH_line_attr(&text);
     GPH_rect(cont.bar_lim.x_min, middle_height(), cont.bar_lim.x_max, cont.bar_lim.y_max);
     draw_bar_label(label);

@@ -73,7 +73,7 @@ class Extreme_search {
     /// Column `column` of a row, which may lie beyond its ends; -1 for none.
     int column_of(int column) const {
         if (column >= 0 && column < nx_) return column;
-        return round_ > 0 ? (column % nx_ + nx_) % nx_ : -1;
+        return round_ > 0 ? GRD_turned_column(column, round_) : -1;
     }
 
     void search_block(int first_column, int first_row, std::vector<Cont_extreme>* found) const {

@@ -17,9 +17,27 @@ namespace zav {
 namespace {
 
 /// What the cells are taken from, and how its points come from those of the grid given.
-struct Field : Cont_origin {
+struct Field {
     GRD_report grid;
+    int steps = 1;           ///< steps of the field in one of the grid given
+    std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
 };
+
+/// A grid as the map shows it, placed for its range and kept until it is drawn.
+struct State {
+    std::shared_ptr<float[]> values;
+    Domain map;
+    GRD_placed placed;
+};
+State state;
+
+Placing find_place(const GRD_report& grid, const Domain& map, GRD_placed& placed) {
+    if (state.values == nullptr || state.values != grid.grid || DOM_comp(&state.map, &map) == 0)
+        return GRD_place(grid, map, placed);
+    placed = std::move(state.placed);
+    state = {};
+    return Placing::DONE;
+}
 
 /// Values between which nothing new may arise: those that the levels were made for.
 Cont_range settled_range(const GRD_report& grid) {
@@ -72,7 +90,7 @@ bool place(Field& field) {
     const Domain* map = MAP_get_domain(nullptr);
     if (map == nullptr || DOM_comp(map, &field.grid.domain) != 0) return true;
     GRD_placed placed;
-    const Placing placing = GRD_place(field.grid, *map, placed);
+    const Placing placing = find_place(field.grid, *map, placed);
     if (placing == Placing::NO_MEMORY) return false;
     if (placing == Placing::NOT_NEEDED) return true;
     field.grid = std::move(placed.grid);
@@ -124,21 +142,29 @@ int draw(GRD_report* grid, Field& field) {
         CONT_draw_contour(grid);
         return -1;
     }
-    if (CONT_draw_contour(&field.grid) < 0) return -1;
-    cont_write_texts();
+    const Cont_source source{grid, &field.grid, field.steps, field.shown};
+    if (cont_draw_about(&field.grid, &source) < 0) return -1;
+    cont_write_texts(source);
     return 0;
 }
 
 }  // namespace
 
+const GRD_placed* cont_placed_field(const GRD_report& grid) {
+    state = {};
+    const Domain map = *MAP_get_domain(nullptr);
+    if (DOM_comp(&map, &grid.domain) != 0 || GRD_place(grid, map, state.placed) != Placing::DONE) return nullptr;
+    state.values = grid.grid;
+    state.map = map;
+    return &state.placed;
+}
+
 int cont_draw_field(GRD_report* grid) {
     Field field;
-    field.given = grid;
     refine(*grid, field);
-    cont.origin = &field;
     const int result = place(field) ? draw(grid, field) : tell_no_memory();
+    state = {};
     cont.placed = false;
-    cont.origin = nullptr;
     return result;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "calc/grd_cyclic.h"
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "gks/gks_colr.h"
@@ -99,13 +98,54 @@ Label_crossings find_label_crossings(float level) {
     return found;
 }
 
+/// The columns and rows that labels stand on where they are placed by the grid.
+struct Lattice {
+    std::vector<bool> column;
+    std::vector<bool> row;
+    float cells = 1.0F;  ///< of which each has one label
+};
+
+/// Distance of labels in grid points, by default a fifth of the grid.
+int label_space(int given, int points) { return std::max(given == MISS ? points / 5 : given, 1); }
+
+bool is_on_lattice(int place, int space) { return place % space == cont.over; }
+
+/// The lattice of a grid that is drawn as it is.
+Lattice lattice_of(const GRD_report& grid, int x, int y) {
+    Lattice lattice;
+    for (int i = 0; i < grid.domain.nx; ++i) lattice.column.push_back(is_on_lattice(i, x));
+    for (int j = 0; j < grid.domain.ny; ++j) lattice.row.push_back(is_on_lattice(j, y));
+    lattice.cells = static_cast<float>(y) * static_cast<float>(x);
+    return lattice;
+}
+
+/// The same of the field that is drawn of a grid.
+Lattice lattice_of(const Cont_source& source) {
+    const int x = label_space(cont.x_label_space, source.grid->domain.nx);
+    const int y = label_space(cont.y_label_space, source.grid->domain.ny);
+    if (source.steps == 1 && source.shown.empty()) return lattice_of(*source.grid, x, y);
+    Lattice lattice;
+    lattice.column.assign(static_cast<std::size_t>(source.field->domain.nx), false);
+    lattice.row.assign(static_cast<std::size_t>(source.field->domain.ny), false);
+    for (int i = 0; i < source.grid->domain.nx; ++i) {
+        const int column = source.column(i);
+        if (column >= 0 && is_on_lattice(i, x)) lattice.column[column] = true;
+    }
+    for (int j = 0; j < source.grid->domain.ny; ++j) {
+        if (is_on_lattice(j, y)) lattice.row[j * source.steps] = true;
+    }
+    const auto steps = static_cast<float>(source.steps);
+    lattice.cells = static_cast<float>(y) * static_cast<float>(x) * steps * steps;
+    return lattice;
+}
+
 /// The cells of the lattice.
 class Lattice_scan {
   public:
-    Lattice_scan(const Cont_lattice& lattice, std::vector<Cont_spot>* spots)
-        : lattice_(lattice), levels_(cont_label_levels()), max_lines_(most_lines()), spots_(spots) {}
+    Lattice_scan(const Lattice& lattice, std::vector<Cont_spot>* spots)
+        : lattice_(&lattice), levels_(cont_label_levels()), max_lines_(most_lines()), spots_(spots) {}
 
-    bool has(int i, int j) const { return on_column(i) || on_row(j); }
+    bool has(int i, int j) const { return lattice_->column[i] || lattice_->row[j]; }
 
     /// Labels the cell at work, which lies in column `i`, row `j`.
     void take_cell(int i, int j) {
@@ -115,26 +155,22 @@ class Lattice_scan {
         levels_.within(range, ALL_LEVELS, &found_);
         for (const Cont_labelled& label : found_) {
             const Label_crossings crossings = find_label_crossings(label.level);
-            if (crossings.are(0, 2) && on_row(j)) spots_->push_back({label, crossings.middle(), true, 0.0F});
-            if (crossings.are(1, 3) && on_column(i)) spots_->push_back({label, crossings.middle(), false, 0.0F});
+            if (crossings.are(0, 2) && lattice_->row[j]) spots_->push_back({label, crossings.middle(), true, 0.0F});
+            if (crossings.are(1, 3) && lattice_->column[i]) spots_->push_back({label, crossings.middle(), false, 0.0F});
         }
     }
 
   private:
     static constexpr std::size_t ALL_LEVELS = 100000;
 
-    bool on_column(int i) const { return i % lattice_.x == cont.over; }
-    bool on_row(int j) const { return j % lattice_.y == cont.over; }
-
     /// True when the lattice is so fine that labels would crowd.
     bool is_crowded() const {
         const float dx = cont.x[1] - cont.x[0];
         const float dy = cont.y[1] - cont.y[0];
-        const float lattice = static_cast<float>(lattice_.y) * static_cast<float>(lattice_.x);
-        return cont.text_size * cont.text_size > (dx * dx + dy * dy) * lattice;
+        return cont.text_size * cont.text_size > (dx * dx + dy * dy) * lattice_->cells;
     }
 
-    Cont_lattice lattice_;
+    const Lattice* lattice_;
     Cont_label_levels levels_;
     float max_lines_;
     std::vector<Cont_labelled> found_;
@@ -199,31 +235,36 @@ void Cont_label_levels::within(const Cont_range& range, std::size_t most, std::v
     }
 }
 
-Cont_lattice cont_label_lattice(const GRD_report& grid) {
-    const int x = cont.x_label_space == MISS ? grid.domain.nx / 5 : cont.x_label_space;
-    const int y = cont.y_label_space == MISS ? grid.domain.ny / 5 : cont.y_label_space;
-    return {std::max(x, 1), std::max(y, 1)};
+void cont_lattice_spots(const Cont_source& source, std::vector<Cont_spot>* spots) {
+    const GRD_report& field = *source.field;
+    const Lattice lattice = lattice_of(source);
+    Lattice_scan scan(lattice, spots);
+    for (int j = field.domain.ny - 2; j >= 0; --j) {
+        for (int i = 0; i < field.domain.nx - 1; ++i) {
+            if (!scan.has(i, j)) continue;
+            cont_load_cell(field, i, j);
+            scan.take_cell(i, j);
+        }
+    }
 }
 
-void cont_lattice_spots(const GRD_report& grid, const Cont_lattice& lattice, std::vector<Cont_spot>* spots) {
-    Lattice_scan scan(lattice, spots);
+void cont_outline_cells(const GRD_report& grid) {
     for (int j = grid.domain.ny - 2; j >= 0; --j) {
         for (int i = 0; i < grid.domain.nx - 1; ++i) {
-            if (!scan.has(i, j)) continue;
             cont_load_cell(grid, i, j);
-            scan.take_cell(i, j);
+            outline_cell();
         }
     }
 }
 
 int CONT_draw_labels(GRD_report* grid) {
     if (grid == nullptr || !grid->grid) return 0;
-    const Cont_lattice lattice = cont_label_lattice(*grid);
-    cont.x_label_space = lattice.x;
-    cont.y_label_space = lattice.y;
+    cont.x_label_space = label_space(cont.x_label_space, grid->domain.nx);
+    cont.y_label_space = label_space(cont.y_label_space, grid->domain.ny);
     if (cont.label_skip < 1) return 0;
     cont_label_attributes();
     if (!cont_start_labels(cont.scale * cont.vert_size * CONT_TEXT_SHARE)) return 0;
+    const Lattice lattice = lattice_of(*grid, cont.x_label_space, cont.y_label_space);
     std::vector<Cont_spot> spots;
     Lattice_scan scan(lattice, &spots);
     for (int j = grid->domain.ny - 2; j >= 0; --j) {

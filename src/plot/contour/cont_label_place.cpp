@@ -54,19 +54,20 @@ bool is_free(const Cont_spot& spot, const Cont_paper& paper) {
 }
 
 /// Distance on paper of the points about the middle of the view.
-float mean_step(const GRD_report& grid, const Cont_paper& paper) {
+float mean_step(const Cont_source& source, const Cont_paper& paper) {
+    const Domain& domain = source.grid->domain;
     const Glim view = PLT_room_view();
     for (int part = 40; part > 0; part = part > 1 ? 1 : 0) {
-        const int stride = part > 1 ? std::max(std::max(grid.domain.nx, grid.domain.ny) / part, 1) : 1;
+        const int stride = part > 1 ? std::max(std::max(domain.nx, domain.ny) / part, 1) : 1;
         double sum = 0.0;
         int count = 0;
-        for (int j = 0; j < grid.domain.ny; j += stride) {
-            for (int i = 0; i < grid.domain.nx; i += stride) {
+        for (int j = 0; j < domain.ny; j += stride) {
+            for (int i = 0; i < domain.nx; i += stride) {
                 Gpt pt;
-                if (!cont_position(grid, i, j, &pt)) continue;
+                if (!source.position(i, j, &pt)) continue;
                 const Gpt mm = paper.at(pt);
                 if (!PLT_box_inside({mm.x, mm.x, mm.y, mm.y}, view)) continue;
-                sum += cont_paper_step(grid, paper, i, j);
+                sum += cont_paper_step(source, paper, i, j);
                 ++count;
             }
         }
@@ -149,18 +150,18 @@ class Placing {
     std::map<float, std::vector<Gpt>> taken_;  ///< places on paper of the labels of each level
 };
 
-void choose(const GRD_report& grid, const Cont_paper& paper) {
+void choose(const Cont_source& source, const Cont_paper& paper) {
     const bool by_user = cont.x_label_space != MISS || cont.y_label_space != MISS;
-    const float step = mean_step(grid, paper);
+    const float step = mean_step(source, paper);
     Placing placing(paper);
     std::vector<Cont_spot> spots;
     if (by_user || step > COARSE_STEP) {
-        cont_lattice_spots(grid, cont_label_lattice(grid), &spots);
+        cont_lattice_spots(source, &spots);
         placing.take_all(spots);
         spots.clear();
     }
     if (by_user || step == 0.0F) return;
-    cont_line_spots(grid, paper, step, is_free, &spots);
+    cont_line_spots(*source.field, paper, step / static_cast<float>(source.steps), is_free, &spots);
     placing.take_best(&spots);
 }
 
@@ -177,13 +178,13 @@ Gpt cont_label_half(const Cont_labelled& label, bool sideways, const Cont_paper&
     return {std::fabs(half.x * paper.unit.x), std::fabs(half.y * paper.unit.y)};
 }
 
-void cont_place_labels(const GRD_report& grid, const Cont_paper& paper) {
+void cont_place_labels(const Cont_source& source, const Cont_paper& paper) {
     state.labels.clear();
-    if (cont.label_skip < 1 || grid.domain.nx < 2 || grid.domain.ny < 2) return;
+    if (cont.label_skip < 1 || source.field->domain.nx < 2 || source.field->domain.ny < 2) return;
     if (!cont_start_labels(cont.scale * cont.vert_size * CONT_TEXT_SHARE)) return;
     state.decimals = cont_decimals();
     try {
-        choose(grid, paper);
+        choose(source, paper);
     } catch (const std::exception&) {
         MESS_print(MESS_WARN, "CONT_draw: Not enough memory for the labels of lines\n");
     }

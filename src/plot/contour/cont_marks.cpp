@@ -99,32 +99,26 @@ int pole_of(const Domain& domain, int j) {
     return lat > POLE ? 1 : lat < -POLE ? -1 : 0;
 }
 
-std::vector<Mark> candidates(const GRD_report& grid, const Cont_paper& paper) {
+std::vector<Mark> candidates(const Cont_source& source, const Cont_paper& paper) {
     std::vector<Mark> marks;
     const Glim view = PLT_room_view();
     const int decimals = cont_decimals();
-    const Cont_origin plain{&grid, 1, {}};
-    const Cont_origin& origin = cont.origin != nullptr ? *cont.origin : plain;
-    const auto steps = static_cast<float>(origin.steps);
-    for (const Cont_extreme& extreme : cont_find_extremes(*origin.given, cont.ext_radius)) {
+    for (const Cont_extreme& extreme : cont_find_extremes(*source.grid, cont.ext_radius)) {
         Mark mark{extreme, {}, cont_value_text(extreme.value, decimals), 0.0F, static_cast<int>(marks.size())};
-        const int column = origin.column(extreme.i);
-        const int row = extreme.j * origin.steps;
-        if (cont_is_cut(extreme.value) || column < 0 || !cont_position(grid, column, row, &mark.pt)) continue;
+        if (cont_is_cut(extreme.value) || !source.position(extreme.i, extreme.j, &mark.pt)) continue;
         if (!bring_inside(&mark, paper, view)) continue;
-        mark.distance = cont_extreme_distance(*origin.given, extreme);
-        if (!is_noise(mark, steps * cont_paper_step(grid, paper, column, row))) marks.push_back(mark);
+        mark.distance = cont_extreme_distance(*source.grid, extreme);
+        if (!is_noise(mark, cont_paper_step(source, paper, extreme.i, extreme.j))) marks.push_back(mark);
     }
     return marks;
 }
 
-void choose(const GRD_report& grid, const Cont_paper& paper) {
-    const GRD_report& given = cont.origin != nullptr ? *cont.origin->given : grid;
-    std::vector<Mark> marks = candidates(grid, paper);
+void choose(const Cont_source& source, const Cont_paper& paper) {
+    std::vector<Mark> marks = candidates(source, paper);
     std::sort(marks.begin(), marks.end(), goes_before);
     std::array<bool, 3> pole_taken{};
     for (const Mark& mark : marks) {
-        const int pole = pole_of(given.domain, mark.extreme.j);
+        const int pole = pole_of(source.grid->domain, mark.extreme.j);
         const Glim box = box_of(mark, paper);
         if ((pole != 0 && pole_taken[pole + 1]) || !PLT_room().is_free(box)) continue;
         pole_taken[pole + 1] = true;
@@ -146,12 +140,12 @@ void cont_write_mark(const Gpt& pt, bool maximum, const std::string& value) {
     cont.text(&below, value);
 }
 
-void cont_place_marks(const GRD_report& grid, const Cont_paper& paper) {
+void cont_place_marks(const Cont_source& source, const Cont_paper& paper) {
     state.marks.clear();
-    if (cont.ext_radius < 1 || grid.domain.nx < 2 || grid.domain.ny < 2) return;
+    if (cont.ext_radius < 1 || source.grid->domain.nx < 2 || source.grid->domain.ny < 2) return;
     if (!cont_start_labels(cont.scale * cont.vert_size)) return;
     try {
-        choose(grid, paper);
+        choose(source, paper);
     } catch (const std::exception&) {
         MESS_print(MESS_WARN, "CONT_draw: Not enough memory for the marks of maxima and minima\n");
     }

@@ -55,7 +55,7 @@ void start_attributes() {
     gset_fill_int_style(GSOLID);
 }
 
-void prepare_plot(GRD_report* grid) {
+void prepare_plot(GRD_report* grid, const Cont_source* texts) {
     Glim view;
     PLT_get_view(&view);
     CONT_set_fill_colors(nullptr, 0);
@@ -70,7 +70,7 @@ void prepare_plot(GRD_report* grid) {
     } else {
         cont.vert_size = MAP_get_vert();
     }
-    if (!PLT_letter() && cont.cont_type != CONT_VALUE) cont_place_texts(*grid);
+    if (texts != nullptr) cont_place_texts(*texts);
     start_attributes();
 }
 
@@ -112,12 +112,14 @@ int CONT_grid(const std::vector<float>& grx, const std::vector<float>& gry) {
     return 0;
 }
 
-int CONT_draw_contour(GRD_report* grid) {
+int CONT_draw_contour(GRD_report* grid) { return cont_draw_about(grid, nullptr); }
+
+int cont_draw_about(GRD_report* grid, const Cont_source* texts) {
     if (grid == nullptr || !grid->grid) return 0;
     if (place_grid(*grid) < 0) return -1;
     const bool is_line_of_points = grid->domain.nx < 2 || grid->domain.ny < 2;
     if (is_line_of_points && (cont.cont_type != CONT_VALUE || cont.grdx.empty())) return 0;
-    prepare_plot(grid);
+    prepare_plot(grid, texts);
     if (cont.cont_type == CONT_VALUE) {
         cont_draw_values(*grid);
     } else {

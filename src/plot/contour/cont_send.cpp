@@ -94,10 +94,10 @@ void send_polygon(int proj, int num_pt, Gpt* pts) {
 void send_wrapped_mollweide(Gpt* pts, Gpt& left, Gpt& right) {
     cont.offset = static_cast<float>(mollweide_share(pts[0].y) * 254.852);
     left.x += cont.offset;
-    cont_open_line(2, pts);
+    cont.polyline(2, pts);
     left.x -= cont.offset;
     right.x -= cont.offset;
-    cont_open_line(2, pts);
+    cont.polyline(2, pts);
 }
 
 void send_line_mollweide(Gpt* pts, float d) {
@@ -106,23 +106,23 @@ void send_line_mollweide(Gpt* pts, float d) {
     } else if (pts[1].x < 0.0F && pts[0].x > 0.0F && -d > MOLLWEIDE_FAR) {
         send_wrapped_mollweide(pts, pts[1], pts[0]);
     } else {
-        cont_open_line(2, pts);
+        cont.polyline(2, pts);
     }
 }
 
 void send_line_cylinder(Gpt* pts, float d) {
     if (d < -FAR_APART) {
         pts[1].x += cont.offset;
-        cont_open_line(2, pts);
+        cont.polyline(2, pts);
         pts[0].x -= cont.offset;
         pts[1].x -= cont.offset;
     } else if (d > FAR_APART) {
         pts[1].x -= cont.offset;
-        cont_open_line(2, pts);
+        cont.polyline(2, pts);
         pts[0].x += cont.offset;
         pts[1].x += cont.offset;
     }
-    cont_open_line(2, pts);
+    cont.polyline(2, pts);
 }
 
 void send_line(int proj, Gpt* pts) {
@@ -136,10 +136,10 @@ void send_line(int proj, Gpt* pts) {
             send_line_cylinder(pts, d);
             break;
         case PROJ_LAMBERT:
-            if (std::fabs(d) < FAR_APART) cont_open_line(2, pts);
+            if (std::fabs(d) < FAR_APART) cont.polyline(2, pts);
             break;
         default:
-            cont_open_line(2, pts);
+            cont.polyline(2, pts);
             break;
     }
 }

@@ -39,12 +39,14 @@ int CONT_set_scale(float scale) {
 int CONT_set_skip(int x, int y) {
     cont.x_skip = std::max(x, 1);
     cont.y_skip = std::max(y, 1);
+    cont.skip_given = true;
     return 0;
 }
 
 int CONT_set_usual_skip(int x, int y) {
     cont.usual_x_skip = std::max(x, 1);
     cont.usual_y_skip = std::max(y, 1);
+    cont.usual_skip_given = true;
     return CONT_set_skip(x, y);
 }
 

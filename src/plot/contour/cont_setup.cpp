@@ -166,6 +166,7 @@ int CONT_init() {
     cont.y_label_space = MISS;
     cont.x_skip = cont.usual_x_skip;
     cont.y_skip = cont.usual_y_skip;
+    cont.skip_given = cont.usual_skip_given;
     cont.smooth = cont.usual_smooth;
     cont.over = 0;
     return 0;

@@ -15,6 +15,8 @@
 
 namespace zav {
 
+struct GRD_placed;
+
 /// Longest text of a level label.
 constexpr int CONT_LABEL_LENGTH = 9;
 /// Variables whose choices are remembered from plot to plot.
@@ -95,6 +97,8 @@ struct Cont_settings {
     int y_skip = 1;
     int usual_x_skip = 1;  ///< step where no plot format gives one
     int usual_y_skip = 1;
+    bool skip_given = false;  ///< the user gave a step: values aren't thinned by their size on paper
+    bool usual_skip_given = false;
     int smooth = 1;        ///< steps into which one of the grid is cut before it is contoured
     int usual_smooth = 1;  ///< the same where no plot format gives any
     float x_off = 0.0F;    ///< offset of value plots, in heights of the map
@@ -131,16 +135,6 @@ struct Cont_run {
 
 class Cont_join;
 
-/// Where the field that is drawn comes from: the grid given, refined, with its columns as the map shows them.
-struct Cont_origin {
-    const GRD_report* given = nullptr;
-    int steps = 1;           ///< steps of the field in one of the grid given
-    std::vector<int> shown;  ///< column of the field for each refined column of the grid, -1 for none; empty: the same
-
-    /// Column of the field that shows one of the grid given.
-    int column(int i) const { return shown.empty() ? i * steps : shown[static_cast<std::size_t>(i * steps)]; }
-};
-
 /// What the engine works with. Corners of a cell: 0 lower left, 1 lower right, 2 upper left, 3 upper right.
 /// Sides: 0 bottom (0 to 1), 1 left (0 to 2), 2 top (2 to 3), 3 right (1 to 3).
 struct Cont_engine {
@@ -157,13 +151,13 @@ struct Cont_engine {
     int con_off = 0;             ///< band at work
     std::vector<float> grdx;     ///< plot positions of the grid points; empty: the plot is in grid coordinates
     std::vector<float> grdy;
-    Domain placed_grid;   ///< grid that the positions belong to; unset: those of CONT_grid
-    Domain placed_map;    ///< and the map
+    Domain placed_grid;          ///< grid that the positions belong to; unset: those of CONT_grid
+    Domain placed_map;           ///< and the map
+    bool placed_points = false;  ///< each place once, wherever the map shows it, instead of ends of cells
     bool placed = false;  ///< the positions are made for the field at work, whose cells don't reach over the map's edge
     Cont_run run;         ///< where `above` is below `most`
-    Cont_join* join = nullptr;            ///< takes the pieces of cells, or null: each is drawn at once
-    const Cont_origin* origin = nullptr;  ///< of the field at work; null: it is the grid given
-    float x_min = FMISS;                  ///< horizontal range of a plot in grid coordinates
+    Cont_join* join = nullptr;  ///< takes the pieces of cells, or null: each is drawn at once
+    float x_min = FMISS;        ///< horizontal range of a plot in grid coordinates
     float x_max = 0.0F;
     float offset = 0.0F;     ///< wrap distance of the map
     float vert_size = 0.0F;  ///< height of the plot in plot space
@@ -259,6 +253,9 @@ Gpt cont_corner(int corner);
 
 /// Plot position of the grid point in column `i`, row `j` from the bottom. False off the map.
 bool cont_position(const GRD_report& grid, int i, int j, Gpt* pt);
+
+/// The grid as the map shows it, closed and cut, until cont_draw_field draws it; null for one that needs neither.
+const GRD_placed* cont_placed_field(const GRD_report& grid);
 
 /// Largest and smallest value that the map shows; those of the whole grid where it shows none.
 void cont_shown_range(const GRD_report& grid, float* max, float* min);

@@ -20,10 +20,10 @@ bool fits(double value, double tolerance, int decimals) {
     return std::fabs(std::nearbyint(value * scale) - value * scale) <= tolerance * scale;
 }
 
-/// Distance of two points on paper; `FMISS` when one isn't on the map.
-float distance_to(const GRD_report& grid, const Cont_paper& paper, const Gpt& from, int i, int j) {
+/// Distance of a point of the grid from a place on paper; `FMISS` when it isn't on the map.
+float distance_to(const Cont_source& source, const Cont_paper& paper, const Gpt& from, int i, int j) {
     Gpt pt;
-    if (i < 0 || j < 0 || i >= grid.domain.nx || j >= grid.domain.ny || !cont_position(grid, i, j, &pt)) return FMISS;
+    if (!source.position(i, j, &pt)) return FMISS;
     const Gpt to = paper.at(pt);
     return std::hypot(to.x - from.x, to.y - from.y);
 }
@@ -37,11 +37,24 @@ float shorter(float a, float b) {
 
 Cont_paper cont_paper() { return {PLT_on_paper({0.0F, 0.0F}), PLT_paper_scale()}; }
 
-float cont_paper_step(const GRD_report& grid, const Cont_paper& paper, int i, int j) {
+int Cont_source::column(int i) const {
+    const auto refined = static_cast<std::size_t>(i) * static_cast<std::size_t>(steps);
+    if (shown.empty()) return static_cast<int>(refined);
+    const bool is_known = refined < shown.size() && shown[refined] < field->domain.nx;
+    return is_known ? shown[refined] : -1;
+}
+
+bool Cont_source::position(int i, int j, Gpt* pt) const {
+    if (i < 0 || j < 0 || i >= grid->domain.nx || j >= grid->domain.ny) return false;
+    const int at = column(i);
+    return at >= 0 && cont_position(*field, at, j * steps, pt);
+}
+
+float cont_paper_step(const Cont_source& source, const Cont_paper& paper, int i, int j) {
     Gpt pt;
-    if (!cont_position(grid, i, j, &pt)) return 0.0F;
+    if (!source.position(i, j, &pt)) return 0.0F;
     const Gpt mm = paper.at(pt);
-    const auto to = [&](int column, int row) { return distance_to(grid, paper, mm, column, row); };
+    const auto to = [&](int column, int row) { return distance_to(source, paper, mm, column, row); };
     // By the nearer neighbour, since the other may lie across the edge of a cyclic map.
     const float across = shorter(to(i - 1, j), to(i + 1, j));
     const float along = shorter(to(i, j - 1), to(i, j + 1));
@@ -79,17 +92,18 @@ std::string cont_value_text(float value, int decimals) {
     return text_format("%.*f", decimals, is_zero ? 0.0 : double{value});
 }
 
-void cont_place_texts(const GRD_report& grid) {
+void cont_place_texts(const Cont_source& source) {
     const Cont_paper paper = cont_paper();
     cont_close_gaps();
     if (!(paper.unit.x != 0.0F && paper.unit.y != 0.0F)) return;
-    cont_place_marks(grid, paper);
-    cont_place_labels(grid, paper);
+    cont_place_marks(source, paper);
+    cont_place_labels(source, paper);
 }
 
-void cont_write_texts() {
+void cont_write_texts(const Cont_source& source) {
     cont_close_gaps();
     cont_label_attributes();
+    if (cont.draw_grid) cont_outline_cells(*source.field);
     cont_write_labels();
     cont_write_marks();
 }

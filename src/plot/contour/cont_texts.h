@@ -10,6 +10,23 @@
 
 namespace zav {
 
+/// A grid, and the field that its lines are drawn from: refined, closed round the globe, and cut as the map is.
+struct Cont_source {
+    const GRD_report* grid;
+    const GRD_report* field;
+    int steps;                      ///< steps of the field in one of the grid
+    const std::vector<int>& shown;  ///< column of the field for each refined column of the grid; empty: the same
+
+    /// Column of the field that shows one of the grid, -1 for none.
+    int column(int i) const;
+    /// Place of a point of the grid on the plot. False where it isn't shown.
+    bool position(int i, int j, Gpt* pt) const;
+};
+
+/// Draws the field of a plot, with the marks and labels of `texts` placed before unless it is null; otherwise as
+/// CONT_draw_contour. In cont_scan.cpp.
+int cont_draw_about(GRD_report* grid, const Cont_source* texts);
+
 /// A point of the grid that all values near it lie below, or all above.
 struct Cont_extreme {
     int i = 0;  ///< column
@@ -36,7 +53,7 @@ struct Cont_paper {
 Cont_paper cont_paper();
 
 /// Distance on paper of neighbouring points of the grid about (`i`, `j`), in millimetres; 0 where none is placed.
-float cont_paper_step(const GRD_report& grid, const Cont_paper& paper, int i, int j);
+float cont_paper_step(const Cont_source& source, const Cont_paper& paper, int i, int j);
 
 /// Decimals that tell the levels apart, the same for all values of a plot.
 int cont_decimals();
@@ -47,7 +64,7 @@ constexpr float CONT_LETTER_SHARE = 0.02F;
 constexpr float CONT_TEXT_SHARE = 0.015F;
 
 /// Chooses the marks that stand apart on paper, and takes their room. In cont_marks.cpp.
-void cont_place_marks(const GRD_report& grid, const Cont_paper& paper);
+void cont_place_marks(const Cont_source& source, const Cont_paper& paper);
 /// Writes them.
 void cont_write_marks();
 /// Writes the mark of an extreme.
@@ -69,13 +86,6 @@ struct Cont_label_levels {
 };
 Cont_label_levels cont_label_levels();
 
-/// Every which column and row of the grid labels stand on where they are placed by the grid.
-struct Cont_lattice {
-    int x = 1;
-    int y = 1;
-};
-Cont_lattice cont_label_lattice(const GRD_report& grid);
-
 /// A place on a line where its label may stand.
 struct Cont_spot {
     Cont_labelled label;
@@ -85,7 +95,10 @@ struct Cont_spot {
 };
 
 /// Labels by the grid's columns and rows: in cells of the lattice that a level crosses from side to opposite side.
-void cont_lattice_spots(const GRD_report& grid, const Cont_lattice& lattice, std::vector<Cont_spot>* spots);
+void cont_lattice_spots(const Cont_source& source, std::vector<Cont_spot>* spots);
+
+/// Draws the grid itself.
+void cont_outline_cells(const GRD_report& grid);
 
 /// Half the width and height of a label's box on paper.
 Gpt cont_label_half(const Cont_labelled& label, bool sideways, const Cont_paper& paper);
@@ -99,7 +112,7 @@ void cont_line_spots(const GRD_report& grid, const Cont_paper& paper, float step
 std::string cont_label_text(const Cont_labelled& label, int decimals);
 
 /// Chooses the places of labels, and takes their room. In cont_label_place.cpp.
-void cont_place_labels(const GRD_report& grid, const Cont_paper& paper);
+void cont_place_labels(const Cont_source& source, const Cont_paper& paper);
 /// Writes them.
 void cont_write_labels();
 
@@ -111,8 +124,8 @@ void cont_close_gaps();
 void cont_open_gap(const Glim& box, const Cont_paper& paper);
 
 /// Finds room for the marks and labels of a plot, before its lines are drawn. In cont_texts.cpp.
-void cont_place_texts(const GRD_report& grid);
-/// Writes them, over the lines.
-void cont_write_texts();
+void cont_place_texts(const Cont_source& source);
+/// Writes them over the lines, and draws the grid itself where that is asked for.
+void cont_write_texts(const Cont_source& source);
 
 }  // namespace zav

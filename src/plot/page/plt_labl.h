@@ -30,6 +30,8 @@ int PLT_set_label_type(int type);
 /// Goes on to the next overlay: its number, or -1 at the last.
 int PLT_next_overlay();
 
+/// Gives position `lab` a label, of the current overlay or appended to the line.
+int PLT_set_label(int lab, const std::string& str);
 int PLT_label_up_left(const std::string& str);
 int PLT_label_up_center(const std::string& str);
 int PLT_label_up_right(const std::string& str);

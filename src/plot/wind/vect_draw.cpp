@@ -1,10 +1,10 @@
 // Arrows and barbs at the grid points, and the key of the longest arrow.
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
 
-#include "calc/grd_place.h"
 #include "calc/grd_trans.h"
 #include "frame/flag.h"
 #include "frame/mess.h"
@@ -18,6 +18,8 @@
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
 #include "plot/page/colors.h"
+#include "plot/page/plt_paper.h"
+#include "plot/page/plt_thin.h"
 #include "plot/wind/vect_state.h"
 #include "plot/wind/windbarb.h"
 
@@ -29,32 +31,27 @@ std::size_t place_of(const GRD_report& grid, int i, int j) {
     return static_cast<std::size_t>(j) * static_cast<std::size_t>(grid.domain.nx) + static_cast<std::size_t>(i);
 }
 
-/// Plot positions worked out for one call of VECT_draw. Without them, and with none handed in, the plot is in grid
-/// space.
+/// The plot positions of one call of VECT_draw: those handed in, or those that the map gives. Without any the plot is
+/// in grid space.
 class Positions {
   public:
     Positions() = default;
     Positions(const Positions&) = delete;
     Positions& operator=(const Positions&) = delete;
     ~Positions() {
-        if (!grdx.empty()) VECT_grid(nullptr, nullptr);
+        if (found) VECT_grid(nullptr, nullptr);
     }
     /// False without memory.
     bool find(const GRD_report& grid) {
         if (vect.grdx != nullptr && vect.grdy != nullptr) return true;
-        VECT_grid(nullptr, nullptr);
-        const Domain* map = MAP_get_domain(nullptr);
-        if (map == nullptr || DOM_comp(map, &grid.domain) != 0) return true;
-        const int result =
-            PLT_letter() ? GRD_proj_XY(&grid, map, grdx, grdy) : GRD_place_points(grid, *map, grdx, grdy);
-        if (result != 0 || grdx.empty()) return false;
-        VECT_grid(grdx.data(), grdy.data());
+        if (CONT_place_points(grid) != 0) return false;
+        found = true;
+        VECT_grid(CONT_grid_x(), CONT_grid_y());
         return true;
     }
 
   private:
-    std::vector<float> grdx;
-    std::vector<float> grdy;
+    bool found = false;
 };
 
 /// True when both grids can be drawn together; a message otherwise.
@@ -86,13 +83,56 @@ void set_attributes() {
     GPH_fill_attr(&vect.attrib);
 }
 
-/// Sizes in plot units, and grid space as the plot space where no positions are known.
+/// Either bound itself is not drawn.
+bool within_cuts(float spd) {
+    if (vect.min_cut != FMISS && !(spd > vect.min_cut)) return false;
+    return vect.max_cut == FMISS || spd < vect.max_cut;
+}
+
+/// Lengths on paper, in millimetres, at a scale of 1: the staff of a barb, and the room in which neighbours don't
+/// touch.
+constexpr float BARB_MM = 6.0F;
+constexpr float ROOM_MM = 8.5F;
+/// Bounds of the longest arrow, which is as long as the arrows stand apart, and its head.
+constexpr float LONGEST_ARROW_MM = 12.0F;
+constexpr float SHORTEST_ARROW_MM = 4.0F;
+constexpr float HEAD_MM = 1.4F;
+/// Most of an arrow that is head, along it.
+constexpr float MOST_HEAD = 0.35F;
+
+/// Scale of the room that winds take: a wind without size still takes some.
+float room_scale() {
+    constexpr float LEAST_SCALE = 0.2F;
+    return std::isfinite(vect.scale) && vect.scale != FMISS ? std::max(std::fabs(vect.scale), LEAST_SCALE) : 1.0F;
+}
+
+/// The points of the grid, and which of them have a wind to draw.
+PLT_lattice lattice_of(const GRD_report& ugrid, const GRD_report& vgrid) {
+    const auto place = [&ugrid](int i, int j, Gpt* pt) {
+        if (vect.grdx != nullptr) return vect_map_position(ugrid, i, j, &pt->x, &pt->y);
+        *pt = {static_cast<float>(i), static_cast<float>(ugrid.domain.ny - j - 1)};
+        return true;
+    };
+    const auto wanted = [&ugrid, &vgrid](int i, int j) {
+        const float u = ugrid.grid[place_of(ugrid, i, j)];
+        const float v = vgrid.grid[place_of(ugrid, i, j)];
+        return u != FMISS && v != FMISS && std::isfinite(u) && std::isfinite(v) && within_cuts(std::hypot(u, v));
+    };
+    return {ugrid.domain.nx, ugrid.domain.ny, place, wanted};
+}
+
+/// Length on paper of a barb's staff, or of an arrow of the unit's speed.
+float unit_length(const GRD_report& ugrid, const GRD_report& vgrid) {
+    if (vect.vect_type != VECT_VECTORS) return BARB_MM;
+    const float apart = PLT_column_distance(lattice_of(ugrid, vgrid), vect.skip_given ? vect.xskip : 1);
+    const float least = vect.skip_given ? SHORTEST_ARROW_MM : ROOM_MM;
+    return std::clamp(apart, least, LONGEST_ARROW_MM);
+}
+
+/// Makes grid space the plot space where no positions are known.
 void set_plot_space(const GRD_report& grid, const Glim& view) {
-    const bool scaled = vect.base != FMISS && vect.base != 0.0F && vect.grid_max != FMISS;
-    vect.vect_size = scaled ? vect.scale * (vect.grid_max / vect.base) : vect.scale;
     if (vect.grdx != nullptr) {
         vect.vert_size = MAP_get_vert();
-        vect.vect_size *= grid.domain.dx;
         return;
     }
     const Glim dis_wind{0.0F, static_cast<float>(grid.domain.nx - 1), 0.0F, static_cast<float>(grid.domain.ny - 1)};
@@ -100,6 +140,28 @@ void set_plot_space(const GRD_report& grid, const Glim& view) {
     gset_win(3, &dis_wind);
     gsel_norm_tran(3);
     vect.vert_size = dis_wind.y_max;
+}
+
+/// Sizes in plot units: on paper, or steps of the grid.
+void set_sizes(const GRD_report& ugrid, const GRD_report& vgrid) {
+    const bool scaled = vect.base != FMISS && vect.base != 0.0F && vect.grid_max != FMISS;
+    vect.vect_size = scaled ? vect.scale * (vect.grid_max / vect.base) : vect.scale;
+    vect.head_size = 0.0F;
+    const float unit = PLT_letter() ? 0.0F : PLT_paper_scale().y;
+    if (unit > 0.0F) {
+        vect.vect_size *= unit_length(ugrid, vgrid) / unit;
+        vect.head_size = room_scale() * HEAD_MM / unit;
+    } else if (vect.grdx != nullptr) {
+        vect.vect_size *= ugrid.domain.dx;
+    }
+}
+
+/// An arrow of a part of the longest, with a head of its size or, on a short one, in proportion. `unit` is the length
+/// of a plot unit where it is drawn.
+void draw_arrow(const Gpt& from, float dir, float part, float unit) {
+    const float longest = vect.vect_size * unit;
+    const float head = std::min(vect.head_size / std::fabs(part * vect.vect_size), MOST_HEAD) / WIND_HEAD;
+    WIND_vect(from.x, from.y, dir, part, longest, vect.head_size > 0.0F ? head : 1.0F);
 }
 
 /// At a pole directions count from the meridian that a grid point belongs to, which a place on the map can't tell.
@@ -164,12 +226,6 @@ bool shows_earth() {
     return proj >= PROJ_POLAR && proj <= PROJ_LAST_MAP;
 }
 
-/// Either bound itself is not drawn.
-bool within_cuts(float spd) {
-    if (vect.min_cut != FMISS && !(spd > vect.min_cut)) return false;
-    return vect.max_cut == FMISS || spd < vect.max_cut;
-}
-
 void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
     float dir = 0.0F;
     float spd = 0.0F;
@@ -186,10 +242,20 @@ void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
     }
     if (vect.attrib.color == CLR_NONE || !within_cuts(spd)) return;
     if (vect.vect_type == VECT_BARBS) WIND_barb(x, y, dir, spd, vect.vect_size, 0.0F, southern);
-    if (vect.vect_type == VECT_VECTORS) WIND_vect(x, y, dir, spd / vect.grid_max, vect.vect_size, 1.0F);
+    if (vect.vect_type == VECT_VECTORS) draw_arrow({x, y}, dir, spd / vect.grid_max, 1.0F);
 }
 
-void draw_points(const GRD_report& ugrid, const GRD_report& vgrid) {
+/// As many winds as paper holds.
+void draw_by_room(const GRD_report& ugrid, const GRD_report& vgrid) {
+    const float room = ROOM_MM * room_scale();
+    for (const PLT_grid_point& point : PLT_thin(lattice_of(ugrid, vgrid), {room, room})) {
+        const std::size_t place = place_of(ugrid, point.i, point.j);
+        draw_point(ugrid, point.i, point.j, ugrid.grid[place], vgrid.grid[place]);
+    }
+}
+
+/// The winds at every which point.
+void draw_by_step(const GRD_report& ugrid, const GRD_report& vgrid) {
     for (int j = 0; j < ugrid.domain.ny; j += vect.yskip) {
         for (int i = 0; i < ugrid.domain.nx; i += vect.xskip) {
             const float u = ugrid.grid[place_of(ugrid, i, j)];
@@ -253,13 +319,18 @@ int VECT_draw(GRD_report* ugrid, GRD_report* vgrid) {
         return vect_draw_flow(*ugrid, *vgrid);
     }
     set_plot_space(*ugrid, view);
+    set_sizes(*ugrid, *vgrid);
     set_attributes();
     if (vect.uvgrid != 0) turn_to_earth(*ugrid, *vgrid);
     if (vect.vect_type == VECT_STREAMLINES) {
         const float steps = static_cast<float>(ugrid->domain.nx) * 4.0F;
         return vect_draw_streamlines(ugrid, vgrid, vect.scale != FMISS ? vect.scale * steps : steps);
     }
-    draw_points(*ugrid, *vgrid);
+    if (PLT_letter() || vect.skip_given) {
+        draw_by_step(*ugrid, *vgrid);
+    } else {
+        draw_by_room(*ugrid, *vgrid);
+    }
     return 0;
 }
 
@@ -281,7 +352,7 @@ int VECT_draw_vect() {
     // In the colour of the text, not in that of the last band.
     GPH_line_attr(nullptr);
     GPH_line_attr(&text);
-    WIND_vect(view.x_max - 0.01F * xsize - length, y, 270.0F, 1.0F, length, 1.0F);
+    draw_arrow({view.x_max - 0.01F * xsize - length, y}, 270.0F, 1.0F, ysize / vect.vert_size);
     const Gpt pt{view.x_max - 0.02F * xsize - length, y};
     GPH_pprintf(&pt, "MAX VECTOR: %s m/s", set_num("5.3.1", vect.grid_max).c_str());
     return 0;

@@ -32,7 +32,10 @@ bool starts_with(const std::string& text, const std::string& prefix) {
     return strnicmp(text, prefix, static_cast<int>(prefix.size())) == 0;
 }
 
-void take_skip(const char* value) { vect.xskip = vect.yskip = std::max(text_to_int(value), 1); }
+void take_skip(const char* value) {
+    vect.xskip = vect.yskip = std::max(text_to_int(value), 1);
+    vect.skip_given = true;
+}
 
 /// A whole field of a plot format.
 struct Format_word {
@@ -84,6 +87,7 @@ void take_steps(const char* value) {
     if (*end != ':' || !read(end + 1, &y)) y = x;
     vect.xskip = x;
     vect.yskip = y;
+    vect.skip_given = true;
 }
 
 /// A word of the resource "plot_param"; `skip` characters stand in front of the value of a prefix.

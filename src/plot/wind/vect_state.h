@@ -44,6 +44,8 @@ struct Vect_state {
     std::string format;           ///< plot format, at most 99 characters
     int xskip = 1;                ///< thinning steps, at least 1
     int yskip = 1;                ///<
+    bool skip_given = false;      ///< the user gave them: winds aren't thinned by their size on paper
+    float head_size = 0.0F;       ///< largest head of an arrow in plot units, 0: all in proportion to the arrows
     int uvgrid = 1;               ///< 1: components are relative to the grid
     Gattribs attrib;              ///< lines and areas of the point at work
     std::vector<int> num;         ///< crossing counters of a streamline plot, the last one for places off the mesh

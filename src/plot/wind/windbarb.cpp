@@ -35,9 +35,6 @@ constexpr float HALF_TIP = 0.94F;
 constexpr float FULL_LENGTH = 0.5F;
 constexpr float HALF_LENGTH = 0.25F;
 
-/// Share of an arrow's size that its head has along and across.
-constexpr float HEAD = 0.2F;
-
 /// Feathers of a speed.
 struct Feathers {
     int flags;
@@ -145,7 +142,7 @@ int WIND_vect(float x, float y, float dir, float spd, float size, float arrow) {
     const auto v = static_cast<float>(-spd * std::cos(dir * DEGREE));
     const Gpt tip{x + size * u, y + size * v};
     draw_line({x, y}, tip);
-    if (arrow > 0.0F) draw_head(tip, u, v, arrow * size * HEAD);
+    if (arrow > 0.0F) draw_head(tip, u, v, arrow * size * WIND_HEAD);
     return 0;
 }
 
@@ -160,7 +157,7 @@ int WIND_track(float x, float y, float dir, float spd, float arrow, int maj, int
     const auto v = static_cast<float>(-std::cos(dir * DEGREE));
     const Gpt tip{x + spd * u, y + spd * v};
     draw_line({x, y}, tip);
-    const float tick = HEAD * arrow;
+    const float tick = WIND_HEAD * arrow;
     for (int i = 0; i < maj; ++i) {
         const float along = static_cast<float>(i) * spd / static_cast<float>(maj);
         const Gpt at{x + along * u, y + along * v};

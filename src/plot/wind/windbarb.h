@@ -5,6 +5,9 @@ namespace zav {
 // Wind symbols at (x, y) in plot units of the current transformation. `dir` is where the wind comes from, in degrees
 // clockwise from north. 0, or -1 when nothing is drawn.
 
+/// Share of an arrow's length that the head of `arrow` 1 has along and across.
+constexpr float WIND_HEAD = 0.2F;
+
 /// True for a point of the current map south of the equator, where feathers stand on the other side (WMO Manual on the
 /// GDPFS, plotting model).
 bool WIND_is_southern(float x, float y);

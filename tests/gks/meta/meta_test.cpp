@@ -104,8 +104,13 @@ TEST_F(Metafile, GeometryIsInInchesOrPanels) {
     struct {
         const char* geometry;
         int x, y, width, height;
-    } const cases[] = {{"5x4+1+2", 100, 200, 500, 400},  {"5x4", 0, 0, 500, 400}, {"3+2", 300, 200, 1000, 800},
-                       {"P2x4+1+0", 500, 600, 500, 200}, {"0x0", 0, 0, 2, 2},     {"", 0, 0, 1000, 800}};
+    } const cases[] = {{"5x4+1+2", 100, 200, 500, 400},
+                       {"5x4", 0, 0, 500, 400},
+                       {"3+2", 300, 200, 1000, 800},
+                       {"P2x4+1+0", 500, 600, 500, 200},
+                       {"0x0", 0, 0, 2, 2},
+                       {"", 0, 0, 1000, 800},
+                       {"P", 0, 0, 1000, 800}};
     for (const auto& c : cases) {
         RES_put("geometry", c.geometry);
         ASSERT_EQ(open("a.meta", GWS_META), 0);

@@ -477,5 +477,25 @@ TEST_F(Packing, RowsOfEdition1StretchedAndWatched) {
     }
 }
 
+/// Of the grids told by a number alone, some (of table B of edition 1) state their pole's row by one value.
+TEST_F(Packing, PolesOfNumberedGridsStandOnce) {
+    for (const int number : {21, 22, 23, 24, 25, 26, 61, 62, 63, 64}) {
+        const bool round = number == 25 || number == 26;  // the first column isn't told again
+        const int nx = number > 60 ? 91 : round ? 73 : 37;
+        const int ny = number > 60 ? 46 : round ? 19 : 37;
+        const bool south = number != 25 && number % 40 > 22;
+        Bytes packed;
+        Values expected;
+        for (int row = 0; row < ny; ++row) {
+            const int points = row == (south ? 0 : ny - 1) ? 1 : round ? nx - 1 : nx;
+            packed.insert(packed.end(), static_cast<std::size_t>(points), static_cast<unsigned char>(row));
+            expected.insert(expected.begin(), static_cast<std::size_t>(nx), static_cast<float>(row));
+        }
+        const auto records = read(message1([&](Bytes& block) { set(block, 7, number); }, {}, packed, 8));
+        ASSERT_EQ(records.size(), 1U) << number;
+        EXPECT_TRUE(values(records[0]) == expected) << number;
+    }
+}
+
 }  // namespace
 }  // namespace zav::grib_test

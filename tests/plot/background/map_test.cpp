@@ -232,6 +232,16 @@ TEST_F(MapBackground, MarksAndLabelsInside) {
     EXPECT_EQ(places["40E"], "40,-86.4 40,-65 40,-25 40,15 40,55 ");
 }
 
+TEST_F(MapBackground, LinesGoOnAcrossRecords) {
+    const std::string from_end = record({{46, -96}, {46, -92}});
+    dir.write("a.map", record({{44, -98}, {46, -96}}) + from_end + from_end);
+    const test::Drawn drawn = draw_map("lc:45:-97:45,45,-97,61,41,1", dir.file("a.map"));
+    ASSERT_EQ(drawn.paths.size(), 2U);
+    EXPECT_EQ(drawn.paths[0].pts.size(), 3U);
+    PLT_set_letter(true);
+    EXPECT_EQ(draw_map("lc:45:-97:45,45,-97,61,41,1", dir.file("a.map")).paths.size(), 3U);
+}
+
 TEST_F(MapBackground, PatternsMakeAreas) {
     dir.write("a.map", record({{44, -98}, {46, -96}, {44, -96}, {44, -98}}));
     const test::Drawn drawn = draw_map("lc:45:-97:45,45,-97,61,41,1", dir.file("a.map") + ":Red:fi=hat");
@@ -266,8 +276,11 @@ TEST_F(MapBackground, LevelsSuitTheScale) {
             PLT_set_letter(false);
         });
     }
-    // Ten steps of 1000 km on 8 inches of paper.
-    plot("ps:90:0:60,60,0,21,17,5", [] { EXPECT_NEAR(map_scale(), 8000.0 / PLT_paper_view().y_max, 60.0); });
+    // 40 steps of 200 km, true to scale in the middle.
+    plot("ps:90:-100:60,60,-100,61,41,2.0", [] {
+        const Glim view = PLT_paper_view();
+        EXPECT_NEAR(map_scale() * (view.y_max - view.y_min), 8000.0F, 80.0F);
+    });
 }
 
 /// Points keep apart on paper, whatever the map; no ring is a speck, and lines are few where a continent is shown.

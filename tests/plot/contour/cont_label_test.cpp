@@ -6,6 +6,8 @@
 #include "frame/resrc.h"
 #include "frame/string.h"
 #include "plot/contour/cont_support.h"
+#include "plot/contour/cont_texts.h"
+#include "plot/page/plt_room.h"
 #include "plot/page/plt_tool.h"
 
 namespace zav::test {
@@ -119,7 +121,7 @@ TEST_F(ContLabel, NothingIsLabelledWhen) {
     EXPECT_EQ(count([] {}), 0U);
 }
 
-/// Each point against all near it, of which one may be missing.
+/// Each point against all near it, of which one may be missing; round the globe near is near across the seam too.
 TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
     constexpr int NX = 11;
     constexpr int NY = 8;
@@ -127,7 +129,10 @@ TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
     for (int n = 0; n < 400; ++n) {
         GRD_report grid = field(
             NX, NY, [&random](int, int) { return random() % 12 == 0 ? FMISS : static_cast<float>(random() % 12); });
-        start_contours(CONT_LINE);
+        const bool round = n % 5 == 4;
+        start_contours(CONT_LINE, round);
+        if (round) grid.domain.proj = PROJ_LATLON;
+        if (round) grid.domain.dx = 360.0F / NX;
         set_interval(0, 2, 6);
         cont.scale = 2;
         const int radius = cont.ext_radius = n % 4;
@@ -137,9 +142,18 @@ TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
         for (int place = 0; place < NX * NY; ++place) {
             const float value = grid.grid[place];
             int missing = 0, above = 0, below = 0, same = -1;
+            std::array<int, 2> nearest{NX * NX, NX * NX};  // squares of distances to a value no higher, no lower
             for (int near = 0; near < NX * NY; ++near) {
-                const int distance = std::max(std::abs(near / NX - place / NX), std::abs(near % NX - place % NX));
-                if (distance > radius) continue;
+                const int down = std::abs(near / NX - place / NX);
+                const int straight = std::abs(near % NX - place % NX);
+                const int across = round ? std::min(straight, NX - straight) : straight;
+                const int square = across * across + down * down;
+                for (const int side : {0, 1}) {
+                    const bool beyond = side == 0 ? grid.grid[near] <= value : grid.grid[near] >= value;
+                    if (near != place && grid.grid[near] != FMISS && beyond)
+                        nearest[side] = std::min(nearest[side], square);
+                }
+                if (std::max(down, across) > radius) continue;
                 const float other = grid.grid[near];
                 (other == FMISS ? missing : other > value ? above : other < value ? below : same)++;
             }
@@ -147,6 +161,8 @@ TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
             if (value == FMISS || cut || radius == 0 || missing > 1 || same > 0 || (above > 0 && below > 0)) continue;
             const int y = NY - 1 - place / NX;
             want.push_back(text_format("%s %.2f %.2f", below > 0 ? "H" : "L", float(place % NX), float(y)));
+            EXPECT_FLOAT_EQ(cont_extreme_distance(grid, {place % NX, y, value, below > 0}),
+                            std::sqrt(static_cast<float>(nearest[below > 0 ? 1 : 0])));
             want.push_back(text_format("%s %.2f %.2f", set_num("3.3.0", value).c_str(), float(place % NX),
                                        y - 0.02F * 2 * (NY - 1)));
         }
@@ -155,6 +171,78 @@ TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
         CONT_draw_maxmin(&grid);
         ASSERT_EQ(texts(), want) << n;
     }
+}
+
+/// Lines are cut at the gaps, and nothing else of them is lost.
+TEST(ContOpen, LinesGoRoundTheirGaps) {
+    std::mt19937 random(5);
+    const auto any = [&random](float most) { return static_cast<float>(random() % 10000) / 10000.0F * most; };
+    const Cont_paper paper{{10, 20}, {2, 0.5F}};
+    start_contours(CONT_LINE);
+    for (int n = 0; n < 20; ++n) {
+        cont_close_gaps();
+        PLT_boxes boxes;
+        for (int k = 0; k < 30; ++k) {
+            const Gpt low{any(250), any(200)};
+            const Glim box{low.x, low.x + any(20), low.y, low.y + any(20)};
+            const bool free = std::none_of(boxes.all().begin(), boxes.all().end(), [&box](const Glim& b) {
+                return b.x_min < box.x_max && box.x_min < b.x_max && b.y_min < box.y_max && box.y_min < b.y_max;
+            });
+            ASSERT_EQ(boxes.is_free(box), free);
+            boxes.add(box);
+            cont_open_gap(box, paper);
+        }
+        std::vector<Gpt> line;
+        for (int k = 0; k < 20; ++k) line.push_back({any(120), any(360)});
+        sent = {};
+        cont_open_line(20, line.data());
+        const auto length = [](const std::vector<Gpt>& pts, auto counts) {
+            double sum = 0;
+            for (std::size_t i = 1; i < pts.size(); ++i) {
+                for (int part = 0; part < 2000; ++part) {
+                    const float d = (static_cast<float>(part) + 0.5F) / 2000;
+                    const Gpt at{pts[i - 1].x + (pts[i].x - pts[i - 1].x) * d,
+                                 pts[i - 1].y + (pts[i].y - pts[i - 1].y) * d};
+                    if (counts(at)) sum += std::hypot(pts[i].x - pts[i - 1].x, pts[i].y - pts[i - 1].y) / 2000;
+                }
+            }
+            return sum;
+        };
+        const auto outside = [&](const Gpt& pt) {
+            const Gpt at = paper.at(pt);
+            return std::none_of(boxes.all().begin(), boxes.all().end(), [&at](const Glim& b) {
+                return PLT_box_inside({at.x, at.x, at.y, at.y},
+                                      {b.x_min + 0.01F, b.x_max - 0.01F, b.y_min + 0.01F, b.y_max - 0.01F});
+            });
+        };
+        double drawn = 0;
+        double hidden = 0;
+        for (const auto& piece : sent.lines) {
+            drawn += length(piece, [](const Gpt&) { return true; });
+            hidden += length(piece, [&](const Gpt& pt) { return !outside(pt); });
+        }
+        EXPECT_NEAR(drawn, length(line, outside), 5.0);
+        EXPECT_NEAR(hidden, 0.0, 0.1);
+    }
+    cont_close_gaps();
+}
+
+TEST(ContLabelText, AllLevelsHaveTheDecimalsThatTheyNeed) {
+    struct Case {
+        float base, interval;
+        std::vector<float> levels;
+        const char* text;  ///< of 1012.5
+    };
+    for (const Case& c : {Case{FMISS, 4, {}, "1012"}, Case{FMISS, 2.5F, {}, "1012.5"}, Case{0.25F, 1, {}, "1012.50"},
+                          Case{FMISS, 1e-5F, {}, "1012.50000"}, Case{0, 0, {0.1F, 0.5F, 25}, "1012.5"},
+                          Case{0, 0, {1000, 1004, 1008}, "1012"}, Case{FMISS, 1e-30F, {}, "1012.500000000"}}) {
+        start_contours(CONT_LINE);
+        set_interval(0, c.interval, 5);
+        cont.base = c.base;
+        if (!c.levels.empty()) test::set_levels(c.levels);
+        EXPECT_EQ(cont_value_text(1012.5F, cont_decimals()), c.text) << c.interval;
+    }
+    EXPECT_EQ(cont_value_text(-0.4F, 0), "0");
 }
 
 /// A row of boxes without gaps, one a band, with the value of its left edge under it.

@@ -194,7 +194,7 @@ std::vector<std::string> band_colors(int variable, float min, float max, float i
     grid.var = variable;
     grid.units = "K";
     CLR_clear_table();
-    CONT_init();
+    cont = Cont_state{};
     cont.grd_ptr = &grid;
     CONT_set_type(CONT_FILL);
     CONT_set_color_range(color_max, min);
@@ -213,6 +213,7 @@ std::vector<std::string> band_colors(int variable, float min, float max, float i
 }
 
 TEST_F(ContSetup, PalettesSpreadOverTheBandsAndNeverComeBack) {
+    PLT_set_letter(false);
     RES_put("file_path", test::source_dir() + "/share/zav");
     VAR_read_varfile();
     constexpr int HEIGHT = 7;
@@ -347,6 +348,7 @@ TEST_F(ContAttributes, TheRangeIsThatOfWhatTheMapShows) {
             const GRD_report& grid = *GRD_get_grid(0);
             Cont_range shown{};
             cont = Cont_state{};
+            PLT_set_letter(false);
             cont_shown_range(grid, &shown.high, &shown.low);
             const Cont_range least = range_under(grid, 0);
             const Cont_range most = range_under(grid, std::stoi(row[3]));

@@ -114,12 +114,14 @@ class Wind : public test::TempDirTest {
         RES_put("plot_scale", "1");
         for (const char* name : {"con_base", "con_interval", "plot_param"}) RES_put(name, "");
         vect = {};
+        PLT_set_letter(true);
         test::capture([this] {
             RES_put("device", "meta," + dir.file("out"));
             ASSERT_EQ(PLT_open(1.0F), 0);
         });
     }
     void TearDown() override {
+        PLT_set_letter(false);
         if (gchk_graphics() != 0) test::capture([] { PLT_close(); });
     }
     /// What `action` draws.

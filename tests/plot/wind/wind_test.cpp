@@ -2,9 +2,11 @@
 
 #include <random>
 
+#include "frame/string.h"
 #include "map/maptran.h"
 #include "plot/background/map.h"
 #include "plot/contour/cont.h"
+#include "plot/page/plt_paper.h"
 #include "plot/wind/vect_plt.h"
 #include "plot/wind/vect_state.h"
 #include "plot/wind/wind_page.h"
@@ -211,6 +213,45 @@ TEST_P(Maps, PointsAreThoseOfThePage) {
     expect_page(all, "points_" + projection_name(GetParam()));
 }
 
+/// On paper a staff has 6 mm and the longest arrow the distance of the arrows, whatever the grid and the map; the key
+/// of the longest arrow is as long as that.
+TEST_F(Wind, SizesAreThoseOfPaper) {
+    PLT_set_letter(false);
+    float mm = 0;
+    const auto lengths = [&](const Domain& map, int points, const char* format, const char* scale) {
+        SetUp();
+        PLT_set_letter(false);
+        RES_put("plot_scale", scale);
+        RES_put("color_text", "1");
+        const auto all = drawn([&] {
+            Field field(points, points, [](int, int) { return Gpt{20, -20}; });
+            VECT_set_format(MISS, format);
+            VECT_format_decode_type();
+            MAP_setup(map.proj == MISS ? &field.u.domain : &map);
+            GPH_trans(2);
+            EXPECT_EQ(field.draw(VECT_get_type()), 0);
+            mm = PLT_paper_scale().y;
+            GPH_trans(1);
+            VECT_set_vect(1);
+            VECT_draw_vect();
+        });
+        const auto length = [](const Stroke& s) {
+            return std::hypot(s.pts[1].x - s.pts[0].x, s.pts[1].y - s.pts[0].y);
+        };
+        EXPECT_NEAR(length(all[all.size() - 3]) * PLT_PAGE_MM, length(all[0]) * mm, 1e-3);
+        return text_format("%.2f %.2f", length(all[0]) * mm, length(all[1]) * mm);
+    };
+    const Domain polar = square(PROJ_POLAR, 40, -90, 60, 41);
+    const Domain none;
+    EXPECT_EQ(lengths(none, 101, "barb", "1").substr(0, 5), "6.00 ");
+    EXPECT_EQ(lengths(polar, 31, "barb", "2").substr(0, 6), "12.00 ");
+    EXPECT_EQ(lengths(none, 101, "vect", "1"), "8.50 1.98");  // a head of 1.4 mm along and across
+    EXPECT_EQ(lengths(polar, 101, "vect", "2"), "17.00 3.96");
+    EXPECT_EQ(lengths(none, 5, "vect", "1"), "12.00 1.98");
+    EXPECT_EQ(lengths(none, 101, "vect:sk=1", "1"), "4.00 1.98");
+    EXPECT_EQ(lengths(none, 31, "vect:sk=1", "1"), "6.54 1.98");  // a step of this grid
+}
+
 /// The pole's row of a global grid states one wind from as many meridians as it has columns.
 TEST_F(Wind, APolesRowIsOneWind) {
     std::vector<float> expected;
@@ -244,6 +285,32 @@ TEST_F(Wind, APolesRowIsOneWind) {
     for (std::size_t k = 0; k < expected.size(); ++k) {
         EXPECT_NEAR(std::remainder(bearing(all[3 * k]) - expected[k], 360), 0, 0.1) << k / 8;
     }
+}
+
+/// A west wind blows along the parallels on every map, across the seam of the grid too.
+TEST_P(Maps, StreamlinesOfAWestWindKeepTheirLatitude) {
+    PLT_set_letter(false);
+    Domain globe = square(PROJ_LATLON, 0, 100, 0, 72);
+    globe.ny = 37;
+    globe.dx = globe.dy = 5;
+    const auto all = drawn([&] {
+        Field field(globe, [](int, int) { return Gpt{10, 0}; });
+        draw(field, VECT_STREAMLINES, 35, -60, 50);
+    });
+    int over_seam = 0;
+    MAP_domain(&map);
+    for (const Stroke& line : all) {
+        std::vector<EarthPoint> places(line.pts.size());
+        for (std::size_t k = 0; k < places.size(); ++k) MAP_tran_pe({line.pts[k].x, line.pts[k].y}, &places[k]);
+        if (places.size() < 20 || std::fabs(places[0].lat) > 75) continue;
+        for (std::size_t k = 1; k < places.size(); ++k) {
+            ASSERT_NEAR(places[k].lat, places[0].lat, 0.6) << k;
+            ASSERT_GT(std::remainder(places[k].lon - places[k - 1].lon, 360), 0) << k;
+        }
+        const auto beyond = [](const EarthPoint& place) { return std::remainder(place.lon + 80, 360); };
+        if (beyond(places.front()) < 0 && beyond(places.back()) > 0) ++over_seam;
+    }
+    EXPECT_GT(over_seam, 5);
 }
 
 /// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts.
