@@ -15,6 +15,9 @@ namespace {
 
 constexpr Gpt UPRIGHT{0.0F, 1.0F};
 constexpr Gpt SIDEWAYS{1.0F, 0.0F};
+/// Labels of one cell that may find room on paper, and those that are written one by one.
+constexpr std::size_t MOST_LEGIBLE = 20;
+constexpr std::size_t ALL_LEVELS = 100000;
 /// Fraction at which a level belongs to another side, by side.
 constexpr std::array<float, 4> FOREIGN_END{1.0F, 0.0F, 0.0F, 1.0F};
 
@@ -142,8 +145,13 @@ Lattice lattice_of(const Cont_source& source) {
 /// The cells of the lattice.
 class Lattice_scan {
   public:
-    Lattice_scan(const Lattice& lattice, std::vector<Cont_spot>* spots)
-        : lattice_(&lattice), levels_(cont_label_levels()), max_lines_(most_lines()), spots_(spots) {}
+    /// A cell that more than `most_levels` levels run through isn't labelled.
+    Lattice_scan(const Lattice& lattice, std::size_t most_levels, std::vector<Cont_spot>* spots)
+        : lattice_(&lattice),
+          levels_(cont_label_levels()),
+          max_lines_(most_lines()),
+          most_levels_(most_levels),
+          spots_(spots) {}
 
     bool has(int i, int j) const { return lattice_->column[i] || lattice_->row[j]; }
 
@@ -152,7 +160,8 @@ class Lattice_scan {
         if (!cont_cell_complete() || is_crowded()) return;
         const Cont_range range = cont_cell_range();
         if (!cont_has_values() && (range.high - range.low) / cont.intrvl > max_lines_) return;
-        levels_.within(range, ALL_LEVELS, &found_);
+        levels_.within(range, most_levels_, &found_);
+        if (found_.size() > most_levels_) return;
         for (const Cont_labelled& label : found_) {
             const Label_crossings crossings = find_label_crossings(label.level);
             if (crossings.are(0, 2) && lattice_->row[j]) spots_->push_back({label, crossings.middle(), true, 0.0F});
@@ -161,8 +170,6 @@ class Lattice_scan {
     }
 
   private:
-    static constexpr std::size_t ALL_LEVELS = 100000;
-
     /// True when the lattice is so fine that labels would crowd.
     bool is_crowded() const {
         const float dx = cont.x[1] - cont.x[0];
@@ -173,6 +180,7 @@ class Lattice_scan {
     const Lattice* lattice_;
     Cont_label_levels levels_;
     float max_lines_;
+    std::size_t most_levels_;
     std::vector<Cont_labelled> found_;
     std::vector<Cont_spot>* spots_;
 };
@@ -238,7 +246,7 @@ void Cont_label_levels::within(const Cont_range& range, std::size_t most, std::v
 void cont_lattice_spots(const Cont_source& source, std::vector<Cont_spot>* spots) {
     const GRD_report& field = *source.field;
     const Lattice lattice = lattice_of(source);
-    Lattice_scan scan(lattice, spots);
+    Lattice_scan scan(lattice, MOST_LEGIBLE, spots);
     for (int j = field.domain.ny - 2; j >= 0; --j) {
         for (int i = 0; i < field.domain.nx - 1; ++i) {
             if (!scan.has(i, j)) continue;
@@ -266,7 +274,7 @@ int CONT_draw_labels(GRD_report* grid) {
     if (!cont_start_labels(cont.scale * cont.vert_size * CONT_TEXT_SHARE)) return 0;
     const Lattice lattice = lattice_of(*grid, cont.x_label_space, cont.y_label_space);
     std::vector<Cont_spot> spots;
-    Lattice_scan scan(lattice, &spots);
+    Lattice_scan scan(lattice, ALL_LEVELS, &spots);
     for (int j = grid->domain.ny - 2; j >= 0; --j) {
         for (int i = 0; i < grid->domain.nx - 1; ++i) {
             if (!scan.has(i, j) && !cont.draw_grid) continue;

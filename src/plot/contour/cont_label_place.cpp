@@ -76,9 +76,9 @@ float mean_step(const Cont_source& source, const Cont_paper& paper) {
     return 0.0F;
 }
 
-class Placing {
+class Label_choice {
   public:
-    explicit Placing(const Cont_paper& paper) : paper_(paper), view_(PLT_room_view()) {}
+    explicit Label_choice(const Cont_paper& paper) : paper_(paper), view_(PLT_room_view()) {}
 
     /// Each spot where there is room.
     void take_all(const std::vector<Cont_spot>& spots) {
@@ -153,16 +153,16 @@ class Placing {
 void choose(const Cont_source& source, const Cont_paper& paper) {
     const bool by_user = cont.x_label_space != MISS || cont.y_label_space != MISS;
     const float step = mean_step(source, paper);
-    Placing placing(paper);
+    Label_choice choice(paper);
     std::vector<Cont_spot> spots;
     if (by_user || step > COARSE_STEP) {
         cont_lattice_spots(source, &spots);
-        placing.take_all(spots);
+        choice.take_all(spots);
         spots.clear();
     }
     if (by_user || step == 0.0F) return;
     cont_line_spots(*source.field, paper, step / static_cast<float>(source.steps), is_free, &spots);
-    placing.take_best(&spots);
+    choice.take_best(&spots);
 }
 
 }  // namespace

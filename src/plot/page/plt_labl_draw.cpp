@@ -85,6 +85,15 @@ std::vector<PLT_title_line> label_rows(bool upper, int num, const Done& done) {
     return rows;
 }
 
+/// The titles of the page as a whole.
+void tell_titles(const std::vector<PLT_title_line>& rows) {
+    for (int column = 0; column < 3; ++column) {
+        for (const PLT_title_line& row : rows) {
+            if (!row[column].empty()) gadd_page_title(row[column]);
+        }
+    }
+}
+
 /// Rows broken into as many lines as their texts need to stand apart, from the bottom up.
 std::vector<PLT_title_line> break_rows(const std::vector<PLT_title_line>& rows, const PLT_title_space& space,
                                        float height) {
@@ -110,6 +119,7 @@ Titles lay_out(const PLT_state& plot, float space, const Done& done, const Gattr
     Titles titles;
     titles.above = label_rows(true, num, done);
     titles.below = label_rows(false, num, done);
+    tell_titles(titles.above);
     titles.spare = num - static_cast<int>(titles.above.size());
     titles.step = std::min(space / static_cast<float>(num), MOST_STEP * (view.y_max - view.y_min));
     GPH_text_attr(&attrib, TEXT_SHARE * titles.step);
@@ -137,9 +147,7 @@ void print_lines(const std::vector<PLT_title_line>& lines, const PLT_title_space
         GPH_text_align(ALIGN[column], vertical);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             const Gpt point{space.anchor[column], first + static_cast<float>(i) * step};
-            if (lines[i][column].empty()) continue;
-            GPH_pprint(&point, lines[i][column]);
-            if (vertical == GBASE_VERT) gadd_page_title(lines[i][column]);
+            if (!lines[i][column].empty()) GPH_pprint(&point, lines[i][column]);
         }
     }
 }

@@ -31,6 +31,7 @@ class ContSetup : public ::testing::Test {
   protected:
     void SetUp() override {
         FLAG_reset(MISS);
+        PLT_set_letter(false);
         CLR_clear_table();
         for (const char* name : {"magenta", "lmagenta", "blue", "lblue", "cyan", "lcyan", "green", "lgreen", "brown",
                                  "yellow", "red", "lred", "dgray", "lgray", "white"}) {
