@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "calc/grd_cyclic.h"
+#include "calc/grd_part.h"
 #include "calc/grd_place.h"
 #include "calc/grd_refine.h"
 #include "calc/grd_trans.h"
@@ -21,6 +22,8 @@ struct Field {
     GRD_report grid;
     int steps = 1;           ///< steps of the field in one of the grid given
     std::vector<int> shown;  ///< column of the field for each refined column of the grid; empty: the same
+    GRD_box part;            ///< of the grid given, that the field is made of
+    int first_row = 0;       ///< row of the field that shows the lowest of the grid given
 };
 
 /// A grid as the map shows it, placed for its range and kept until it is drawn.
@@ -70,11 +73,60 @@ void hold_within(const GRD_report& given, const Cont_range& range, int n, GRD_re
     }
 }
 
-void refine(const GRD_report& grid, Field& field) {
-    field.grid = grid;
+/// Points beside those shown that their cells and the kernel of the refinement ask for.
+constexpr int MARGIN = 3;
+
+/// The columns that are marked, and some beside them; of a grid that goes round the globe all but the widest gap.
+void take_columns(const std::vector<char>& marked, bool round, GRD_box& box) {
+    const int count = static_cast<int>(marked.size());
+    int gap = 0;
+    int first = 0;  // behind the widest gap
+    for (int i = 0, run = 0; i < (round ? 2 * count : count); ++i) {
+        run = marked[static_cast<std::size_t>(i % count)] != 0 ? 0 : run + 1;
+        if (round && run > gap && run < count) {
+            gap = run;
+            first = i + 1;
+        }
+    }
+    box.column = round ? first - MARGIN : 0;
+    box.columns = round ? count - gap + 2 * MARGIN : count;
+    if (round && box.columns < count) return;
+    const auto begin = std::find(marked.begin(), marked.end(), 1);
+    const auto end = std::find(marked.rbegin(), marked.rend(), 1);
+    box.column = round ? 0 : std::max(static_cast<int>(begin - marked.begin()) - MARGIN, 0);
+    const int last =
+        round ? count - 1 : std::min(count - 1 - static_cast<int>(end - marked.rbegin()) + MARGIN, count - 1);
+    box.columns = last - box.column + 1;
+}
+
+/// The part of the grid that the map shows, all of it where that isn't known.
+GRD_box shown_part(const GRD_report& grid) {
+    const int cycle = GRD_cycle(grid.domain);
+    std::vector<char> columns(static_cast<std::size_t>(cycle > 0 ? cycle : grid.domain.nx), 0);
+    int top = grid.domain.ny;
+    int bottom = -1;
+    CONT_each_shown(grid, [&](std::size_t k) {
+        const int row = static_cast<int>(k / static_cast<std::size_t>(grid.domain.nx));
+        top = std::min(top, row);
+        bottom = std::max(bottom, row);
+        columns[(k % static_cast<std::size_t>(grid.domain.nx)) % columns.size()] = 1;
+    });
+    GRD_box box;
+    if (bottom < top) return box;
+    box.row = std::max(top - MARGIN, 0);
+    box.rows = std::min(bottom + MARGIN, grid.domain.ny - 1) - box.row + 1;
+    take_columns(columns, cycle > 0, box);
+    if (cycle > 0 && box.columns == cycle) box.columns = grid.domain.nx;
+    return box;
+}
+
+void refine(const GRD_report& given, Field& field) {
+    field.grid = given;
     if (cont.smooth < 2 || cont.cont_type == CONT_VALUE) return;
+    GRD_report grid;
     GRD_report refined;
-    if (GRD_refine(grid, cont.smooth, refined) < 0) {
+    const GRD_box part = shown_part(given);
+    if (GRD_part(given, part, grid) < 0 || GRD_refine(grid, cont.smooth, refined) < 0) {
         MESS_print(MESS_WARN, "Field not smoothed %d-fold: that makes more than %lld points, or there is no memory\n",
                    cont.smooth, GRD_MOST_REFINED);
         ZAV_note(STATUS_LAYER);
@@ -83,6 +135,23 @@ void refine(const GRD_report& grid, Field& field) {
     hold_within(grid, settled_range(grid), cont.smooth, refined);
     field.grid = std::move(refined);
     field.steps = cont.smooth;
+    field.part = part;
+}
+
+/// Makes `shown` tell of the columns of the grid given, where the field is but a part of it.
+void tell_columns(const GRD_report& given, Field& field) {
+    const GRD_box& part = field.part;
+    if (part.columns == 0) return;
+    const int cycle = GRD_cycle(given.domain);
+    std::vector<int> all(static_cast<std::size_t>(given.domain.nx * field.steps), -1);
+    for (int i = 0; i < part.columns; ++i) {
+        const int column = cycle > 0 ? GRD_turned_column(part.column + i, cycle) : part.column + i;
+        const int refined = i * field.steps;
+        all[static_cast<std::size_t>(column * field.steps)] =
+            field.shown.empty() ? refined : field.shown[static_cast<std::size_t>(refined)];
+    }
+    field.shown = std::move(all);
+    field.first_row = (part.row + part.rows - given.domain.ny) * field.steps;
 }
 
 /// False without memory.
@@ -142,7 +211,8 @@ int draw(GRD_report* grid, Field& field) {
         CONT_draw_contour(grid);
         return -1;
     }
-    const Cont_source source{grid, &field.grid, field.steps, field.shown};
+    tell_columns(*grid, field);
+    const Cont_source source{grid, &field.grid, field.steps, field.shown, field.first_row};
     if (cont_draw_about(&field.grid, &source) < 0) return -1;
     cont_write_texts(source);
     return 0;

@@ -227,6 +227,7 @@ void Cont_join::end_cell() {
 void Cont_join::skip_cell(int i) {
     below_[i] = {NOTHING, 0, 0};
     if (above_[i].layer == NOTHING && left_.layer == NOTHING) return;
+    cont_load_cell(grid_, i, row_);
     column_ = i;
     for (Edges& side : sides_) side.clear();
     settle_side(2, above_[i], above_edges_);

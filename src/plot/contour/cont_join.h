@@ -77,6 +77,10 @@ class Cont_join {
         std::size_t first;
         std::size_t count;
     };
+    struct Known {
+        double number = std::numeric_limits<double>::quiet_NaN();
+        int layer = 0;
+    };
     static constexpr int NOTHING = -1;  ///< the cell isn't drawn
     static constexpr int PIECES = -2;
     using Edges = std::vector<Edge>;
@@ -117,13 +121,9 @@ class Cont_join {
     std::array<float, 4> lower_dz_{};
     std::vector<Cont_layer> layers_;
     std::unordered_map<double, int> layer_of_;  ///< by the number of the band
-    struct Known {
-        double number = std::numeric_limits<double>::quiet_NaN();
-        int layer = 0;
-    };
-    std::array<Known, 64> known_;  ///< those looked for last
-    Edges inner_;                  ///< edges within the cell that wait for the next band's
-    std::array<Edges, 4> sides_;   ///< edges of the cell on its sides
+    std::array<Known, 64> known_;               ///< those looked for last
+    Edges inner_;                               ///< edges within the cell that wait for the next band's
+    std::array<Edges, 4> sides_;                ///< edges of the cell on its sides
     Border left_{NOTHING, 0, 0};
     Edges left_edges_;
     bool closed_;                ///< the last column of points lies on the first

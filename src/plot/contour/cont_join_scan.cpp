@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plot/background/map.h"
 #include "plot/contour/cont_join.h"
 
 namespace zav {
@@ -20,6 +21,8 @@ class Walk {
     int run(int i);
     bool is_alike(int i) const;
     bool is_placed(int i) const;
+    bool is_outside(int i) const { return (beyond(i) & beyond(i + 1)) != 0; }
+    unsigned beyond(int i) const;
     void end_strip(int j);
 
     const GRD_report& grid_;
@@ -28,6 +31,8 @@ class Walk {
     Cont_join join_;
     bool filled_ = cont_is_filled();
     Cont_edge_limits edge_ = cont_edge_limits();
+    Glim window_{};           ///< of the map
+    bool in_window_ = false;  ///< cells outside of it are left out
     int row_ = 0;
     std::size_t upper_ = 0;  ///< index of the first grid point on the upper side of the row, and on the lower
     std::size_t lower_ = 0;
@@ -36,7 +41,10 @@ class Walk {
 };
 
 Walk::Walk(const GRD_report& grid, const Cont_scan& scan)
-    : grid_(grid), scan_(scan), columns_(grid.domain.nx - 1), join_(grid, columns_) {}
+    : grid_(grid), scan_(scan), columns_(grid.domain.nx - 1), join_(grid, columns_) {
+    if (cont.grdx.empty() || MAP_get_window(&window_) != 0) return;
+    in_window_ = window_.x_min < window_.x_max && window_.y_min < window_.y_max;
+}
 
 void Walk::all_rows() {
     cont.join = &join_;
@@ -78,6 +86,10 @@ void Walk::row(int j) {
 
 /// Lets the engine draw a cell.
 void Walk::cell(int i) {
+    if (is_outside(i)) {
+        if (filled_) join_.skip_cell(i);
+        return;
+    }
     cont_load_cell(grid_, i, row_);
     scan_.traced.here = i == scan_.traced.column && row_ == scan_.traced.row;
     cont_trace_point(scan_);
@@ -100,6 +112,7 @@ int Walk::run(int i) {
     const bool traced = row_ == scan_.traced.row;
     for (; i < end && is_alike(i + 1) && is_placed(i + 1) && !(traced && i == scan_.traced.column); ++i) {
         if (!filled_) continue;
+        if (is_outside(i)) return i;
         if (join_.lies_within(i, run_layer_)) {
             join_.put_within(i, run_layer_);
         } else {
@@ -115,6 +128,19 @@ bool Walk::is_alike(int i) const {
     const float upper = values[upper_ + static_cast<std::size_t>(i)];
     const float lower = values[lower_ + static_cast<std::size_t>(i)];
     return upper > run_.above && upper <= run_.most && lower > run_.above && lower <= run_.most;
+}
+
+/// Edges of the window that both points of a column lie beyond, a bit each.
+unsigned Walk::beyond(int i) const {
+    if (!in_window_) return 0;
+    const auto code = [this](std::size_t point) {
+        const Gpt pt{cont.grdx[point], cont.grdy[point]};
+        return pt.x == FMISS ? 0U
+                             : unsigned{pt.x < window_.x_min} | unsigned{pt.x > window_.x_max} << 1U |
+                                   unsigned{pt.y < window_.y_min} << 2U | unsigned{pt.y > window_.y_max} << 3U;
+    };
+    const auto column = static_cast<std::size_t>(i);
+    return code(upper_ + column) & code(lower_ + column);
 }
 
 /// Whether the points of a column are on the map, and not about its edge.

@@ -135,7 +135,8 @@ Lattice lattice_of(const Cont_source& source) {
         if (column >= 0 && is_on_lattice(i, x)) lattice.column[column] = true;
     }
     for (int j = 0; j < source.grid->domain.ny; ++j) {
-        if (is_on_lattice(j, y)) lattice.row[j * source.steps] = true;
+        const int row = source.first_row + j * source.steps;
+        if (is_on_lattice(j, y) && row >= 0 && row < source.field->domain.ny) lattice.row[row] = true;
     }
     const auto steps = static_cast<float>(source.steps);
     lattice.cells = static_cast<float>(y) * static_cast<float>(x) * steps * steps;

@@ -47,7 +47,8 @@ int Cont_source::column(int i) const {
 bool Cont_source::position(int i, int j, Gpt* pt) const {
     if (i < 0 || j < 0 || i >= grid->domain.nx || j >= grid->domain.ny) return false;
     const int at = column(i);
-    return at >= 0 && cont_position(*field, at, j * steps, pt);
+    const int row = first_row + j * steps;
+    return at >= 0 && row >= 0 && row < field->domain.ny && cont_position(*field, at, row, pt);
 }
 
 float cont_paper_step(const Cont_source& source, const Cont_paper& paper, int i, int j) {

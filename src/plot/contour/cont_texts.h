@@ -16,6 +16,7 @@ struct Cont_source {
     const GRD_report* field;
     int steps;                      ///< steps of the field in one of the grid
     const std::vector<int>& shown;  ///< column of the field for each refined column of the grid; empty: the same
+    int first_row = 0;              ///< row of the field, from the bottom, that shows the grid's lowest; may be below 0
 
     /// Column of the field that shows one of the grid, -1 for none.
     int column(int i) const;

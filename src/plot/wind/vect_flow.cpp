@@ -28,7 +28,7 @@ constexpr float HEADS_APART = 30.0F;
 float line_distance(const Page_wind& wind) {
     const int skip = std::max(vect.xskip, vect.yskip);
     const float step = wind.grid_step();
-    return skip > 1 && step > 0.0F ? std::max(step * static_cast<float>(skip), NEAREST_LINES) : DISTANCE;
+    return vect.skip_given && step > 0.0F ? std::max(step * static_cast<float>(skip), NEAREST_LINES) : DISTANCE;
 }
 
 bool is_cut(float spd) {

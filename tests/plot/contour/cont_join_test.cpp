@@ -127,8 +127,10 @@ void set_bands(int n) {
     cont.fill_attrib[10].color = 10;
 }
 
-void draw_case(Case& c) {
+/// Draws the case, or of it what a window shows.
+void draw_case(Case& c, const Glim& window = {}) {
     MAP_domain(&c.map);
+    gset_win(2, &window);
     ASSERT_EQ(CONT_draw_contour(&c.grid), 0);
 }
 
@@ -246,6 +248,49 @@ TEST(ContJoin, LinesOfAFineFieldAreLongAndComeAfterTheFills) {
         const auto at_edge = [](const Gpt& pt) { return std::min({pt.x, pt.y, 299 - pt.x, 299 - pt.y}) == 0.0F; };
         const bool closed = line.front().x == line.back().x && line.front().y == line.back().y;
         EXPECT_TRUE(closed || (at_edge(line.front()) && at_edge(line.back())));
+    }
+}
+
+/// The middle of what is drawn.
+Glim middle_of(const std::vector<Sent_fill>& parts) {
+    Glim box{INFINITY, -INFINITY, INFINITY, -INFINITY};
+    for (const auto& part : parts) {
+        for (const Gpt& pt : part.rings[0]) {
+            box = {std::min(box.x_min, pt.x), std::max(box.x_max, pt.x), std::min(box.y_min, pt.y),
+                   std::max(box.y_max, pt.y)};
+        }
+    }
+    const float dx = (box.x_max - box.x_min) / 3;
+    const float dy = (box.y_max - box.y_min) / 3;
+    return {box.x_min + dx, box.x_max - dx, box.y_min + dy, box.y_max - dy};
+}
+
+TEST(ContJoin, AWindowShowsWhatThePiecesCoverThere) {
+    std::mt19937 random(9);
+    for (const char* map : {"ps,90,0,60,10,12,12,1", "me,0,0,20,12,1", "lcc,50,10,50,10,12,12,1"}) {
+        Case c{fine_field(80), {}};
+        c.grid.domain.proj = PROJ_LATLON;
+        c.grid.domain.clat = 50;
+        c.grid.domain.clon = 10;
+        c.grid.domain.dx = c.grid.domain.dy = 0.2F;
+        c.grid.grid[40 * 80 + 44] = FMISS;
+        DOM_init(&c.map);
+        ASSERT_EQ(DOM_decode(map, &c.map), 1);
+        std::vector<Sent_fill> parts;
+        Glim window{};
+        for (const bool joined : {false, true}) {
+            start_contours(CONT_FILL, joined);
+            set_interval(-14, 4, 7);
+            draw_case(c, window);
+            if (!joined) parts = pieces();
+            window = middle_of(parts);
+        }
+        std::uniform_real_distribution<float> any(0, 1);
+        for (int n = 0; n < 200; ++n) {
+            const double x = window.x_min + (window.x_max - window.x_min) * any(random);
+            const double y = window.y_min + (window.y_max - window.y_min) * any(random);
+            EXPECT_EQ(band_at(sent.fills, x, y), band_at(parts, x, y)) << map << ' ' << x << ' ' << y;
+        }
     }
 }
 

@@ -48,7 +48,7 @@ Domain map_domain(int proj, float plat, float clat, float clon, int nx, int ny, 
 
 using Segment = std::array<Gpt, 2>;
 
-/// From left to right, as all of them.
+/// What lies on the map, each segment from left to right, as all of them.
 std::vector<Segment> draw_on(const Domain& map, GRD_report grid, int smooth) {
     start_contours(CONT_LINE, true);
     FLAG_resetplot(1);
@@ -61,6 +61,7 @@ std::vector<Segment> draw_on(const Domain& map, GRD_report grid, int smooth) {
     std::vector<Segment> segments;
     for (const auto& line : sent.lines) {
         for (std::size_t k = 1; k < line.size(); ++k) {
+            if (MAP_in_domain(line[k].x, line[k].y) == 0 || MAP_in_domain(line[k - 1].x, line[k - 1].y) == 0) continue;
             const bool swapped = std::tie(line[k].x, line[k].y) < std::tie(line[k - 1].x, line[k - 1].y);
             segments.push_back(swapped ? Segment{line[k], line[k - 1]} : Segment{line[k - 1], line[k]});
         }
@@ -100,7 +101,7 @@ TEST(ContSeam, LinesAreThoseOfTheRolledGrid) {
     for (const auto& [name, map] : cases) {
         for (const int smooth : {1, 3}) {
             const auto lines = draw_on(map, waves(0, 0), smooth);
-            EXPECT_GT(lines.size(), 300U) << name;
+            EXPECT_GT(lines.size(), 50U) << name;
             const GRD_report others[] = {waves(-180, 0), waves(-180, 1), waves(45, 0)};
             for (const GRD_report& other : others) {
                 const auto rolled = draw_on(map, other, smooth);
@@ -109,10 +110,7 @@ TEST(ContSeam, LinesAreThoseOfTheRolledGrid) {
                     << name << ' ' << other.domain.clon << ' ' << smooth;
                 EXPECT_EQ(without_partner(rolled, lines, reach), 0)
                     << name << ' ' << other.domain.clon << ' ' << smooth;
-                for (const Segment& s : rolled) {
-                    const bool shown = MAP_in_domain(s[0].x, s[0].y) != 0 && MAP_in_domain(s[1].x, s[1].y) != 0;
-                    ASSERT_LT(shown ? apart(s[0], s[1]) : 0, 45) << name << ", across the map";
-                }
+                for (const Segment& s : rolled) ASSERT_LT(apart(s[0], s[1]), 45) << name << ", across the map";
             }
         }
     }

@@ -293,6 +293,7 @@ TEST_P(Maps, StreamlinesOfAWestWindKeepTheirLatitude) {
     Domain globe = square(PROJ_LATLON, 0, 100, 0, 72);
     globe.ny = 37;
     globe.dx = globe.dy = 5;
+    PLT_set_letter(false);
     const auto all = drawn([&] {
         Field field(globe, [](int, int) { return Gpt{10, 0}; });
         draw(field, VECT_STREAMLINES, 35, -60, 50);
@@ -316,7 +317,6 @@ TEST_P(Maps, StreamlinesOfAWestWindKeepTheirLatitude) {
 /// Lines through eddies, gaps and calms: their order, their ends, the mesh that thins them, heads and cuts.
 TEST_F(Wind, StreamlinesAreThoseOfThePage) {
     std::mt19937 random(4);
-    PLT_set_letter(true);
     const auto all = drawn([&] {
         for (int n = 0; n < 8; ++n) {
             Field field(5 + n % 4, 6 - n % 3, eddies(random));
@@ -335,7 +335,6 @@ TEST_F(Wind, StreamlinesAreThoseOfThePage) {
             EXPECT_EQ(field.draw(VECT_STREAMLINES), 0);
         }
     });
-    PLT_set_letter(false);
     expect_page(all, "streamlines");
 }
 
@@ -366,9 +365,7 @@ TEST_F(Wind, HeadsFollowTheScale) {
 
 TEST_F(Wind, AFieldWithoutAWestWindStartsNoLine) {
     Field field(11, 11, [](int, int) { return Gpt{0, 5}; });
-    PLT_set_letter(true);
     EXPECT_TRUE(drawn([&] { EXPECT_EQ(field.draw(VECT_STREAMLINES), 0); }).empty());
-    PLT_set_letter(false);
 }
 
 TEST_F(Wind, GridsThatDoNotMatchAreRefused) {
