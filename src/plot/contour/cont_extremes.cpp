@@ -12,6 +12,8 @@
 namespace zav {
 namespace {
 
+constexpr float POLE = 89.99F;
+
 /// The highest value of a block, `sign` times the grid's, and where it stands first.
 struct Peak {
     float value = -std::numeric_limits<float>::infinity();
@@ -33,6 +35,7 @@ class Extreme_search {
   public:
     Extreme_search(const GRD_report& grid, int radius)
         : values_(grid.grid.get()),
+          domain_(grid.domain),
           nx_(grid.domain.nx),
           ny_(grid.domain.ny),
           round_(PLT_letter() ? 0 : GRD_cycle(grid.domain)) {
@@ -49,6 +52,9 @@ class Extreme_search {
         for (int row = 0; row < ny_; row += side) {
             for (int column = 0; column < nx_; column += side) search_block(column, row, &found);
         }
+        for (const int row : {0, ny_ - 1}) {
+            if (is_pole(row)) search_pole(row, &found);
+        }
         std::sort(found.begin(), found.end(),
                   [](const Cont_extreme& a, const Cont_extreme& b) { return std::tie(b.j, a.i) < std::tie(a.j, b.i); });
         return found;
@@ -56,6 +62,7 @@ class Extreme_search {
 
     float distance_beyond(const Cont_extreme& extreme) const {
         const float sign = extreme.maximum ? 1.0F : -1.0F;
+        if (is_pole(ny_ - 1 - extreme.j)) return static_cast<float>(rows_below(ny_ - 1 - extreme.j, sign, ny_));
         const Peak peak{sign * extreme.value, extreme.i, ny_ - 1 - extreme.j, true};
         const int most = std::max(nx_, ny_);
         long nearest = static_cast<long>(most) * most;
@@ -74,6 +81,39 @@ class Extreme_search {
     int column_of(int column) const {
         if (column >= 0 && column < nx_) return column;
         return round_ > 0 ? GRD_turned_column(column, round_) : -1;
+    }
+
+    /// True for a row whose points are all a pole of a grid that goes round the earth.
+    bool is_pole(int row) const {
+        if (round_ == 0 || domain_.proj != PROJ_LATLON) return false;
+        const float lat = domain_.clat + (static_cast<float>(ny_ - 1) / 2.0F - static_cast<float>(row)) * domain_.dy;
+        return std::fabs(lat) > POLE;
+    }
+
+    /// Rows next to a pole's, up to `most`, whose values all lie below the pole's.
+    int rows_below(int pole, float sign, int most) const {
+        const float value = sign * at(0, pole);
+        const auto is_beyond = [&](int row, int column) { return !(sign * at(column, row) < value); };
+        for (int away = 1; away < std::min(most + 1, ny_); ++away) {
+            const int row = pole == 0 ? away : pole - away;
+            for (int column = 0; column < nx_; ++column) {
+                if (is_beyond(row, column) || cont_is_missing(at(column, row))) return away - 1;
+            }
+        }
+        return most;
+    }
+
+    /// A pole that has one value is one point, in the middle of its row.
+    void search_pole(int row, std::vector<Cont_extreme>* found) const {
+        const float value = at(0, row);
+        for (int column = 1; column < nx_; ++column) {
+            if (at(column, row) != value) return;
+        }
+        if (cont_is_missing(value)) return;
+        for (const float sign : {1.0F, -1.0F}) {
+            if (rows_below(row, sign, reach_) < std::min(reach_, ny_ - 1)) continue;
+            found->push_back({nx_ / 2, ny_ - 1 - row, value, sign > 0.0F});
+        }
     }
 
     void search_block(int first_column, int first_row, std::vector<Cont_extreme>* found) const {
@@ -143,6 +183,7 @@ class Extreme_search {
     }
 
     const float* values_;
+    const Domain& domain_;
     int nx_;
     int ny_;
     int round_;

@@ -173,6 +173,24 @@ TEST_F(ContLabel, ExtremesAreAboveOrBelowAllNear) {
     }
 }
 
+TEST_F(ContLabel, APoleIsOnePoint) {
+    for (const bool joined : {true, false}) {
+        start_contours(CONT_LINE, joined);
+        GRD_report globe = field(10, 7, [](int column, int row) {
+            return row == 0 ? 50.0F : 10.0F * std::abs(row - 4) + static_cast<float>(column % 5);
+        });
+        globe.domain.proj = PROJ_LATLON;
+        globe.domain.clat = 0;
+        globe.domain.dx = 36;
+        globe.domain.dy = 30;
+        const std::vector<Cont_extreme> found = cont_find_extremes(globe, 2);
+        const auto pole = std::find_if(found.begin(), found.end(), [](const Cont_extreme& e) { return e.j == 6; });
+        ASSERT_EQ(pole != found.end(), joined);
+        if (!joined) continue;
+        EXPECT_TRUE(pole->maximum && pole->i == 5 && cont_extreme_distance(globe, *pole) == 7);
+    }
+}
+
 /// Lines are cut at the gaps, and nothing else of them is lost.
 TEST(ContOpen, LinesGoRoundTheirGaps) {
     std::mt19937 random(5);
