@@ -354,7 +354,7 @@ int VECT_draw_vect() {
     GPH_line_attr(&text);
     draw_arrow({view.x_max - 0.01F * xsize - length, y}, 270.0F, 1.0F, ysize / vect.vert_size);
     const Gpt pt{view.x_max - 0.02F * xsize - length, y};
-    GPH_pprintf(&pt, "MAX VECTOR: %s m/s", set_num("5.3.1", vect.grid_max).c_str());
+    GPH_pprintf(&pt, "MAX VECTOR: %s %s", set_num("5.3.1", vect.grid_max).c_str(), vect.units.c_str());
     return 0;
 }
 
