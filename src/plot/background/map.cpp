@@ -80,6 +80,22 @@ float map_full_width(int proj, float y) {
     return part * part < 1.0 ? static_cast<float>(254.852 * std::sqrt(1.0 - part * part)) : 0.0F;
 }
 
+std::vector<float> map_repeats() {
+    constexpr float SLIVER = 0.01F;  ///< what rounding may leave beyond the edge
+    constexpr int MOST = 5;
+    std::vector<float> repeats{0.0F};
+    const int proj = MAP_get_proj();
+    Glim window;
+    if (PLT_letter() || (proj != PROJ_LATLON && proj != PROJ_MERCATOR) || MAP_get_window(&window) != 0) return repeats;
+    const float full = map_full_width(proj, 0.0F);
+    for (int k = 1; k <= MOST; ++k) {
+        const float to_edge = full * (static_cast<float>(k) - 0.5F) + SLIVER;
+        if (window.x_max > to_edge) repeats.push_back(full * static_cast<float>(k));
+        if (window.x_min < -to_edge) repeats.push_back(-full * static_cast<float>(k));
+    }
+    return repeats;
+}
+
 bool map_place(float lat, float lon, Point& point) {
     constexpr float FARTHEST = 720.0F;
     point = {FMISS, FMISS};

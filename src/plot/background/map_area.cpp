@@ -73,7 +73,7 @@ std::vector<EarthPoint> with_short_sides(const std::vector<EarthPoint>& polygon)
 
 }  // namespace
 
-Map_area::Map_area() : scale(PLT_paper_scale()) {
+Map_area::Map_area() : repeats(map_repeats()), scale(PLT_paper_scale()) {
     MAP_get_window(&window);
     const Domain& domain = *MAP_get_domain(nullptr);
     middle = {proj == PROJ_SATELLITE ? 0.0F : domain.plat, domain.plon};
@@ -163,9 +163,14 @@ void Map_area::fill() {
         box = {std::min(box.x_min, point.x), std::max(box.x_max, point.x), std::min(box.y_min, point.y),
                std::max(box.y_max, point.y)};
     }
-    if (box.x_max < window.x_min || box.x_min > window.x_max) return;
     if (box.y_max < window.y_min || box.y_min > window.y_max) return;
-    gfill_area(static_cast<Gint>(points.size()), points.data());
+    float drawn_at = 0.0F;
+    for (const float repeat : repeats) {
+        if (box.x_max + repeat < window.x_min || box.x_min + repeat > window.x_max) continue;
+        for (Gpt& point : points) point.x += repeat - drawn_at;
+        drawn_at = repeat;
+        gfill_area(static_cast<Gint>(points.size()), points.data());
+    }
 }
 
 }  // namespace zav

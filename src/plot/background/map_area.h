@@ -27,6 +27,7 @@ class Map_area {
     EarthPoint middle;     ///< of the map
     float south = -90.0F;  ///< latitudes that the map can show
     float north = 90.0F;
+    std::vector<float> repeats;
     Gpt scale;  ///< mm of a unit of map space
     Glim window;
     std::vector<Gpt> points;

@@ -103,6 +103,11 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
         const double of_ellipse = 254.852 * std::sqrt(1.0 - std::pow(drawn.paths[0].pts[0].y / 63.713, 2));
         EXPECT_NEAR(length, 2 * (width > 0.0 ? width : of_ellipse), 1e-2) << domain;
     }
+    // A window wider than the earth shows what comes round again.
+    dir.write("line.map", record({{10, 100}, {10, 110}}));
+    const test::Drawn twice = draw_map("ll,0,0,109,37,5,5", dir.file("line.map"));
+    ASSERT_EQ(twice.paths.size(), 2U);
+    EXPECT_NEAR(twice.paths[1].pts[0].x, twice.paths[0].pts[0].x - 360, 1e-3);
     // On a disc the points behind the limb are left out.
     const test::Drawn disc = draw_map("or:0:30,0,30,61,61,2", dir.file("round.map"));
     ASSERT_FALSE(disc.paths.empty());
@@ -256,6 +261,7 @@ TEST_F(MapBackground, LevelsSuitTheScale) {
     const std::string shipped = test::source_dir() + "/share/zav/";
     const std::map<std::string, std::string> wanted{
         {"ll,0,0,73,37,5,5", "cont_110m.map -"},
+        {"ll:0:0:0,0,180,73,37,5,5", "cont_110m.map -"},
         {"lc:90:-100:30:60:1,46,-100,57,41,1.6", "cont.map -"},
         {"lc:90:10:40:60:1,51,10,41,31,1", "cont.map -"},
         {"me,52,5,41,31,0.8", "cont_10m.map state_10m.map"},
