@@ -11,7 +11,9 @@
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "gks/gks.h"
+#include "gks/gks_colr.h"
 #include "gks/zavgks.h"
+#include "plot/background/map_area.h"
 #include "plot/background/map_state.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_tool.h"
@@ -61,6 +63,17 @@ void draw_set_lines() {
     GPH_line_attr(&attrib);
     GPH_text_attr(&attrib, map_text_height());
     if (attrib.color != CLR_NONE) MAP_lines(map_background.latln, map_background.lonln);
+}
+
+/// The edge of the earth, as the plot's frame is drawn.
+void draw_rim() {
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    ATTRIB_get("color_text", gget_inverse() != 0 ? "black" : "white", &attrib);
+    const std::vector<Gpt> rim = Map_area().rim();
+    GPH_line_attr(nullptr);
+    GPH_line_attr(&attrib);
+    if (attrib.color != CLR_NONE && !rim.empty()) gpolyline(static_cast<Gint>(rim.size()), rim.data());
 }
 
 }  // namespace
@@ -129,6 +142,7 @@ int MAP_draw(int flag) {
         }
     }
     draw_set_lines();
+    if (!PLT_letter() && (flag & MAP_PASS_PLAIN) != 0) draw_rim();
     return 0;
 }
 

@@ -134,6 +134,31 @@ Point Map_area::on_limb(EarthPoint hidden) const {
     return limb;
 }
 
+std::vector<Gpt> Map_area::rim() const {
+    constexpr int STEPS = 180;
+    constexpr double HIDDEN = 120.0 * DEGREE;  ///< way from the middle to a point that no disc shows
+    constexpr double MOLLWEIDE_HEIGHT = 63.713;
+    std::vector<Gpt> ring;
+    if (!has_limb(proj) && proj != PROJ_MOLLWEIDE) return ring;
+    constexpr float BESIDE_POLE = 89.9F;  ///< at a pole itself directions have no longitude
+    const double lat = std::clamp(middle.lat, -BESIDE_POLE, BESIDE_POLE) * DEGREE;
+    for (int i = 0; i <= STEPS; ++i) {
+        const double turn = TURN * DEGREE * i / STEPS;
+        if (proj == PROJ_MOLLWEIDE) {
+            ring.push_back({static_cast<float>(2.0 * MOLLWEIDE_HEIGHT * std::cos(turn)),
+                            static_cast<float>(MOLLWEIDE_HEIGHT * std::sin(turn))});
+            continue;
+        }
+        const double sine = std::sin(lat) * std::cos(HIDDEN) + std::cos(lat) * std::sin(HIDDEN) * std::cos(turn);
+        const double lon =
+            std::atan2(std::sin(turn) * std::sin(HIDDEN) * std::cos(lat), std::cos(HIDDEN) - std::sin(lat) * sine);
+        const Point limb = on_limb({static_cast<float>(std::asin(sine) / DEGREE), static_cast<float>(lon / DEGREE)});
+        if (limb.x == FMISS) return {};
+        ring.push_back({limb.x, limb.y});
+    }
+    return ring;
+}
+
 void Map_area::draw(const Polygon& polygon) {
     std::vector<Point> places(polygon.size());
     std::size_t seen = 0;

@@ -196,7 +196,8 @@ void Lines::parallels() {
 }
 
 void Lines::meridian(float lon) {
-    const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE;
+    const bool would_clot = !PLT_letter() && (proj == PROJ_ORTHO || proj == PROJ_AZIMUTHAL);
+    const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE || would_clot;
     const float start = short_of_poles ? -whole(89.0F / dlat) * dlat : -POLE;
     const float step = PLT_letter() ? dlat : dlat / std::ceil(dlat / LINE_STEP);
     const int steps = static_cast<int>(std::floor(-2.0F * start / step + 1e-4F));
