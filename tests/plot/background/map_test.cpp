@@ -24,10 +24,13 @@ class MapBackground : public test::MetaPlot {
     void TearDown() override {
         map_background = {};
         RES_put("map_file", "");
+        RES_put("color_text", "");
         PLT_set_letter(false);
     }
+    const char* rim = "none";  ///< colour of the earth's edge
     test::Drawn draw_map(const std::string& domain, const std::string& list, int passes = MAP_PASS_PLAIN) {
         RES_put("map_file", list);
+        RES_put("color_text", rim);
         return plot(domain, [passes] { MAP_draw(passes); });
     }
 };
@@ -114,6 +117,11 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
     for (const test::Drawn_mark& path : disc.paths) {
         for (const Gpt& pt : path.pts) EXPECT_LT(std::hypot(pt.x, pt.y), 63.8);
     }
+    rim = "1";
+    for (const char* domain : {"or:90:30,90,30,67,67,2", "or:-10:30,-10,30,67,67,2"}) {
+        const test::Drawn edge = draw_map(domain, "");
+        for (const Gpt& pt : edge.paths.back().pts) EXPECT_NEAR(std::hypot(pt.x, pt.y), 63.7, 0.1) << domain;
+    }
 }
 
 TEST_F(MapBackground, ItemsAreChosen) {
@@ -175,8 +183,8 @@ TEST_F(MapBackground, GraphsHaveNumbersAtTheirAxes) {
 TEST_F(MapBackground, LinesFollowTheLattice) {
     const std::map<std::string, float> ends{{"ps:90:-100,90,-100,61,61,2", 80},
                                             {"lc:45:-101:45,80,-101,61,61,1", 80},
-                                            {"or:60:0,60,0,61,61,2", 90},
-                                            {"la:0:-101,0,-101,141,141,2", 90}};
+                                            {"or:60:0,60,0,61,61,2", 80},
+                                            {"la:0:-101,0,-101,141,141,2", 80}};
     for (const auto& [domain, end] : ends) {
         const test::Drawn drawn = draw_map(domain, "lalo:20:40");
         std::vector<std::pair<Gpt, Gpt>> drawn_steps;
