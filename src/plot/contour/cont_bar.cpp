@@ -277,6 +277,15 @@ int CONT_draw_bar(int orient, const std::string& label) {
     return 0;
 }
 
+float CONT_bar_room() {
+    if (PLT_letter()) return 0.0F;
+    Glim page;
+    Glim view;
+    GPH_get_view_size(&page);
+    PLT_get_view(&view);
+    return std::clamp(view.y_min - page.y_min, 0.0F, MOST_HEIGHT * panel_share(page));
+}
+
 float CONT_get_bar_value(float x, float y) {
     const Glim& bar = cont.bar_lim;
     const bool inside = x >= bar.x_min && x <= bar.x_max && y >= bar.y_min && y <= bar.y_max;
