@@ -11,7 +11,9 @@
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "gks/gks.h"
+#include "gks/gks_colr.h"
 #include "gks/zavgks.h"
+#include "plot/background/map_area.h"
 #include "plot/background/map_state.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_tool.h"
@@ -63,6 +65,17 @@ void draw_set_lines() {
     if (attrib.color != CLR_NONE) MAP_lines(map_background.latln, map_background.lonln);
 }
 
+/// The edge of the earth, as the plot's frame is drawn.
+void draw_rim() {
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    ATTRIB_get("color_text", gget_inverse() != 0 ? "black" : "white", &attrib);
+    const std::vector<Gpt> rim = Map_area().rim();
+    GPH_line_attr(nullptr);
+    GPH_line_attr(&attrib);
+    if (attrib.color != CLR_NONE && !rim.empty()) gpolyline(static_cast<Gint>(rim.size()), rim.data());
+}
+
 }  // namespace
 
 bool map_shows_earth() {
@@ -78,6 +91,22 @@ float map_full_width(int proj, float y) {
     if (proj != PROJ_MOLLWEIDE) return 0.0F;
     const double part = y / 63.713;
     return part * part < 1.0 ? static_cast<float>(254.852 * std::sqrt(1.0 - part * part)) : 0.0F;
+}
+
+std::vector<float> map_repeats() {
+    constexpr float SLIVER = 0.01F;  ///< what rounding may leave beyond the edge
+    constexpr int MOST = 5;
+    std::vector<float> repeats{0.0F};
+    const int proj = MAP_get_proj();
+    Glim window;
+    if (PLT_letter() || (proj != PROJ_LATLON && proj != PROJ_MERCATOR) || MAP_get_window(&window) != 0) return repeats;
+    const float full = map_full_width(proj, 0.0F);
+    for (int k = 1; k <= MOST; ++k) {
+        const float to_edge = full * (static_cast<float>(k) - 0.5F) + SLIVER;
+        if (window.x_max > to_edge) repeats.push_back(full * static_cast<float>(k));
+        if (window.x_min < -to_edge) repeats.push_back(-full * static_cast<float>(k));
+    }
+    return repeats;
 }
 
 bool map_place(float lat, float lon, Point& point) {
@@ -113,6 +142,7 @@ int MAP_draw(int flag) {
         }
     }
     draw_set_lines();
+    if (!PLT_letter() && (flag & MAP_PASS_PLAIN) != 0) draw_rim();
     return 0;
 }
 

@@ -73,7 +73,7 @@ std::vector<EarthPoint> with_short_sides(const std::vector<EarthPoint>& polygon)
 
 }  // namespace
 
-Map_area::Map_area() : scale(PLT_paper_scale()) {
+Map_area::Map_area() : repeats(map_repeats()), scale(PLT_paper_scale()) {
     MAP_get_window(&window);
     const Domain& domain = *MAP_get_domain(nullptr);
     middle = {proj == PROJ_SATELLITE ? 0.0F : domain.plat, domain.plon};
@@ -134,6 +134,31 @@ Point Map_area::on_limb(EarthPoint hidden) const {
     return limb;
 }
 
+std::vector<Gpt> Map_area::rim() const {
+    constexpr int STEPS = 180;
+    constexpr double HIDDEN = 120.0 * DEGREE;  ///< way from the middle to a point that no disc shows
+    constexpr double MOLLWEIDE_HEIGHT = 63.713;
+    std::vector<Gpt> ring;
+    if (!has_limb(proj) && proj != PROJ_MOLLWEIDE) return ring;
+    constexpr float BESIDE_POLE = 89.9F;  ///< at a pole itself directions have no longitude
+    const double lat = std::clamp(middle.lat, -BESIDE_POLE, BESIDE_POLE) * DEGREE;
+    for (int i = 0; i <= STEPS; ++i) {
+        const double turn = TURN * DEGREE * i / STEPS;
+        if (proj == PROJ_MOLLWEIDE) {
+            ring.push_back({static_cast<float>(2.0 * MOLLWEIDE_HEIGHT * std::cos(turn)),
+                            static_cast<float>(MOLLWEIDE_HEIGHT * std::sin(turn))});
+            continue;
+        }
+        const double sine = std::sin(lat) * std::cos(HIDDEN) + std::cos(lat) * std::sin(HIDDEN) * std::cos(turn);
+        const double lon =
+            std::atan2(std::sin(turn) * std::sin(HIDDEN) * std::cos(lat), std::cos(HIDDEN) - std::sin(lat) * sine);
+        const Point limb = on_limb({static_cast<float>(std::asin(sine) / DEGREE), static_cast<float>(lon / DEGREE)});
+        if (limb.x == FMISS) return {};
+        ring.push_back({limb.x, limb.y});
+    }
+    return ring;
+}
+
 void Map_area::draw(const Polygon& polygon) {
     std::vector<Point> places(polygon.size());
     std::size_t seen = 0;
@@ -163,9 +188,14 @@ void Map_area::fill() {
         box = {std::min(box.x_min, point.x), std::max(box.x_max, point.x), std::min(box.y_min, point.y),
                std::max(box.y_max, point.y)};
     }
-    if (box.x_max < window.x_min || box.x_min > window.x_max) return;
     if (box.y_max < window.y_min || box.y_min > window.y_max) return;
-    gfill_area(static_cast<Gint>(points.size()), points.data());
+    float drawn_at = 0.0F;
+    for (const float repeat : repeats) {
+        if (box.x_max + repeat < window.x_min || box.x_min + repeat > window.x_max) continue;
+        for (Gpt& point : points) point.x += repeat - drawn_at;
+        drawn_at = repeat;
+        gfill_area(static_cast<Gint>(points.size()), points.data());
+    }
 }
 
 }  // namespace zav

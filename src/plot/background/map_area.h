@@ -13,6 +13,8 @@ class Map_area {
   public:
     Map_area();
     void add(const std::vector<EarthPoint>& record);
+    /// The edge of the earth where the map shows it as a disc or whole: a closed line, empty on other maps.
+    std::vector<Gpt> rim() const;
 
   private:
     /// Points with longitudes as differences to that in the map's middle.
@@ -27,6 +29,7 @@ class Map_area {
     EarthPoint middle;     ///< of the map
     float south = -90.0F;  ///< latitudes that the map can show
     float north = 90.0F;
+    std::vector<float> repeats;
     Gpt scale;  ///< mm of a unit of map space
     Glim window;
     std::vector<Gpt> points;

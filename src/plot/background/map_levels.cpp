@@ -2,6 +2,7 @@
 
 #include "plot/background/map_levels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -32,11 +33,14 @@ float way_on_paper(float x, float y, float direction, float km) {
 float map_scale() {
     constexpr float WAY = 10.0F;
     constexpr float EAST = 90.0F;
+    constexpr float WEST = 270.0F;
     Glim window;
     MAP_get_window(&window);
     const float x = (window.x_min + window.x_max) / 2.0F;
     const float y = (window.y_min + window.y_max) / 2.0F;
-    const float mm = std::sqrt(way_on_paper(x, y, 0.0F, WAY) * way_on_paper(x, y, EAST, WAY));
+    // One of these leads round the earth where the map's middle is the meridian at which it is cut.
+    const float across = std::min(way_on_paper(x, y, EAST, WAY), way_on_paper(x, y, WEST, WAY));
+    const float mm = std::sqrt(way_on_paper(x, y, 0.0F, WAY) * across);
     if (mm > 0.0F && std::isfinite(mm)) return WAY / mm;
     const float unit = PLT_paper_scale().y;
     return unit > 0.0F ? KM_OF_UNIT / unit : KM_OF_UNIT;

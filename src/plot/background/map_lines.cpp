@@ -60,11 +60,14 @@ void Stroke::flush() {
 class Lines {
   public:
     Lines(float lat_step, float lon_step);
+    /// Draws the whole earth's lines, moved by this distance.
+    void draw(float moved);
+
+  private:
     void parallels();
     void meridians();
     void marks() const;
 
-  private:
     /// One line's way of drawing its segments: the label is written where the line crosses an edge of the map.
     struct Line {
         std::string label;
@@ -84,7 +87,8 @@ class Lines {
     int proj = MAP_get_proj();
     int dot = map_background.dot;
     float extra = static_cast<float>(map_background.extra);
-    float off = 0.0F;  ///< of a label from its edge
+    float off = 0.0F;    ///< of a label from its edge
+    float shift = 0.0F;  ///< of the earth at work
     MAP_limits limits;
     Map_view view;
     Stroke stroke;
@@ -93,6 +97,13 @@ class Lines {
 Lines::Lines(float lat_step, float lon_step) : dlat(lat_step), dlon(lon_step) {
     MAP_get_limits(&limits);
     off = 0.01F * (limits.x_max - limits.x_min);
+}
+
+void Lines::draw(float moved) {
+    shift = moved;
+    parallels();
+    meridians();
+    marks();
 }
 
 /// True if the map is cut between two neighbouring points of a line, so that they lie far from each other on it.
@@ -136,6 +147,8 @@ void Lines::segment(EarthPoint from, EarthPoint to, const Line& line) {
 }
 
 void Lines::piece(Point from, Point to, const Line& line) {
+    from.x += shift;
+    to.x += shift;
     stroke.add(from, to);
     const float edge = line.at_left ? limits.x_min : limits.y_min;
     const float a = line.at_left ? from.x : from.y;
@@ -154,7 +167,9 @@ void Lines::piece(Point from, Point to, const Line& line) {
 
 void Lines::label_along(float lat, float lon, const std::string& label) const {
     Point point;
-    if (!map_place(lat, lon, point) || !MAP_in_domain(point.x, point.y)) return;
+    if (!map_place(lat, lon, point)) return;
+    point.x += shift;
+    if (!MAP_in_domain(point.x, point.y)) return;
     const Gpt place{point.x, point.y};
     gtext(&place, label);
 }
@@ -181,7 +196,8 @@ void Lines::parallels() {
 }
 
 void Lines::meridian(float lon) {
-    const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE;
+    const bool would_clot = !PLT_letter() && (proj == PROJ_ORTHO || proj == PROJ_AZIMUTHAL);
+    const bool short_of_poles = proj == PROJ_POLAR || proj == PROJ_LAMBERT || proj == PROJ_SATELLITE || would_clot;
     const float start = short_of_poles ? -whole(89.0F / dlat) * dlat : -POLE;
     const float step = PLT_letter() ? dlat : dlat / std::ceil(dlat / LINE_STEP);
     const int steps = static_cast<int>(std::floor(-2.0F * start / step + 1e-4F));
@@ -211,7 +227,7 @@ void Lines::mark(EarthPoint from, EarthPoint to) const {
     Point p1;
     Point p2;
     if (!map_place(from.lat, from.lon, p1) || !map_place(to.lat, to.lon, p2)) return;
-    if (std::fabs(p2.x - p1.x) < LONGEST) GPH_line(p1.x, p1.y, p2.x, p2.y);
+    if (std::fabs(p2.x - p1.x) < LONGEST) GPH_line(p1.x + shift, p1.y, p2.x + shift, p2.y);
 }
 
 void Lines::marks() const {
@@ -238,9 +254,7 @@ bool map_step_is_good(float step) {
 void map_earth_lines(float dlat, float dlon) {
     if (!map_step_is_good(dlat)) return;
     Lines lines(dlat, dlon);
-    lines.parallels();
-    lines.meridians();
-    lines.marks();
+    for (const float repeat : map_repeats()) lines.draw(repeat);
 }
 
 }  // namespace zav

@@ -15,7 +15,9 @@ constexpr std::size_t USUAL_POINTS = 1000;
 
 }  // namespace
 
-Map_run::Map_run() : letter(PLT_letter()), scale(PLT_paper_scale()) { points.reserve(USUAL_POINTS); }
+Map_run::Map_run() : letter(PLT_letter()), repeats(map_repeats()), scale(PLT_paper_scale()) {
+    points.reserve(USUAL_POINTS);
+}
 
 /// False for a ring that is but a speck on paper.
 bool Map_run::shows() const {
@@ -33,14 +35,23 @@ void Map_run::flush() {
     if (pending) points.push_back(last);
     pending = false;
     if (points.size() > 1 && shows()) {
-        const int count = static_cast<int>(points.size());
-        if (map_background.fill) {
-            gfill_area(count, points.data());
-        } else {
-            gpolyline(count, points.data());
+        float drawn_at = 0.0F;
+        for (const float repeat : repeats) {
+            for (Gpt& point : points) point.x += repeat - drawn_at;
+            drawn_at = repeat;
+            draw();
         }
     }
     points.clear();
+}
+
+void Map_run::draw() const {
+    const int count = static_cast<int>(points.size());
+    if (map_background.fill) {
+        gfill_area(count, points.data());
+    } else {
+        gpolyline(count, points.data());
+    }
 }
 
 void Map_run::place(Gpt point) {

@@ -27,9 +27,11 @@ class Map_run {
     void place(Gpt point);
     void jump(Gpt point, float side);
     bool shows() const;
+    void draw() const;
 
     int proj = MAP_get_proj();
     bool letter;
+    std::vector<float> repeats;
     Gpt scale;  ///< mm of a unit of map space
     std::vector<Gpt> points;
     Gpt last{};            ///< of the line, drawn or left out

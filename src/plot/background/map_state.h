@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "map/maptran.h"
 #include "plot/background/map.h"
@@ -33,6 +34,10 @@ float map_text_height();
 /// Width of the whole earth at map position `y` where the map is cut along a meridian and goes on at its other side:
 /// codes 2, 3 and 7. 0 on others.
 float map_full_width(int proj, float y);
+
+/// Distances by which what is drawn of the earth has to be moved to fill a window that goes on beyond the meridian at
+/// which the map is cut, 0 among them. In the letter way it is drawn once.
+std::vector<float> map_repeats();
 
 /// Position on the map. False for a point that it can't show.
 bool map_place(float lat, float lon, Point& point);

@@ -9,6 +9,7 @@
 #include "frame/flag.h"
 #include "frame/mess.h"
 #include "frame/resrc.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
@@ -53,6 +54,8 @@ class Positions {
   private:
     bool found = false;
 };
+
+constexpr double DEGREE = std::numbers::pi / 180.0;
 
 /// True when both grids can be drawn together; a message otherwise.
 bool check_grids(const GRD_report* ugrid, const GRD_report* vgrid) {
@@ -226,31 +229,72 @@ bool shows_earth() {
     return proj >= PROJ_POLAR && proj <= PROJ_LAST_MAP;
 }
 
-void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
-    float dir = 0.0F;
-    float spd = 0.0F;
+/// The wind of a grid point in plot space.
+struct Placed_wind {
+    Gpt foot;
+    float dir;
+    float spd;
+    bool southern;  ///< feathers stand on the other side
+};
+
+/// False off the map.
+bool place_wind(const GRD_report& grid, int i, int j, float u, float v, Placed_wind* wind) {
     float x = 0.0F;
     float y = 0.0F;
-    vect2wind(u, v, &dir, &spd);
-    if (vect_has_bands()) vect_band_attributes(spd);
-    if (!vect_map_position(grid, i, j, &x, &y)) return;
-    const bool southern = vect.vect_type == VECT_BARBS && WIND_is_southern(x, y);
-    dir = vect_plot_direction(grid, i, j, dir, x, y);
-    if (vect.grdx == nullptr) {
-        x = static_cast<float>(i);
-        y = static_cast<float>(grid.domain.ny - j - 1);
-    }
-    if (vect.attrib.color == CLR_NONE || !within_cuts(spd)) return;
-    if (vect.vect_type == VECT_BARBS) WIND_barb(x, y, dir, spd, vect.vect_size, 0.0F, southern);
-    if (vect.vect_type == VECT_VECTORS) draw_arrow({x, y}, dir, spd / vect.grid_max, 1.0F);
+    vect2wind(u, v, &wind->dir, &wind->spd);
+    if (!vect_map_position(grid, i, j, &x, &y)) return false;
+    wind->southern = vect.vect_type == VECT_BARBS && WIND_is_southern(x, y);
+    wind->dir = vect_plot_direction(grid, i, j, wind->dir, x, y);
+    wind->foot = {x, y};
+    if (vect.grdx == nullptr) wind->foot = {static_cast<float>(i), static_cast<float>(grid.domain.ny - j - 1)};
+    return true;
 }
 
-/// As many winds as paper holds.
+/// False for a wind that the plot's frame would cut, so that it showed another speed or none.
+bool is_whole(const Placed_wind& wind) {
+    const Glim view = PLT_paper_view();
+    const bool barb = vect.vect_type == VECT_BARBS;
+    const float length = barb ? vect.vect_size : -vect.vect_size * wind.spd / vect.grid_max;
+    const auto u = static_cast<float>(std::sin(wind.dir * DEGREE)) * length;
+    const auto v = static_cast<float>(std::cos(wind.dir * DEGREE)) * length;
+    const float side = wind.southern ? -WIND_BARB_ACROSS : WIND_BARB_ACROSS;
+    const Gpt tip{wind.foot.x + u, wind.foot.y + v};
+    const Gpt feather{tip.x + side * v, tip.y - side * u};
+    for (const Gpt& end : {tip, barb ? feather : tip}) {
+        const Gpt at = PLT_on_paper(end);
+        if (at.x < view.x_min || at.x > view.x_max || at.y < view.y_min || at.y > view.y_max) return false;
+    }
+    return true;
+}
+
+void draw_point(const GRD_report& grid, int i, int j, float u, float v) {
+    Placed_wind wind;
+    const bool placed = place_wind(grid, i, j, u, v, &wind);
+    if (vect_has_bands()) vect_band_attributes(wind.spd);
+    if (!placed || vect.attrib.color == CLR_NONE || !within_cuts(wind.spd)) return;
+    if (vect.vect_type == VECT_BARBS) {
+        WIND_barb(wind.foot.x, wind.foot.y, wind.dir, wind.spd, vect.vect_size, 0.0F, wind.southern);
+    }
+    if (vect.vect_type == VECT_VECTORS) draw_arrow(wind.foot, wind.dir, wind.spd / vect.grid_max, 1.0F);
+}
+
+/// As many winds as paper holds, each whole.
 void draw_by_room(const GRD_report& ugrid, const GRD_report& vgrid) {
     const float room = ROOM_MM * room_scale();
-    for (const PLT_grid_point& point : PLT_thin(lattice_of(ugrid, vgrid), {room, room})) {
+    PLT_lattice lattice = lattice_of(ugrid, vgrid);
+    lattice.wanted = [&, has_wind = lattice.wanted](int i, int j) {
+        const std::size_t place = place_of(ugrid, i, j);
+        Placed_wind wind;
+        return has_wind(i, j) && place_wind(ugrid, i, j, ugrid.grid[place], vgrid.grid[place], &wind) && is_whole(wind);
+    };
+    const std::vector<PLT_grid_point> points = PLT_thin(lattice, {room, room});
+    for (const PLT_grid_point& point : points) {
         const std::size_t place = place_of(ugrid, point.i, point.j);
         draw_point(ugrid, point.i, point.j, ugrid.grid[place], vgrid.grid[place]);
+    }
+    if (points.empty() && vect.min_cut == FMISS && vect.max_cut == FMISS) {
+        MESS_print(MESS_WARN, "VECT_draw: No point of the grid within the map has a wind to draw\n");
+        ZAV_note(STATUS_LAYER);
     }
 }
 
@@ -293,7 +337,6 @@ float vect_plot_direction(const GRD_report& grid, int i, int j, float dir, float
     const double dx = grid.domain.dx;
     const double dy = grid.domain.dy;
     if (vect.grdx != nullptr || on_map == FMISS || dx == dy || !(dx > 0.0 && dy > 0.0)) return on_map;
-    constexpr double DEGREE = std::numbers::pi / 180.0;
     return static_cast<float>(std::atan2(std::sin(on_map * DEGREE) / dx, std::cos(on_map * DEGREE) / dy) / DEGREE);
 }
 
@@ -354,7 +397,7 @@ int VECT_draw_vect() {
     GPH_line_attr(&text);
     draw_arrow({view.x_max - 0.01F * xsize - length, y}, 270.0F, 1.0F, ysize / vect.vert_size);
     const Gpt pt{view.x_max - 0.02F * xsize - length, y};
-    GPH_pprintf(&pt, "MAX VECTOR: %s m/s", set_num("5.3.1", vect.grid_max).c_str());
+    GPH_pprintf(&pt, "MAX VECTOR: %s %s", set_num("5.3.1", vect.grid_max).c_str(), vect.units.c_str());
     return 0;
 }
 

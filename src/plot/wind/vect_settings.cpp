@@ -37,19 +37,26 @@ void take_skip(const char* value) {
     vect.skip_given = true;
 }
 
+/// The letter way knows bars of winds by the plot parameter alone.
+void take_bar(int bar) {
+    if (!PLT_letter()) CONT_set_bar(bar);
+}
+
 /// A whole field of a plot format.
 struct Format_word {
     const char* word;
     int type;       ///< type that it names, MISS for none
     void (*act)();  ///< what else it does, null for nothing
 };
-constexpr std::array<Format_word, 6> FORMAT_WORDS = {{
+constexpr std::array<Format_word, 8> FORMAT_WORDS = {{
     {"vect", VECT_VECTORS, nullptr},
     {"stream", VECT_STREAMLINES, nullptr},
     {"strm", VECT_STREAMLINES, nullptr},
     {"barb", VECT_BARBS, nullptr},
     {"vbar", MISS, [] { VECT_set_vect(1); }},
     {"nolr", MISS, [] { FLAG_setplot(PLOT_TEXT_LR, 0); }},
+    {"bar", MISS, [] { take_bar(3); }},
+    {"nobar", MISS, [] { take_bar(-2); }},
 }};
 
 /// A field with a value.

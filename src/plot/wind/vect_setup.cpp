@@ -148,6 +148,7 @@ int VECT_plot_setup(int plot, int ind, GRD_report* ugrid, GRD_report* vgrid, Dom
     CONT_set_fill_colors(nullptr, 0);
     VECT_prompt_type();
     find_largest_speed(*ugrid, *vgrid);
+    vect.units = PLT_letter() ? "m/s" : ugrid->units;
     settle_interval();
     set_labels(*ugrid);
     if (memory.vect_type == MISS) memory = {vect.vect_type, vect.intrvl, vect.base, vect.grid_max};

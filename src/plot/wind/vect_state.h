@@ -35,6 +35,7 @@ struct Vect_state {
     float arrow_scale = 1.0F;     ///< size and spacing of the arrowheads along streamlines
     float base = FMISS;           ///< speed of one unit of arrow length; the crossing limit of streamlines
     float grid_max = FMISS;       ///< largest speed
+    std::string units;            ///< of the speeds, empty when not known
     float min_cut = FMISS;        ///< speeds outside the cuts are not drawn
     float max_cut = FMISS;        ///<
     float vect_size = 0.0F;       ///< length of the longest arrow, or of a barb's staff, in plot units

@@ -32,7 +32,7 @@ constexpr float FEATHER_STEP = 0.12F;
 constexpr float FEATHER_FOOT = 0.88F;
 constexpr float HALF_TIP = 0.94F;
 /// Lengths of feathers across the staff.
-constexpr float FULL_LENGTH = 0.5F;
+constexpr float FULL_LENGTH = WIND_BARB_ACROSS;
 constexpr float HALF_LENGTH = 0.25F;
 
 /// Feathers of a speed.

@@ -8,6 +8,9 @@ namespace zav {
 /// Share of an arrow's length that the head of `arrow` 1 has along and across.
 constexpr float WIND_HEAD = 0.2F;
 
+/// Share of a barb's size that its feathers have across the staff.
+constexpr float WIND_BARB_ACROSS = 0.5F;
+
 /// True for a point of the current map south of the equator, where feathers stand on the other side (WMO Manual on the
 /// GDPFS, plotting model).
 bool WIND_is_southern(float x, float y);

@@ -24,10 +24,13 @@ class MapBackground : public test::MetaPlot {
     void TearDown() override {
         map_background = {};
         RES_put("map_file", "");
+        RES_put("color_text", "");
         PLT_set_letter(false);
     }
+    const char* rim = "none";  ///< colour of the earth's edge
     test::Drawn draw_map(const std::string& domain, const std::string& list, int passes = MAP_PASS_PLAIN) {
         RES_put("map_file", list);
+        RES_put("color_text", rim);
         return plot(domain, [passes] { MAP_draw(passes); });
     }
 };
@@ -103,11 +106,21 @@ TEST_F(MapBackground, LinesGoOnAtTheOtherEdge) {
         const double of_ellipse = 254.852 * std::sqrt(1.0 - std::pow(drawn.paths[0].pts[0].y / 63.713, 2));
         EXPECT_NEAR(length, 2 * (width > 0.0 ? width : of_ellipse), 1e-2) << domain;
     }
+    // A window wider than the earth shows what comes round again.
+    dir.write("line.map", record({{10, 100}, {10, 110}}));
+    const test::Drawn twice = draw_map("ll,0,0,109,37,5,5", dir.file("line.map"));
+    ASSERT_EQ(twice.paths.size(), 2U);
+    EXPECT_NEAR(twice.paths[1].pts[0].x, twice.paths[0].pts[0].x - 360, 1e-3);
     // On a disc the points behind the limb are left out.
     const test::Drawn disc = draw_map("or:0:30,0,30,61,61,2", dir.file("round.map"));
     ASSERT_FALSE(disc.paths.empty());
     for (const test::Drawn_mark& path : disc.paths) {
         for (const Gpt& pt : path.pts) EXPECT_LT(std::hypot(pt.x, pt.y), 63.8);
+    }
+    rim = "1";
+    for (const char* domain : {"or:90:30,90,30,67,67,2", "or:-10:30,-10,30,67,67,2"}) {
+        const test::Drawn edge = draw_map(domain, "");
+        for (const Gpt& pt : edge.paths.back().pts) EXPECT_NEAR(std::hypot(pt.x, pt.y), 63.7, 0.1) << domain;
     }
 }
 
@@ -170,8 +183,8 @@ TEST_F(MapBackground, GraphsHaveNumbersAtTheirAxes) {
 TEST_F(MapBackground, LinesFollowTheLattice) {
     const std::map<std::string, float> ends{{"ps:90:-100,90,-100,61,61,2", 80},
                                             {"lc:45:-101:45,80,-101,61,61,1", 80},
-                                            {"or:60:0,60,0,61,61,2", 90},
-                                            {"la:0:-101,0,-101,141,141,2", 90}};
+                                            {"or:60:0,60,0,61,61,2", 80},
+                                            {"la:0:-101,0,-101,141,141,2", 80}};
     for (const auto& [domain, end] : ends) {
         const test::Drawn drawn = draw_map(domain, "lalo:20:40");
         std::vector<std::pair<Gpt, Gpt>> drawn_steps;
@@ -256,6 +269,7 @@ TEST_F(MapBackground, LevelsSuitTheScale) {
     const std::string shipped = test::source_dir() + "/share/zav/";
     const std::map<std::string, std::string> wanted{
         {"ll,0,0,73,37,5,5", "cont_110m.map -"},
+        {"ll:0:0:0,0,180,73,37,5,5", "cont_110m.map -"},
         {"lc:90:-100:30:60:1,46,-100,57,41,1.6", "cont.map -"},
         {"lc:90:10:40:60:1,51,10,41,31,1", "cont.map -"},
         {"me,52,5,41,31,0.8", "cont_10m.map state_10m.map"},

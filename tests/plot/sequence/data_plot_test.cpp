@@ -156,6 +156,8 @@ TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
         cont = Cont_state{};
         vect.vert_size = 44;
         vect.vect_size = 1;
+        vect.grid_max = 20;
+        vect.units = "kt";
         CONT_set_range(20, 0);
         CONT_set_intrvl(5);
         cont.color_num = 4;
@@ -170,8 +172,8 @@ TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
         PLT_layer_requests() = {};
     });
     std::map<std::string, int> texts;
-    for (const test::Drawn_mark& text : drawn.texts) texts[text.str.substr(0, 10)]++;
-    EXPECT_EQ(texts["MAX VECTOR"], frames);
+    for (const test::Drawn_mark& text : drawn.texts) texts[text.str]++;
+    EXPECT_EQ(texts["MAX VECTOR:  20.0 kt"], frames);
     EXPECT_EQ(texts["15"], frames);
 }
 

@@ -238,6 +238,13 @@ TEST_F(Wind, SizesAreThoseOfPaper) {
         const auto length = [](const Stroke& s) {
             return std::hypot(s.pts[1].x - s.pts[0].x, s.pts[1].y - s.pts[0].y);
         };
+        for (const Stroke& stroke : all) {  // none is cut by the frame
+            const auto inside = [&](const Gpt& pt) {
+                return std::min(pt.x, pt.y) >= 0 && pt.x < points && pt.y < points;
+            };
+            const bool all_of = std::all_of(stroke.pts.begin(), stroke.pts.end(), inside);
+            EXPECT_TRUE(all_of || map.proj != MISS || std::string(format) == "vect:sk=1");
+        }
         EXPECT_NEAR(length(all[all.size() - 3]) * PLT_PAGE_MM, length(all[0]) * mm, 1e-3);
         return text_format("%.2f %.2f", length(all[0]) * mm, length(all[1]) * mm);
     };
