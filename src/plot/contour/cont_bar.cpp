@@ -22,6 +22,7 @@ constexpr float LEAST_HEIGHT = 0.01F;
 constexpr float LEFT_MARGIN = 0.03F;  ///< in widths of the plot
 constexpr float GAP = 0.15F;          ///< to the plot, in heights of the bar
 constexpr float TEXT_SHARE = 0.35F;   ///< of the bar's height
+constexpr float NUMBER_SPACE = 0.9F;  ///< between numbers, in their heights
 constexpr int MOST_BOXES = 200;
 constexpr int LABELLED_BOXES = 15;
 constexpr int BLINKS = 4;
@@ -185,7 +186,7 @@ bool stand_apart(const std::vector<Bar_text>& texts, int skip, float height) {
         if (text.box % skip != 0) continue;
         if (last != nullptr) {
             const float widths = ginq_text_size(last->text, height).x + ginq_text_size(text.text, height).x;
-            if (text.pt.x - last->pt.x < widths / 2.0F + height / 2.0F) return false;
+            if (text.pt.x - last->pt.x < widths / 2.0F + NUMBER_SPACE * height) return false;
         }
         last = &text;
     }

@@ -1,6 +1,7 @@
 /// Gaps in contour lines behind their labels.
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "plot/contour/cont_texts.h"
@@ -9,12 +10,16 @@
 namespace zav {
 namespace {
 
+/// Shortest piece between two gaps, in millimetres.
+constexpr float SHORTEST = 2.0F;
+
 struct State {
     PLT_boxes gaps;
     Cont_paper paper;
     std::vector<int> near;                        ///< gaps that a segment may meet
     std::vector<std::pair<float, float>> hidden;  ///< parts of a segment within gaps, as fractions of it
     std::vector<Gpt> piece;                       ///< what is drawn on from here
+    bool from_gap = false;                        ///< the piece begins at a gap
 };
 State state;
 
@@ -49,6 +54,23 @@ void send_piece() {
     state.piece.clear();
 }
 
+float piece_length() {
+    float length = 0.0F;
+    for (std::size_t k = 1; k < state.piece.size(); ++k) {
+        const Gpt a = state.paper.at(state.piece[k - 1]);
+        const Gpt b = state.paper.at(state.piece[k]);
+        length += std::hypot(b.x - a.x, b.y - a.y);
+    }
+    return length;
+}
+
+/// Ends the piece at a gap. A stub between two texts would be read as a minus.
+void end_piece() {
+    if (state.from_gap && piece_length() < SHORTEST) state.piece.clear();
+    send_piece();
+    state.from_gap = true;
+}
+
 Gpt between(const Gpt& a, const Gpt& b, float d) { return {a.x + (b.x - a.x) * d, a.y + (b.y - a.y) * d}; }
 
 /// Goes on from the point reached to `b`; the piece at work is empty within a gap.
@@ -59,7 +81,7 @@ void draw_segment(const Gpt& a, const Gpt& b) {
             if (state.piece.empty()) state.piece.push_back(between(a, b, done));
             state.piece.push_back(between(a, b, first));
         }
-        send_piece();
+        end_piece();
         done = std::max(done, last);
     }
     if (done >= 1.0F) return;
@@ -79,6 +101,7 @@ void cont_open_gap(const Glim& box, const Cont_paper& paper) {
 int cont_open_line(Gint num_pt, const Gpt* pts) {
     if (state.gaps.all().empty()) return cont.polyline(num_pt, pts);
     state.piece.clear();
+    state.from_gap = false;
     for (Gint i = 1; i < num_pt; ++i) {
         find_hidden(state.paper.at(pts[i - 1]), state.paper.at(pts[i]));
         draw_segment(pts[i - 1], pts[i]);

@@ -8,6 +8,7 @@
 #include "calc/grd_trans.h"
 #include "frame/resrc.h"
 #include "plot/contour/cont_state.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 
@@ -33,9 +34,20 @@ constexpr std::array<Rounding, 8> ROUNDINGS = {{
 /// Number of whole intervals between the first level and the last; INT_MAX stands for all beyond it.
 int count_levels() {
     const double range = static_cast<double>(cont.conhi) - static_cast<double>(cont.conlo);
-    const double count = (0.01 + range) / static_cast<double>(cont.intrvl);
+    const double intrvl = cont.intrvl;
+    // Levels of a field in small units lie closer than the slack of the others.
+    const double slack = PLT_letter() ? 0.01 : std::min(0.01, 0.5 * intrvl);
+    const double count = (slack + range) / intrvl;
     if (std::isnan(count)) return 0;
     return static_cast<int>(std::clamp<double>(count, -1, std::numeric_limits<int>::max()));
+}
+
+/// A small value rounded up at its first digit.
+float leading_digit(float value) {
+    constexpr double TOLERANCE = 1e-4;
+    const double step = std::pow(10.0, std::floor(std::log10(std::fabs(double{value}))));
+    const double rounded = std::ceil(value / step - TOLERANCE) * step;
+    return std::isfinite(rounded) ? static_cast<float>(rounded) : value;
 }
 
 /// Interval given by the user, by the resource, or by the rule. False when no range is known.
@@ -64,7 +76,8 @@ float CONT_calc_intrvl(float max, float min, int num) {
         const float scaled = value * step.down / step.up;
         return static_cast<float>(step.up * std::ceil(static_cast<double>(scaled)) / step.down);
     }
-    return value == 0.0F ? 1.0F : value;
+    if (value == 0.0F) return 1.0F;
+    return PLT_letter() ? value : leading_digit(value);
 }
 
 void cont_set_levels(float max, float min) {

@@ -58,7 +58,9 @@ float cont_paper_step(const Cont_source& source, const Cont_paper& paper, int i,
 
 /// Decimals that tell the levels apart, the same for all values of a plot.
 int cont_decimals();
+/// A value with so many decimals; with an exponent where these are more than CONT_MOST_DECIMALS.
 std::string cont_value_text(float value, int decimals);
+constexpr int CONT_MOST_DECIMALS = 6;
 
 // Heights of marks, as shares of `text_size`.
 constexpr float CONT_LETTER_SHARE = 0.02F;

@@ -8,7 +8,7 @@
 #include "gks/gks_text.h"
 #include "gks/zavgks.h"
 #include "plot/background/map.h"
-#include "plot/contour/cont_state.h"
+#include "plot/contour/cont_texts.h"
 #include "plot/page/plt_paper.h"
 #include "plot/page/plt_thin.h"
 #include "plot/page/plt_tool.h"
@@ -26,6 +26,13 @@ constexpr float SPACE_BELOW = 1.2F;
 constexpr float FRAME_MM = 0.5F;
 /// Least scale of numbers that still take room.
 constexpr float LEAST_SCALE = 0.2F;
+/// Digits that the range of the values shows.
+constexpr int RANGE_DIGITS = 2;
+
+struct State {
+    int decimals = 0;  ///< of all values of a plot
+};
+State state;
 
 Gtext_hor side_of_point() {
     if (cont.x_off < 0.0F) return GRIGHT_HOR;
@@ -46,8 +53,30 @@ float text_height() {
     return cont.scale * TEXT_MM / PLT_paper_scale().y;
 }
 
+/// True when no value differs from its text with so many decimals.
+bool all_fit(const GRD_report& grid, int decimals) {
+    const double scale = std::pow(10.0, decimals);
+    const auto points = static_cast<std::size_t>(grid.domain.nx) * static_cast<std::size_t>(grid.domain.ny);
+    return std::all_of(grid.grid.get(), grid.grid.get() + points, [scale](float value) {
+        const double scaled = value * scale;
+        return cont_is_missing(value) || std::fabs(std::nearbyint(scaled) - scaled) <= 1e-6 * std::fabs(scaled);
+    });
+}
+
+/// Decimals that tell the values of a plot apart, the same for all of them; none for codes and counts.
+int decimals_of(const GRD_report& grid) {
+    const float range = cont.grid_max > cont.grid_min ? cont.grid_max - cont.grid_min : std::fabs(cont.grid_max);
+    if (!std::isfinite(range) || range == 0.0F) return 0;
+    const int most = RANGE_DIGITS - 1 - static_cast<int>(std::floor(std::log10(range)));
+    int decimals = 0;
+    while (decimals < most && decimals <= CONT_MOST_DECIMALS && !all_fit(grid, decimals)) ++decimals;
+    return decimals;
+}
+
 std::string value_text(float value) {
-    return cont.num_form.empty() ? set_num("1.1.0", value) : format_value(cont.num_form, value);
+    if (!cont.num_form.empty()) return format_value(cont.num_form, value);
+    if (PLT_letter()) return set_num("1.1.0", value);
+    return cont_value_text(value, state.decimals);
 }
 
 /// Draws the value of column `i`, row `j` from the bottom, if it has one and a place.
@@ -125,6 +154,7 @@ void draw_by_room(const GRD_report& grid) {
 
 void cont_draw_values(const GRD_report& grid) {
     if (cont.ln_lab_attr.color == CLR_NONE) return;
+    state.decimals = decimals_of(grid);
     const Gtext_align align{side_of_point(), GHALF_VERT};
     gset_text_align(&align);
     gset_text_width(0.0F);

@@ -41,13 +41,15 @@ struct Page_settings {
 };
 
 struct State {
-    int fill = 0;   ///< 1 if a layer fills areas, so that the map goes over the data
-    int bar = 0;    ///< 1 once the colour bar of this frame is drawn
-    int vbar = 0;   ///< 1 once the vector key of this frame is drawn
-    int vfunc = 0;  ///< 1 while a plot function of two grids is asked for
-    int map = 0;    ///< 1: a variable is a map layer; -1: the page begins with a panel and has no map layer
-    int panel = 0;  ///< panels begun in this frame
-    int drawn = 0;  ///< layers drawn on the page outside of panels
+    int fill = 0;       ///< 1 if a layer fills areas, so that the map goes over the data
+    int first = 0;      ///< first variable of this frame
+    bool under = true;  ///< the map lies under the data of this frame
+    int bar = 0;        ///< 1 once the colour bar of this frame is drawn
+    int vbar = 0;       ///< 1 once the vector key of this frame is drawn
+    int vfunc = 0;      ///< 1 while a plot function of two grids is asked for
+    int map = 0;        ///< 1: a variable is a map layer; -1: the page begins with a panel and has no map layer
+    int panel = 0;      ///< panels begun in this frame
+    int drawn = 0;      ///< layers drawn on the page outside of panels
     Page_settings page;
 };
 State state;
@@ -162,10 +164,19 @@ void clear_panel() {
     GPH_trans(2);
 }
 
-/// The map goes over layers that would hide it, unless the user says how.
-bool map_goes_over() {
+/// True if a layer of this frame names a kind that fills areas.
+bool will_fill() {
+    if (PLT_letter()) return false;
+    for (int i = state.first; i < VAR_get_num() && VAR_is_PANEL(i) == 0; i++) {
+        if (VAR_is_plot_GRID(i) != 0 && fills_areas(VAR_get_type(i))) return true;
+    }
+    return false;
+}
+
+/// The map goes over layers that fill areas and would hide it, unless the user says how.
+bool map_goes_over(bool fill) {
     const int order = CONT_get_map_order();
-    return order == MISS ? state.fill != 0 : order == CONT_UNDER_MAP;
+    return order == MISS ? fill : order == CONT_UNDER_MAP;
 }
 
 void end_frame() {
@@ -196,6 +207,7 @@ int DATA_plot_init() {
 int DATA_new_frame() {
     PLT_set_overlay(0);
     PLT_room().clear();
+    state.under = true;
     state.bar = 0;
     state.vbar = 0;
     return 0;
@@ -215,6 +227,7 @@ int DATA_plot_start() {
     }
     GPH_trans(2);
     keep_page();
+    state.first = 0;
     // A page that begins with a panel has no map of its own: each panel draws one.
     if (state.map == -1) {
         DATA_new_frame();
@@ -236,12 +249,15 @@ int DATA_plot_end() {
 }
 
 int DATA_map_underlay() {
-    const bool lines = state.map != 1 && !map_goes_over();
+    // A second map would show beside the smoothed lines of the one over the data.
+    state.under = state.map == 1 || !map_goes_over(state.fill != 0 || will_fill());
+    const bool lines = state.map != 1 && state.under;
     return MAP_draw(lines ? MAP_PASS_UNDER | MAP_PASS_PLAIN : MAP_PASS_UNDER);
 }
 
 int DATA_map_overlay() {
-    if (state.map == 1 || !map_goes_over()) return MAP_draw(MAP_PASS_OVER);
+    const bool over = !state.under || map_goes_over(state.fill != 0);
+    if (state.map == 1 || !over) return MAP_draw(MAP_PASS_OVER);
     MAP_fill_cont(state.fill);
     return MAP_draw(MAP_PASS_OVER | MAP_PASS_PLAIN);
 }
@@ -339,6 +355,7 @@ int DATA_plot_panel(int ind, Domain* domain) {
     PLT_panel(0.0F);
     if (state.drawn > 0) clear_panel();
     MAP_setup(domain);
+    state.first = ind + 1;
     DATA_plot_begin();
     state.panel++;
     return 0;

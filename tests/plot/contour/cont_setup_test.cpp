@@ -63,7 +63,8 @@ TEST_F(ContSetup, IntervalIsRoundedUpAtItsLeadingDigit) {
         EXPECT_NEAR(intrvl / (digit * std::ceil(steps)), 1.0, 1e-5) << share;
     }
     EXPECT_FLOAT_EQ(CONT_calc_intrvl(5.0F, 5.0F, 7), 1.0F);
-    EXPECT_FLOAT_EQ(CONT_calc_intrvl(0.0005F, 0.0F, 10), 0.00005F);  // as it is
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(0.0005F, 0.0F, 10), 0.00005F);
+    EXPECT_FLOAT_EQ(CONT_calc_intrvl(2.73e-8F, 0.0F, 1), 3e-8F);
     EXPECT_FLOAT_EQ(CONT_calc_intrvl(30.0F, 0.0F, 0), 30.0F);
     EXPECT_FLOAT_EQ(CONT_calc_intrvl(3.0F, 0.0F, 1), 3.0F);
 }
