@@ -17,7 +17,7 @@
 namespace zav {
 namespace {
 
-constexpr int COMPRESSION = 2;  // a higher one takes up to twice as long for some per cent
+constexpr int COMPRESSION = 2;                       // a higher one takes up to twice as long for some per cent
 constexpr double PRINTED_WIDTH = 768 * 0.0254 / 72;  // metres of the longer side
 constexpr std::size_t PALETTE_SIZE = 256;
 
