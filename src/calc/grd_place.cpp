@@ -162,8 +162,9 @@ class Columns {
 /// Columns within a window, and the next ones beside it.
 std::vector<Column> cylinder_columns(const Meridians& lines, const Window& window) {
     Columns columns(lines);
+    constexpr double FAR = 1e15;  // columns of any step, as whole numbers
     const auto at_or_left = [&](double east) {
-        return static_cast<long long>(std::floor((east - lines.first) / lines.step));
+        return static_cast<long long>(std::clamp(std::floor((east - lines.first) / lines.step), -FAR, FAR));
     };
     if (lines.cycle > 0) {
         columns.add_run(at_or_left(window.west), at_or_left(window.east) + 1, 0.0);
@@ -202,9 +203,11 @@ std::vector<Column> columns_of(const Meridians& lines, const Map_frame& frame) {
     return columns.list;
 }
 
-/// True for an open grid that lies within one turn of the map as it is.
+/// True for an open grid that lies within one turn of the map as it is, and for one of more turns than make sense.
 bool lies_plainly(const Meridians& lines, const Map_frame& frame) {
+    constexpr double MOST_TURNS = 4.0;
     if (lines.cycle > 0) return false;
+    if (lines.last() - lines.first > MOST_TURNS * TURN) return true;
     if (frame.round == Round::CLOSED) return true;
     if (!(lines.first > -HALF_TURN && lines.last() < HALF_TURN)) return false;
     if (frame.round == Round::CUT) return true;

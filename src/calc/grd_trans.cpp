@@ -117,6 +117,29 @@ void project_each(const Domain& grid, const Domain& map, std::vector<float>& xs,
     for (std::size_t i = 0; i < xs.size(); ++i) to_map(&xs[i], &ys[i]);
 }
 
+/// Value at a place of a grid with values; `cycle` columns go round the globe, 0 if the grid ends at its last one.
+float value_at(const GRD_report* grid, float x, float y, int cycle) {
+    const int nx = grid->domain.nx;
+    const int ny = grid->domain.ny;
+    if (cycle > 0) x -= static_cast<float>(cycle) * std::floor(x / static_cast<float>(cycle));
+    const bool inside = x >= 0.0F && x <= (cycle > 0 ? cycle : nx - OVERSHOOT) && y >= 0.0F && y <= ny - OVERSHOOT;
+    if (!inside) return FMISS;
+    const int i = std::min(static_cast<int>(x), nx - 1);
+    const int j = std::min(static_cast<int>(y), ny - 1);
+    const float fx = x - static_cast<float>(i);
+    const float fy = y - static_cast<float>(j);
+    const bool last_column = cycle == 0 && i + 1 > nx - OVERSHOOT;
+    const bool last_row = j + 1 > ny - OVERSHOOT;
+    const float* row = &grid->grid[static_cast<std::ptrdiff_t>(j) * nx];
+    const int next = last_column || i + 1 < nx ? i + 1 : 0;
+    const float z1 = row[i];
+    const float z2 = last_column || last_row ? z1 : row[next];
+    const float z3 = last_row ? 0.0F : row[nx + i];
+    const float z4 = last_column || last_row ? z1 : row[nx + next];
+    if (z1 == FMISS || z2 == FMISS || z3 == FMISS || z4 == FMISS) return FMISS;
+    return (1 - fy) * (1 - fx) * z1 + (1 - fy) * fx * z2 + (1 - fx) * fy * z3 + fx * fy * z4;
+}
+
 /// True for a lattice of tiles whose size stays within an int.
 bool lattice_fits(int tiles, int points) {
     constexpr long long MOST_POINTS = 1 << 30;
@@ -183,27 +206,12 @@ int GRD_proj_XY(const GRD_report* grid, const Domain* domain, std::vector<float>
 
 float GRD_get_value(const GRD_report* grid, float x, float y) {
     if (!has_values(grid)) return FMISS;
-    const int nx = grid->domain.nx;
-    const int ny = grid->domain.ny;
-    const bool beside = x < 0.0F || x > static_cast<float>(nx - 1);
-    const int cycle = beside ? GRD_cycle(grid->domain) : 0;
-    if (cycle > 0) x -= static_cast<float>(cycle) * std::floor(x / static_cast<float>(cycle));
-    const bool inside = x >= 0.0F && x <= (cycle > 0 ? cycle : nx - OVERSHOOT) && y >= 0.0F && y <= ny - OVERSHOOT;
-    if (!inside) return FMISS;
-    const int i = std::min(static_cast<int>(x), nx - 1);
-    const int j = std::min(static_cast<int>(y), ny - 1);
-    const float fx = x - static_cast<float>(i);
-    const float fy = y - static_cast<float>(j);
-    const bool last_column = cycle == 0 && i + 1 > nx - OVERSHOOT;
-    const bool last_row = j + 1 > ny - OVERSHOOT;
-    const float* row = &grid->grid[static_cast<std::ptrdiff_t>(j) * nx];
-    const int next = last_column || i + 1 < nx ? i + 1 : 0;
-    const float z1 = row[i];
-    const float z2 = last_column || last_row ? z1 : row[next];
-    const float z3 = last_row ? 0.0F : row[nx + i];
-    const float z4 = last_column || last_row ? z1 : row[nx + next];
-    if (z1 == FMISS || z2 == FMISS || z3 == FMISS || z4 == FMISS) return FMISS;
-    return (1 - fy) * (1 - fx) * z1 + (1 - fy) * fx * z2 + (1 - fx) * fy * z3 + fx * fy * z4;
+    const bool beside = x < 0.0F || x > static_cast<float>(grid->domain.nx - 1);
+    return value_at(grid, x, y, beside ? GRD_cycle(grid->domain) : 0);
+}
+
+float GRD_get_value_open(const GRD_report* grid, float x, float y) {
+    return has_values(grid) ? value_at(grid, x, y, 0) : FMISS;
 }
 
 float GRD_get_value_domain(const GRD_report* grid, const Domain* domain, float* x, float* y) {

@@ -23,6 +23,9 @@ int GRD_proj_XY(const GRD_report* grid, const Domain* domain, std::vector<float>
 /// that goes round the globe has its first column behind the last, and so on for any number of turns.
 float GRD_get_value(const GRD_report* grid, float x, float y);
 
+/// The same, FMISS beyond the last column of any grid.
+float GRD_get_value_open(const GRD_report* grid, float x, float y);
+
 /// Value at map position (*x, *y) of `domain`, or of the current map when that is null or unset. The position
 /// comes back in grid coordinates.
 float GRD_get_value_domain(const GRD_report* grid, const Domain* domain, float* x, float* y);

@@ -15,14 +15,14 @@ struct State {
 State state;
 
 int peek(std::FILE* ifile) {
-    const int c = std::getc(ifile);
+    const int c = getc_unlocked(ifile);
     if (c != EOF) std::ungetc(c, ifile);
     return c;
 }
 
 /// Passes over a newline that the last read left.
 void skip_newline(std::FILE* ifile) {
-    const int c = std::getc(ifile);
+    const int c = getc_unlocked(ifile);
     if (c != '\n' && c != EOF) std::ungetc(c, ifile);
 }
 
@@ -56,7 +56,7 @@ int fgetnline(std::FILE* ifile, std::string& string, int len) {
     skip_newline(ifile);
     if (peek(ifile) == EOF) return -1;
     while (static_cast<int>(string.size()) < len) {
-        const int c = std::getc(ifile);
+        const int c = getc_unlocked(ifile);
         if (c == '\n') std::ungetc(c, ifile);
         if (c == '\n' || c == EOF) break;
         string += static_cast<char>(c);
@@ -84,7 +84,7 @@ int fskipline(std::FILE* ifile) {
 void fskiprest(std::FILE* ifile) {
     int c = 0;
     do {
-        c = std::getc(ifile);
+        c = getc_unlocked(ifile);
     } while (c != '\n' && c != EOF);
     if (c == '\n') std::ungetc(c, ifile);
 }
@@ -93,11 +93,11 @@ int fgetword(std::FILE* ifile, std::string& word, int len) {
     word.clear();
     int c = 0;
     do {
-        c = std::getc(ifile);
+        c = getc_unlocked(ifile);
     } while (is_space(c));
     while (c != EOF && !is_space(c) && static_cast<int>(word.size()) < len) {
         word += static_cast<char>(c);
-        c = std::getc(ifile);
+        c = getc_unlocked(ifile);
     }
     if (c != EOF) std::ungetc(c, ifile);
     return word.empty() ? -1 : 1;

@@ -22,12 +22,21 @@ struct name_file {
     std::string reported;  // path whose absence was reported
 };
 
+/// A line of the table of models; any source if it is MISS.
+struct model_line {
+    int source = MISS;
+    int model = MISS;
+    std::string name;
+};
+
 struct State {
     std::string model_str;
     std::string level_str;
     std::string time_str;
     name_file models{"mod_name.lup", "VAR_model", {}, {}};
     name_file sources{"source.lup", "VAR_source", {}, {}};
+    std::vector<model_line> model_lines;
+    int model_changes = 0;  ///< of the file when they were read
 };
 State state;
 
@@ -72,6 +81,18 @@ bool read_model(const std::string& line, int& source, int& model, std::string& n
     }
     name = rest_of_line(ptr);
     return !name.empty();
+}
+
+/// Takes the table of models apart if it was read anew.
+void read_models() {
+    const LookupLines& file = state.models.lines;
+    if (state.model_changes == file.changes()) return;
+    state.model_changes = file.changes();
+    state.model_lines.clear();
+    for (const std::string& line : file.lines()) {
+        model_line item;
+        if (read_model(line, item.source, item.model, item.name)) state.model_lines.push_back(item);
+    }
 }
 
 /// One line of the variable menu file, its continuation lines joined.
@@ -161,12 +182,9 @@ std::string VAR_model(int rmod) {
     const int model = with_source ? rmod % 1000 : rmod;
     const int source = with_source ? rmod / 1000 : MISS;
     if (!load(state.models)) return "";
-    for (const std::string& line : state.models.lines.lines()) {
-        int line_source = MISS;
-        int line_model = MISS;
-        std::string name;
-        if (!read_model(line, line_source, line_model, name) || line_model != model) continue;
-        if (line_source == MISS || line_source == source) return name;
+    read_models();
+    for (const model_line& line : state.model_lines) {
+        if (line.model == model && (line.source == MISS || line.source == source)) return line.name;
     }
     return "";
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "gks/cairo/gks_cairo_pen.h"
 #include "gks/cairo/gks_cairo_state.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_tran.h"
@@ -31,10 +32,24 @@ struct Dashes {
 constexpr std::array<Dashes, 6> DASHES = {{{0, {}}, {0, {}}, {1, {6}}, {2, {3, 6}}, {4, {6, 6, 3, 6}}, {1, {2}}}};
 
 struct State {
+    Color line_color;
     double line_width = -1;  ///< points, as the page has it
     int line_type = -1;
 };
 State state;
+
+/// Pixels that a raster has for a point.
+double picture_scale() { return gcairo_page_layout().scale / gcairo_page_layout().fineness; }
+
+struct Picture_point {
+    double x, y;
+};
+/// The place of output units on a raster.
+Picture_point picture_point(float x, float y) {
+    const Gpicture_layout& layout = gcairo_page_layout();
+    const double scale = picture_scale();
+    return {(x + layout.margin) * scale, (layout.page_height - layout.margin - y) * scale};
+}
 
 bool is_raster() { return gcairo_picture().format == Gpicture_format::png; }
 
@@ -105,10 +120,28 @@ cairo_pattern_t* make_pattern(const Color& color, int pattern) {
     return source;
 }
 
+const Dashes& dashes_of(int type) {
+    return DASHES[type > 0 && type < static_cast<int>(DASHES.size()) ? static_cast<std::size_t>(type) : 1];
+}
+
+/// Strokes the path of a raster.
+void stroke_pixels(bool round) {
+    const double scale = picture_scale();
+    Gcairo_brush brush{
+        state.line_color.red, state.line_color.grn, state.line_color.blu, state.line_width * scale, round, {}};
+    const Dashes& dashes = dashes_of(state.line_type);
+    for (int i = 0; i < dashes.count; ++i) brush.dashes.push_back(dashes.lengths[static_cast<std::size_t>(i)] * scale);
+    gcairo_pen_stroke(brush);
+}
+
 void stroke_path(cairo_line_cap_t cap, cairo_line_join_t join) {
     cairo_t* page = gcairo_page();
     if (page == nullptr) return;
-    cairo_set_antialias(page, gcairo_page_layout().fineness > 1 ? CAIRO_ANTIALIAS_FAST : CAIRO_ANTIALIAS_DEFAULT);
+    if (is_raster()) {
+        stroke_pixels(cap == CAIRO_LINE_CAP_ROUND);
+        return;
+    }
+    cairo_set_antialias(page, CAIRO_ANTIALIAS_DEFAULT);
     cairo_set_line_cap(page, cap);
     cairo_set_line_join(page, join);
     cairo_stroke(page);
@@ -122,11 +155,25 @@ void gcairo_move(float x, float y) { gcairo_move_abs(xW_ps(x), yW_ps(y)); }
 void gcairo_line(float x, float y) { gcairo_line_abs(xW_ps(x), yW_ps(y)); }
 
 void gcairo_move_abs(float x, float y) {
-    if (cairo_t* page = gcairo_page()) cairo_move_to(page, x, y);
+    cairo_t* page = gcairo_page();
+    if (page == nullptr) return;
+    if (is_raster()) {
+        const Picture_point point = picture_point(x, y);
+        gcairo_pen_move(point.x, point.y);
+    } else {
+        cairo_move_to(page, x, y);
+    }
 }
 
 void gcairo_line_abs(float x, float y) {
-    if (cairo_t* page = gcairo_page()) cairo_line_to(page, x, y);
+    cairo_t* page = gcairo_page();
+    if (page == nullptr) return;
+    if (is_raster()) {
+        const Picture_point point = picture_point(x, y);
+        gcairo_pen_line(point.x, point.y);
+    } else {
+        cairo_line_to(page, x, y);
+    }
 }
 
 void gcairo_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
@@ -142,7 +189,8 @@ void gcairo_rings(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
 void gcairo_set_pen(int color, float width, int type) {
     cairo_t* page = gcairo_page();
     if (page == nullptr) return;
-    set_color(page, line_color(color));
+    state.line_color = line_color(color);
+    set_color(page, state.line_color);
     const Gpicture_layout& layout = gcairo_page_layout();
     const int factor = gpseudo_width(color);
     const double multiple = factor > 1 ? factor : gget_line_print_bold();
@@ -154,7 +202,7 @@ void gcairo_set_pen(int color, float width, int type) {
     }
     if (type == state.line_type) return;
     state.line_type = type;
-    const Dashes& dashes = DASHES[type > 0 && type < static_cast<int>(DASHES.size()) ? type : 1];
+    const Dashes& dashes = dashes_of(type);
     cairo_set_dash(page, dashes.lengths.data(), dashes.count, 0);
 }
 
@@ -213,6 +261,7 @@ void gcairo_clip(float left, float bottom, float right, float top) {
         x1 = std::ceil(x1);
         y0 = std::ceil(y0);
         y1 = std::floor(y1);
+        gcairo_pen_clip(x0, y1, x1, y0);
         cairo_device_to_user(page, &x0, &y0);
         cairo_device_to_user(page, &x1, &y1);
     }

@@ -30,6 +30,7 @@ constexpr double RASTER_LENGTH = 756, RASTER_MARGIN = 6;  // points
 constexpr double PAPER_MARGIN = 18;                       // points
 constexpr double PAPER_LINE = 0.33, SCREEN_LINE = 0.64;   // points; the latter one pixel of a usual PNG
 constexpr double FINEST_RASTER = 16e6;                    // pixels; a larger one needs no finer drawing
+constexpr double LONGEST_RASTER = 16000;                  // pixels; Cairo has 15 bits for twice as many
 
 struct Size {
     double width, height;
@@ -187,7 +188,9 @@ Gpicture_layout gcairo_layout(const Gpicture& picture) {
     Gpicture_layout layout;
     if (picture.format == Gpicture_format::png) {
         const double pixels = std::max(picture.width, picture.height) / (RASTER_LENGTH + 2 * RASTER_MARGIN);
-        layout.fineness = picture.width * picture.height <= FINEST_RASTER ? 2 : 1;
+        const bool small = picture.width * picture.height <= FINEST_RASTER &&
+                           std::max(picture.width, picture.height) <= LONGEST_RASTER;
+        layout.fineness = small ? 2 : 1;
         layout.scale = pixels * layout.fineness;
         layout.page_width = picture.width / pixels;
         layout.page_height = picture.height / pixels;

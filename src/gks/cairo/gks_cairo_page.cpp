@@ -19,6 +19,7 @@
 #include "frame/status.h"
 #include "frame/string.h"
 #include "gks/cairo/gks_cairo.h"
+#include "gks/cairo/gks_cairo_pen.h"
 #include "gks/cairo/gks_cairo_state.h"
 #include "gks/gks_tran.h"
 
@@ -178,8 +179,8 @@ void paint_ground() {
 bool begin_surface() {
     state.surface.reset(make_surface());
     state.context.reset(cairo_create(state.surface.get()));  // of no surface: a context in error
-    const cairo_status_t status = cairo_status(state.context.get());
-    if (status == CAIRO_STATUS_SUCCESS) return true;
+    const bool good = cairo_status(state.context.get()) == CAIRO_STATUS_SUCCESS;
+    if (good && (!is_png() || gcairo_pen_begin(state.surface.get(), state.layout.fineness))) return true;
     gerr_printf("gopen_ws", "no memory for a picture of this size\n");
     state.context.reset();
     state.surface.reset();
@@ -234,6 +235,7 @@ void end_surface() {
     if (!state.surface) return;
     if (is_pdf()) write_metadata();
     state.context.reset();
+    gcairo_pen_end();
     cairo_surface_finish(state.surface.get());
     if (cairo_surface_status(state.surface.get()) != CAIRO_STATUS_SUCCESS) state.complete = false;
     state.surface.reset();
@@ -285,6 +287,7 @@ void gcairo_break_off() {
         return;
     }
     state.out.abandon();
+    gcairo_pen_end();
     state.context.reset();
     state.surface.reset();
     state.pixels.reset();

@@ -23,6 +23,8 @@ constexpr int EOC = 0xFFD9;
 
 constexpr std::uint64_t MAX_TILES = 1024;
 constexpr int MAX_LAYERS = 64;
+constexpr std::size_t WORTH_THREADS = 50000;  // bytes
+constexpr int MOST_THREADS = 4;
 constexpr int MIN_PRECINCT = 4;  ///< power of two below which precincts outnumber what the image justifies
 
 /// Size of the image, if tiles and components are what a field may have. `marker` is the position of SIZ.
@@ -174,6 +176,7 @@ bool jpeg2000_decode(const unsigned char* data, std::size_t size, std::size_t ma
     opj_dparameters_t parameters{};
     opj_set_default_decoder_parameters(&parameters);
     if (!opj_setup_decoder(codec.get(), &parameters)) return false;
+    if (size >= WORTH_THREADS) opj_codec_set_threads(codec.get(), std::clamp(opj_get_num_cpus(), 1, MOST_THREADS));
     opj_image_t* raw = nullptr;
     const bool header = opj_read_header(stream.get(), codec.get(), &raw);
     const image_ptr owner(raw);

@@ -70,6 +70,8 @@ int CONT_draw_labels(GRD_report* grid);
 int CONT_draw_maxmin(GRD_report* grid);
 /// Draws the colour bar below the plot (`orient` 1). 0, or -1 if no bar can be drawn.
 int CONT_draw_bar(int orient, const std::string& label);
+/// Height of the page below the plot that a bar with its numbers may take; 0 with the plot parameter "letter".
+float CONT_bar_room();
 /// Value of the bar's box under a page position, FMISS beside the bar.
 float CONT_get_bar_value(float x, float y);
 /// Makes the band under the pointer blink for the event "f-Al...".

@@ -17,7 +17,7 @@
 namespace zav {
 namespace {
 
-constexpr float MOST_HEIGHT = 0.035F;  ///< of the bar with its texts
+constexpr float MOST_HEIGHT = 0.035F;  ///< of the bar with its texts, on a whole page
 constexpr float LEAST_HEIGHT = 0.01F;
 constexpr float LEFT_MARGIN = 0.03F;  ///< in widths of the plot
 constexpr float GAP = 0.15F;          ///< to the plot, in heights of the bar
@@ -87,6 +87,14 @@ bool find_levels() {
     return cont.intrvl != 0.0F && cont.intrvl != FMISS;
 }
 
+/// Size of the panel in that of the page, by its longer side.
+float panel_share(const Glim& panel) {
+    float x = 1.0F;
+    float y = 1.0F;
+    if (PLT_letter() || ginq_maxview(PLT_get_work_type(), &x, &y) != 0) return 1.0F;
+    return std::max((panel.x_max - panel.x_min) / x, (panel.y_max - panel.y_min) / y);
+}
+
 /// Places the bar in the page. False without room for it.
 bool place_bar() {
     Glim page;
@@ -94,8 +102,10 @@ bool place_bar() {
     GPH_get_view_size(&page);
     PLT_get_view(&view);
     const bool inside = PLT_get_full_lab() != 0;
-    const float height = inside ? MOST_HEIGHT : std::min(view.y_min - page.y_min, MOST_HEIGHT);
-    if (height < LEAST_HEIGHT) return false;
+    const float share = panel_share(page);
+    const float most = MOST_HEIGHT * share;
+    const float height = inside ? most : std::min(view.y_min - page.y_min, most);
+    if (height < LEAST_HEIGHT * share) return false;
     const float width = view.x_max - view.x_min;
     cont.bar_lim.x_min = view.x_min + LEFT_MARGIN * width;
     cont.bar_lim.x_max = view.x_min + width / 2.0F;
@@ -265,6 +275,15 @@ int CONT_draw_bar(int orient, const std::string& label) {
     GPH_rect(cont.bar_lim.x_min, middle_height(), cont.bar_lim.x_max, cont.bar_lim.y_max);
     draw_bar_label(label);
     return 0;
+}
+
+float CONT_bar_room() {
+    if (PLT_letter()) return 0.0F;
+    Glim page;
+    Glim view;
+    GPH_get_view_size(&page);
+    PLT_get_view(&view);
+    return std::clamp(view.y_min - page.y_min, 0.0F, MOST_HEIGHT * panel_share(page));
 }
 
 float CONT_get_bar_value(float x, float y) {

@@ -21,8 +21,7 @@ auto ends_of(const Cont_chains::Segment& segment) { return std::minmax(segment.f
 /// doesn't go round an area without rain.
 bool is_drawn(const Cont_chains::Segment& segment, float level) {
     if (!segment.on_points) return true;
-    const bool may_be_flat = level == 0.0F || level <= cont.grid_min;
-    return !may_be_flat || (segment.below && segment.above);
+    return !cont_may_be_flat(level) || (segment.below && segment.above);
 }
 
 }  // namespace

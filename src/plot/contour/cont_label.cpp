@@ -9,6 +9,7 @@
 #include "gks/gks_text.h"
 #include "gks/zavgks.h"
 #include "plot/contour/cont_texts.h"
+#include "plot/page/plt_tool.h"
 
 namespace zav {
 namespace {
@@ -164,6 +165,7 @@ class Lattice_scan {
         levels_.within(range, most_levels_, &found_);
         if (found_.size() > most_levels_) return;
         for (const Cont_labelled& label : found_) {
+            if (!PLT_letter() && is_beside(range, label.level)) continue;
             const Label_crossings crossings = find_label_crossings(label.level);
             if (crossings.are(0, 2) && lattice_->row[j]) spots_->push_back({label, crossings.middle(), true, 0.0F});
             if (crossings.are(1, 3) && lattice_->column[i]) spots_->push_back({label, crossings.middle(), false, 0.0F});
@@ -171,6 +173,11 @@ class Lattice_scan {
     }
 
   private:
+    /// True for a level that the cell has on its rim only, and whose line may have been left out there.
+    static bool is_beside(const Cont_range& range, float level) {
+        return cont_may_be_flat(level) && !(range.low < level && range.high > level);
+    }
+
     /// True when the lattice is so fine that labels would crowd.
     bool is_crowded() const {
         const float dx = cont.x[1] - cont.x[0];

@@ -75,6 +75,8 @@ Cont_ladder cont_ladder() {
 
 bool cont_is_missing(float value) { return value == FMISS || !std::isfinite(value); }
 
+bool cont_may_be_flat(float level) { return level == 0.0F || level <= cont.grid_min; }
+
 bool cont_is_cut(float level) {
     if (cont.min_cut != FMISS && level < cont.min_cut) return true;
     return cont.max_cut != FMISS && level > cont.max_cut;

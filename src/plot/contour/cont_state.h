@@ -222,6 +222,9 @@ bool cont_is_missing(float value);
 /// True when `level` lies outside a set `min_cut` or `max_cut`.
 bool cont_is_cut(float level);
 
+/// True for a level that whole areas may have, such as nought where it doesn't rain: no line goes round these.
+bool cont_may_be_flat(float level);
+
 /// Sets colour, linetype and width for the line at `nlevel` from entry `entry` of the bands.
 void cont_set_line_attributes(int entry, float nlevel);
 

@@ -11,6 +11,7 @@
 namespace zav {
 namespace {
 
+constexpr int MOST_DECIMALS = 9;
 /// Part of an interval by which a level may differ from its text.
 constexpr double LEVEL_TOLERANCE = 1e-4;
 
@@ -82,12 +83,19 @@ int cont_decimals() {
         return std::all_of(levels.begin(), levels.end(),
                            [&](double level) { return fits(level, LEVEL_TOLERANCE * gap, decimals); });
     };
-    while (decimals <= CONT_MOST_DECIMALS && !all_fit()) ++decimals;
-    return decimals;
+    while (decimals < MOST_DECIMALS && !all_fit()) ++decimals;
+    return cont_readable_decimals(decimals);
+}
+
+int cont_readable_decimals(int decimals) {
+    constexpr int READABLE = 6;
+    constexpr float SMALL = 1e-3F;
+    const bool is_small = std::max(std::fabs(cont.grid_max), std::fabs(cont.grid_min)) < SMALL;
+    return decimals > READABLE && is_small ? CONT_EXPONENT : std::min(decimals, MOST_DECIMALS);
 }
 
 std::string cont_value_text(float value, int decimals) {
-    if (decimals > CONT_MOST_DECIMALS) return text_format("%.2e", double{value});
+    if (decimals == CONT_EXPONENT) return text_format("%.2e", double{value});
     const double scale = std::pow(10.0, decimals);
     const bool is_zero = std::fabs(value * scale) < 0.5;  // without a sign
     return text_format("%.*f", decimals, is_zero ? 0.0 : double{value});

@@ -58,9 +58,11 @@ float cont_paper_step(const Cont_source& source, const Cont_paper& paper, int i,
 
 /// Decimals that tell the levels apart, the same for all values of a plot.
 int cont_decimals();
-/// A value with so many decimals; with an exponent where these are more than CONT_MOST_DECIMALS.
+/// Stands for decimals too many to read: values get an exponent.
+constexpr int CONT_EXPONENT = -1;
+/// So many decimals, or an exponent in place of more than six for a field of small values.
+int cont_readable_decimals(int decimals);
 std::string cont_value_text(float value, int decimals);
-constexpr int CONT_MOST_DECIMALS = 6;
 
 // Heights of marks, as shares of `text_size`.
 constexpr float CONT_LETTER_SHARE = 0.02F;

@@ -69,8 +69,8 @@ int decimals_of(const GRD_report& grid) {
     if (!std::isfinite(range) || range == 0.0F) return 0;
     const int most = RANGE_DIGITS - 1 - static_cast<int>(std::floor(std::log10(range)));
     int decimals = 0;
-    while (decimals < most && decimals <= CONT_MOST_DECIMALS && !all_fit(grid, decimals)) ++decimals;
-    return decimals;
+    while (decimals < most && !all_fit(grid, decimals)) ++decimals;
+    return cont_readable_decimals(decimals);
 }
 
 std::string value_text(float value) {

@@ -61,6 +61,8 @@ bool has_room(int lab) {
     return true;
 }
 
+bool is_drawn(int lab) { return FLAG_getplot(PLOT_TEXT_UL + lab) && has_room(lab); }
+
 PLT_title_space title_space(const PLT_state& plot, bool upper) {
     const Glim& view = plot.dis_view;
     const float width = view.x_max - view.x_min;
@@ -78,7 +80,7 @@ std::vector<PLT_title_line> label_rows(bool upper, int num, const Done& done) {
     std::vector<PLT_title_line> rows(static_cast<std::size_t>(std::min(num, PLT_OVERLAYS)));
     for (int column = 0; column < 3; ++column) {
         const int lab = upper ? column : 3 + column;
-        if (!FLAG_getplot(PLOT_TEXT_UL + lab) || !has_room(lab)) continue;
+        if (!is_drawn(lab)) continue;
         const std::size_t last = done[lab] ? 1 : rows.size();
         for (std::size_t i = 0; i < last; ++i) rows[i][column] = PLT_get_label(lab, static_cast<int>(i));
     }
@@ -141,10 +143,11 @@ Titles lay_out(const PLT_state& plot, float space, const Done& done, const Gattr
 }
 
 void print_lines(const std::vector<PLT_title_line>& lines, const PLT_title_space& space, float first, float step,
-                 int vertical) {
+                 bool upper) {
     constexpr std::array<int, 3> ALIGN{GLEFT_HOR, GCENTER_HOR, GRIGHT_HOR};
     for (int column = 0; column < 3; ++column) {
-        GPH_text_align(ALIGN[column], vertical);
+        if (!is_drawn(upper ? column : 3 + column)) continue;
+        GPH_text_align(ALIGN[column], upper ? GBASE_VERT : GCAP_VERT);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             const Gpt point{space.anchor[column], first + static_cast<float>(i) * step};
             if (!lines[i][column].empty()) GPH_pprint(&point, lines[i][column]);
@@ -161,10 +164,9 @@ void print_titles(const PLT_state& plot, const Titles& titles) {
         return plot.full_lab ? -GAP * step - num * step : GAP * step;
     };
     const auto last_below = static_cast<float>(titles.spare + static_cast<int>(titles.below.size())) - 1.0F;
-    print_lines(titles.above, title_space(plot, true), plot.dis_view.y_max + gap(titles.above) + base, step,
-                GBASE_VERT);
+    print_lines(titles.above, title_space(plot, true), plot.dis_view.y_max + gap(titles.above) + base, step, true);
     print_lines(titles.below, title_space(plot, false),
-                plot.dis_view.y_min - gap(titles.below) - last_below * step + base, step, GCAP_VERT);
+                plot.dis_view.y_min - gap(titles.below) - last_below * step + base, step, false);
 }
 
 }  // namespace

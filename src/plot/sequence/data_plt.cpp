@@ -149,7 +149,7 @@ void clear_panel() {
     PLT_get_view(&view);
     GPH_get_view_size(&panel);
     PLT_get_view_offsets(&margins);
-    const float below = margins.y_min * (panel.y_max - panel.y_min);
+    const float below = std::max(margins.y_min * (panel.y_max - panel.y_min), CONT_bar_room());
     const float above = margins.y_max * (panel.y_max - panel.y_min);
     const std::array<Gpt, 5> area{{{view.x_min, view.y_min - below},
                                    {view.x_max, view.y_min - below},

@@ -118,10 +118,8 @@ class Line {
             gx = x;
             gy = static_cast<float>(ugrid.domain.ny - 1) - y;
         }
-        // As the grid has it: lines end at its last column, also where that is followed by the first.
-        const bool inside = gx >= 0.0F && gx <= static_cast<float>(ugrid.domain.nx - 1);
-        u = inside ? GRD_get_value(&ugrid, gx, gy) : FMISS;
-        v = inside ? GRD_get_value(&vgrid, gx, gy) : FMISS;
+        u = GRD_get_value_open(&ugrid, gx, gy);
+        v = GRD_get_value_open(&vgrid, gx, gy);
     }
 
     /// Counts the place and tells whether its mesh cell lets the line through.

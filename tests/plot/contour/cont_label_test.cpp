@@ -253,7 +253,7 @@ TEST(ContLabelText, AllLevelsHaveTheDecimalsThatTheyNeed) {
     };
     for (const Case& c : {Case{FMISS, 4, {}, "1012"}, Case{FMISS, 2.5F, {}, "1012.5"}, Case{0.25F, 1, {}, "1012.50"},
                           Case{FMISS, 1e-5F, {}, "1012.50000"}, Case{0, 0, {0.1F, 0.5F, 25}, "1012.5"},
-                          Case{0, 0, {1000, 1004, 1008}, "1012"}, Case{FMISS, 1e-30F, {}, "1012.500000000"}}) {
+                          Case{0, 0, {1000, 1004, 1008}, "1012"}, Case{FMISS, 1e-30F, {}, "1.01e+03"}}) {
         start_contours(CONT_LINE);
         set_interval(0, c.interval, 5);
         cont.base = c.base;
