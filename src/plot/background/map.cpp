@@ -96,7 +96,7 @@ float map_full_width(int proj, float y) {
 std::vector<float> map_repeats() {
     constexpr float SLIVER = 0.01F;  ///< what rounding may leave beyond the edge
     constexpr int MOST = 5;
-    std::vector<float> repeats{0.0F};
+    std::vector<float> repeats{-0.0F};  // which added leaves every number as it is, -0 too
     const int proj = MAP_get_proj();
     Glim window;
     if (PLT_letter() || (proj != PROJ_LATLON && proj != PROJ_MERCATOR) || MAP_get_window(&window) != 0) return repeats;
