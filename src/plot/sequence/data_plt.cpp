@@ -41,13 +41,14 @@ struct Page_settings {
 };
 
 struct State {
-    int fill = 0;   ///< 1 if a layer fills areas, so that the map goes over the data
-    int bar = 0;    ///< 1 once the colour bar of this frame is drawn
-    int vbar = 0;   ///< 1 once the vector key of this frame is drawn
-    int vfunc = 0;  ///< 1 while a plot function of two grids is asked for
-    int map = 0;    ///< 1: a variable is a map layer; -1: the page begins with a panel and has no map layer
-    int panel = 0;  ///< panels begun in this frame
-    int drawn = 0;  ///< layers drawn on the page outside of panels
+    int fill = 0;          ///< 1 if a layer fills areas, so that the map goes over the data
+    int bar = 0;           ///< 1 once the colour bar of this frame is drawn
+    int vbar = 0;          ///< 1 once the vector key of this frame is drawn
+    int vfunc = 0;         ///< 1 while a plot function of two grids is asked for
+    int map = 0;           ///< 1: a variable is a map layer; -1: the page begins with a panel and has no map layer
+    int panel = 0;         ///< panels begun in this frame
+    int drawn = 0;         ///< layers drawn on the page outside of panels
+    bool put_off = false;  ///< the map waits for a layer that hides it
     Page_settings page;
 };
 State state;
@@ -168,6 +169,14 @@ bool map_goes_over() {
     return order == MISS ? state.fill != 0 : order == CONT_UNDER_MAP;
 }
 
+/// True if a layer behind `ind`, in the same panel, is of a kind that hides the map.
+bool fill_comes(int ind) {
+    for (int i = ind + 1; i < VAR_get_num() && VAR_is_PANEL(i) == 0; i++) {
+        if (VAR_is_plot_GRID(i) != 0 && fills_areas(VAR_get_type(i))) return true;
+    }
+    return false;
+}
+
 void end_frame() {
     DATA_map_overlay();
     PLT_labels();
@@ -201,8 +210,9 @@ int DATA_new_frame() {
     return 0;
 }
 
-int DATA_plot_begin() {
+int DATA_plot_begin(int ind) {
     DATA_new_frame();
+    state.put_off = !PLT_letter() && CONT_get_map_order() == MISS && fill_comes(ind);
     return DATA_map_underlay();
 }
 
@@ -219,7 +229,7 @@ int DATA_plot_start() {
     if (state.map == -1) {
         DATA_new_frame();
     } else {
-        DATA_plot_begin();
+        DATA_plot_begin(-1);
     }
     state.panel = 0;
     state.drawn = 0;
@@ -236,12 +246,12 @@ int DATA_plot_end() {
 }
 
 int DATA_map_underlay() {
-    const bool lines = state.map != 1 && !map_goes_over();
+    const bool lines = state.map != 1 && !map_goes_over() && !state.put_off;
     return MAP_draw(lines ? MAP_PASS_UNDER | MAP_PASS_PLAIN : MAP_PASS_UNDER);
 }
 
 int DATA_map_overlay() {
-    if (state.map == 1 || !map_goes_over()) return MAP_draw(MAP_PASS_OVER);
+    if (state.map == 1 || !(map_goes_over() || state.put_off)) return MAP_draw(MAP_PASS_OVER);
     MAP_fill_cont(state.fill);
     return MAP_draw(MAP_PASS_OVER | MAP_PASS_PLAIN);
 }
@@ -339,7 +349,7 @@ int DATA_plot_panel(int ind, Domain* domain) {
     PLT_panel(0.0F);
     if (state.drawn > 0) clear_panel();
     MAP_setup(domain);
-    DATA_plot_begin();
+    DATA_plot_begin(ind);
     state.panel++;
     return 0;
 }

@@ -34,8 +34,9 @@ struct DATA_info {
 int DATA_plot_init();
 /// Once per frame: selects the plot area and draws the map below the data.
 int DATA_plot_start();
-/// Once per panel: the same without selecting the plot area.
-int DATA_plot_begin();
+/// Once per panel: the same without selecting the plot area. The layers behind `ind` tell whether one will hide the
+/// map, which then is drawn above the data alone.
+int DATA_plot_begin(int ind);
 /// Draws the map above the data and the labels.
 int DATA_plot_end();
 /// Starts labels, colour bar and vector key anew.
