@@ -51,9 +51,11 @@ bool open_stream(const std::string& filename, int f_access, GRD_file* gfile) {
     constexpr std::array<const char*, 3> modes = {"r", "w", "a"};
     if (f_access < 0 || f_access > 2) return false;
     gfile->file = FILE_open(filename, modes[static_cast<std::size_t>(f_access)]);
-    // Fields are looked through with many short steps back and forth, which a small buffer loses at each.
-    constexpr std::size_t buffer = std::size_t{1} << 16;
-    if (gfile->file && f_access == 0) std::setvbuf(gfile->file.get(), nullptr, _IOFBF, buffer);
+    if (gfile->file && f_access == 0) {
+        // Fields are looked through in many short steps back and forth, which a small buffer is filled anew for.
+        gfile->buffer.resize(std::size_t{1} << 16);
+        std::setvbuf(gfile->file.get(), gfile->buffer.data(), _IOFBF, gfile->buffer.size());
+    }
     gfile->fd = 1;
     return gfile->file != nullptr;
 }

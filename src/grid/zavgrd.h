@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "files/date.h"
 #include "frame/tools.h"
@@ -74,11 +75,12 @@ struct GRD_info {
 
 /// An open grid file.
 struct GRD_file {
-    file_ptr file;       ///< the data; null for netCDF
-    file_ptr hfile;      ///< GRIB index file, null if none
-    std::string datim;   ///< date line of the file
-    Date date;           ///< date of the file
-    int fd = -1;         ///< netCDF handle; 1 for stream files
+    std::vector<char> buffer;  ///< of the data's stream, which it outlives
+    file_ptr file;             ///< the data; null for netCDF
+    file_ptr hfile;            ///< GRIB index file, null if none
+    std::string datim;         ///< date line of the file
+    Date date;                 ///< date of the file
+    int fd = -1;               ///< netCDF handle; 1 for stream files
     int grid = 0;        ///< GRIB: edition of the first message, 10 for edition 0 of centre 98; netCDF: "grid_type"
     int type = 0;        ///< file type
     int itype = 0;       ///< subtype: 3 for binary files of type 4; GRIB header style; netCDF data set code

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "files/files.h"
 #include "frame/mess.h"
@@ -167,7 +168,7 @@ int draw_lines(const std::string& text) {
 }
 
 int draw_one_file(const std::string& path, const std::string& name, bool visible) {
-    constexpr std::size_t BLOCK = 1U << 16U;
+    std::vector<char> buffer(1U << 16U);
     const file_ptr file = FILE_open_data(path);
     if (file == nullptr) {
         MESS_print(MESS_WARN, "MAP_process: Map file not found: %s\n", name.c_str());
@@ -175,7 +176,7 @@ int draw_one_file(const std::string& path, const std::string& name, bool visible
         return -1;
     }
     PLT_mess("Map: %s", name.c_str());
-    std::setvbuf(file.get(), nullptr, _IOFBF, BLOCK);
+    std::setvbuf(file.get(), buffer.data(), _IOFBF, buffer.size());
     if (visible) MAP_map(file.get());
     return 0;
 }
