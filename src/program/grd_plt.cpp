@@ -3,6 +3,7 @@
 #include "program/grd_plt.h"
 
 #include "calc/grd_calc.h"
+#include "calc/grd_trans.h"
 #include "files/date.h"
 #include "files/files.h"
 #include "frame/flag.h"
@@ -151,13 +152,32 @@ void begin_plot(const Domain* domain) {
     MAP_fill_cont(0);
 }
 
-/// Draws a page, or on a display a frame, for each time that has data. False if none has. Data that lie outside of the
-/// map are told of, but not again at a redraw, whose map the user chose.
+/// Tells of fields without a single value, whose chart is empty.
+void tell_empty() {
+    for (int i = 0; i < VAR_get_num(); i++) {
+        const GRD_report* grid = GRD_get_grid(i);
+        float max = FMISS;
+        float min = FMISS;
+        if (VAR_is_fit_GRID(i) == 0 || GRD_maxmin(grid, &max, &min) != 0 || max != FMISS) continue;
+        const std::string what = VAR_make_datatype(grid->time, grid->ltype, grid->level, grid->var, grid->units);
+        MESS_print(MESS_WARN, "No point of the grid has a value: %s\n", what.c_str());
+        ZAV_note(STATUS_LAYER);
+    }
+}
+
+/// Tells of data that the page won't show, but not again at a redraw, whose map the user chose.
+void tell_unseen(const Domain* domain, bool redraw) {
+    if (redraw) return;
+    tell_empty();
+    GRD_tell_outside(domain);
+}
+
+/// Draws a page, or on a display a frame, for each time that has data. False if none has.
 bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domain* domain, bool redraw) {
     int pages = 0;
     for (int i = 0; i < static_cast<int>(times.size()); i++) {
         if (!find_time(times[i], &data.date)) continue;
-        if (!redraw) GRD_tell_outside(domain);
+        tell_unseen(domain, redraw);
         gselect_frame(gcreate_frame(i));
         if (pages > 0) {
             PLT_next_page(DOM_aspect(domain));
@@ -175,7 +195,7 @@ bool draw_sequence(const std::vector<std::string>& times, DATA_info& data, Domai
 
 bool draw_single(DATA_info& data, Domain* domain, bool redraw) {
     if (GRD_search_file_date(&data.date) != 1) PLT_exit(STATUS_NO_GRID);
-    if (!redraw) GRD_tell_outside(domain);
+    tell_unseen(domain, redraw);
     if (!draw_layers(data, domain)) return false;
     PLT_dump(0);
     return true;
