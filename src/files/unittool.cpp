@@ -25,7 +25,6 @@ struct UnitLine {
 
 struct State {
     LookupLines file;
-    std::vector<UnitLine> table;
     std::string in;  // the last pair, and what was found for it
     std::string out;
     UnitConversion last;
@@ -90,18 +89,19 @@ UnitLine read_unit_line(const std::string& line) {
     return entry;
 }
 
-/// The table of the lookup file. False without the file.
+/// The lines of the lookup file. False without the file.
 bool load_table() {
     const std::string path = FILE_add_path(RES_get("file_path"), "units.lup");
-    const int changes = state.file.changes();
-    if (!state.file.load(path)) {
-        MESS_print(0x80000000U, "Unable to open units file: %s\n", path.c_str());
-        return false;
-    }
-    if (state.file.changes() == changes) return true;
-    state.table.clear();
-    for (const std::string& line : state.file.lines()) state.table.push_back(read_unit_line(line));
-    return true;
+    if (state.file.load(path)) return true;
+    MESS_print(0x80000000U, "Unable to open units file: %s\n", path.c_str());
+    return false;
+}
+
+/// Whether a line may be of a unit, without cutting it into words: the file has thousands.
+bool begins_with(const std::string& line, const std::string& name) {
+    const std::size_t start = line.find_first_not_of(" \t");
+    return start != std::string::npos &&
+           strnicmp(line.c_str() + start, name.c_str(), static_cast<int>(name.size())) == 0;
 }
 
 std::string with_fill(const std::string& text, char from, char to) {
@@ -112,7 +112,9 @@ std::string with_fill(const std::string& text, char from, char to) {
 
 /// Scale and offset by the lookup file, if it holds the pair.
 void look_up(const std::string& from, const std::string& to, UnitConversion& conversion) {
-    for (const UnitLine& line : state.table) {
+    for (const std::string& text : state.file.lines()) {
+        if (!begins_with(text, from)) continue;
+        const UnitLine line = read_unit_line(text);
         if (stricmp(line.from, from) != 0 || stricmp(line.to, to) != 0) continue;
         conversion.scale = line.scale;
         conversion.offset = line.offset;
