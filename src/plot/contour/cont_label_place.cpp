@@ -36,6 +36,7 @@ struct Label {
 
 struct State {
     std::vector<Label> labels;
+    std::map<float, Gpt> sizes;  ///< of the texts of levels
     int decimals = 0;
 };
 State state;
@@ -173,13 +174,16 @@ std::string cont_label_text(const Cont_labelled& label, int decimals) {
 }
 
 Gpt cont_label_half(const Cont_labelled& label, bool sideways, const Cont_paper& paper) {
-    const Gpt size = ginq_text_size(cont_label_text(label, state.decimals), cont.text_size);
+    const auto [place, is_new] = state.sizes.try_emplace(label.level);
+    if (is_new) place->second = ginq_text_size(cont_label_text(label, state.decimals), cont.text_size);
+    const Gpt& size = place->second;
     const Gpt half{(sideways ? size.y : size.x) / 2.0F, (sideways ? size.x : size.y) / 2.0F};
     return {std::fabs(half.x * paper.unit.x), std::fabs(half.y * paper.unit.y)};
 }
 
 void cont_place_labels(const Cont_source& source, const Cont_paper& paper) {
     state.labels.clear();
+    state.sizes.clear();
     if (cont.label_skip < 1 || source.field->domain.nx < 2 || source.field->domain.ny < 2) return;
     if (!cont_start_labels(cont.scale * cont.vert_size * CONT_TEXT_SHARE)) return;
     state.decimals = cont_decimals();
