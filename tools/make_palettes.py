@@ -53,7 +53,7 @@ HEAD = """\
 """
 
 FIELDS = """\
-field temp,vtemp,tmax,tmin,dewp,tsoil,wtmp,aptmp temperature 0 C
+field temp,vtemp,tmax,tmin,dewp,tsoil,wtmp,aptmp,skt,snot,vegt,uplst,botlst,brtmp temperature 0 C
 field uwnd,vwnd,ugust,vgust,vvel,dzdt,avort,rvort,pvort,adiv,diverg,conv,mconv signed 0
 field tmpa,presa,hghta,ptend,strf,vpot,li,li4,bli,pli,cin,shtfl,lhtfl signed 0
 field rhum,shum,mixrat,pwat,apcp,cprcp,lprcp,prate,cprat,tcld,lcld,mcld,hcld,cwat,tcwat,weasd,snod,asnow wet
