@@ -37,13 +37,30 @@ bool is_number(const std::string& word, float& value) {
 
 // ---- what stands in front of an item
 
-/// Takes the prefix off. False if the item belongs to another pass.
-bool in_pass(std::string& spec) {
-    int pass = MAP_PASS_PLAIN;
-    if (spec[0] == '-') pass = MAP_PASS_UNDER;
-    if (spec[0] == '+') pass = MAP_PASS_OVER;
-    if (pass != MAP_PASS_PLAIN) spec.erase(0, 1);
-    return (map_background.over & pass) != 0;
+/// Which items of a pass are drawn. Filled map files without a mark lie under the data, which they would hide, also
+/// where the map's lines go over it.
+enum class Kinds { NONE, ALL, FILLED, LINES };
+
+Kinds plain_kinds(int passes) {
+    if (PLT_letter()) return (passes & MAP_PASS_PLAIN) != 0 ? Kinds::ALL : Kinds::NONE;
+    if ((passes & MAP_PASS_PLAIN) == 0) return (passes & MAP_PASS_UNDER) != 0 ? Kinds::FILLED : Kinds::NONE;
+    return (passes & MAP_PASS_OVER) != 0 ? Kinds::LINES : Kinds::ALL;
+}
+
+/// Takes the prefix off, and tells which items of its kind belong to the pass.
+Kinds kinds_in_pass(std::string& spec) {
+    if (spec[0] != '-' && spec[0] != '+') return plain_kinds(map_background.over);
+    const int pass = spec[0] == '-' ? MAP_PASS_UNDER : MAP_PASS_OVER;
+    spec.erase(0, 1);
+    return (map_background.over & pass) != 0 ? Kinds::ALL : Kinds::NONE;
+}
+
+bool is_filled(const std::string& spec) {
+    const std::size_t cut = spec.find(':');
+    Gattribs attrib;
+    ATTRIB_init(&attrib);
+    if (cut != std::string::npos) ATTRIB_parse(spec.substr(cut + 1), &attrib);
+    return attrib.fill_pat != MISS;
 }
 
 /// Region lines make a list of which the first block that holds is drawn.
@@ -227,7 +244,8 @@ int MAP_process(const std::string& str) {
     if (str.empty()) return -1;
     std::string spec = str;
     // A block without a prefix holds for the items of every pass.
-    if (!begins(spec, "[") && !in_pass(spec)) return -1;
+    const Kinds kinds = begins(spec, "[") ? Kinds::ALL : kinds_in_pass(spec);
+    if (kinds == Kinds::NONE) return -1;
     if (begins(spec, "[")) {
         open_region(spec);
         return -1;
@@ -235,6 +253,8 @@ int MAP_process(const std::string& str) {
     if (map_background.reg_found < 1 || !scale_fits(spec) || spec.empty()) return -1;
     const Item* item =
         std::find_if(std::begin(ITEMS), std::end(ITEMS), [&](const Item& i) { return begins(spec, i.word); });
+    const bool filled = item->draw == draw_map_file && is_filled(spec);
+    if ((kinds == Kinds::FILLED && !filled) || (kinds == Kinds::LINES && filled)) return -1;
     return item->draw(spec.substr(std::char_traits<char>::length(item->word)));
 }
 
