@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
+#include <new>
 
 namespace zav {
 namespace {
@@ -28,10 +28,6 @@ struct Box {
     int left = 0, top = 0, right = 0, bottom = 0;
 };
 
-struct memory_deleter {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
 /// A pixel of the picture.
 struct Spot {
     std::uint16_t x, y;
@@ -40,13 +36,13 @@ struct Spot {
 struct State {
     cairo_surface_t* canvas = nullptr;
     int fineness = 1;
-    Box clip;                                      ///< pixels of the canvas
-    Box clip_spots;                                ///< pixels of the picture
-    int width = 0;                                 ///< of the picture
-    std::unique_ptr<Cover, memory_deleter> cover;  ///< by the path at work
-    std::vector<Spot> touched;                     ///< those that it covers
-    std::vector<Place> points;                     ///< of the path
-    std::vector<std::size_t> starts;               ///< where its lines begin in them
+    Box clip;                         ///< pixels of the canvas
+    Box clip_spots;                   ///< pixels of the picture
+    int width = 0;                    ///< of the picture
+    std::unique_ptr<Cover[]> cover;   ///< by the path at work
+    std::vector<Spot> touched;        ///< those that it covers
+    std::vector<Place> points;        ///< of the path
+    std::vector<std::size_t> starts;  ///< where its lines begin in them
 };
 State state;
 
@@ -221,7 +217,7 @@ bool gcairo_pen_begin(cairo_surface_t* canvas, int fineness) {
     state.fineness = fineness;
     state.width = width / fineness;
     const int spots = state.width * (height / fineness);
-    state.cover.reset(static_cast<Cover*>(std::calloc(static_cast<std::size_t>(spots), sizeof(Cover))));
+    state.cover.reset(new (std::nothrow) Cover[static_cast<std::size_t>(spots)]());
     if (!state.cover) return false;
     state.canvas = canvas;
     gcairo_pen_clip(0, 0, width, height);
