@@ -1,0 +1,3 @@
+#include "physics/thermo.h"
+
+namespace zav {}

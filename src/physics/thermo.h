@@ -1,0 +1,69 @@
+#pragma once
+
+namespace zav {
+
+// Formulas of moist air, comfort, and the standard atmosphere. Pure functions of single-precision values.
+//
+// Temperatures, dew points and potential temperatures in K, pressures in mb, mixing ratio and specific humidity in
+// g/kg, wind speeds in m/s. -9999 is the missing value. Where told, a number of at most 100 in the place of a
+// temperature is a vapour pressure or a mixing ratio.
+
+/// Saturation vapour pressure over water (mb). -9999 below 0 K, 0 below 100 K.
+float vapor_pr(float t);
+/// Temperature at which `e` (mb) saturates. 0 if `e` isn't above 0.
+float temp_vapor_pr(float e);
+/// Temperature at which air of mixing ratio `w` is saturated. 0 if either isn't above 0.
+float temp_on_mixrat(float w, float pr);
+
+/// Mixing ratio of saturated air at `temp`, or of a vapour pressure of at most 100 mb.
+float mix_ratio(float temp, float pr);
+/// Specific humidity of saturated air at `temp`, or of a vapour pressure of at most 100 mb.
+float spec_hum(float temp, float pr);
+/// Dew point at relative humidity `rh` (percent), held to 2 to 100.
+float dew_temp(float temp, float rh);
+/// Relative humidity (percent) from temperature and dew point, or from two vapour pressures of at most 100 mb.
+float rel_hum(float t, float td);
+
+float pot_temp(float temp, float pr);
+/// Temperature at `pr` of air of potential temperature `pot`.
+float temp_on_dryad(float pot, float pr);
+/// `dewp` of at most 100 is a mixing ratio; 0 is dry air.
+float virt_temp(float temp, float dewp, float pr);
+float virt_pot_temp(float temp, float dewp, float pr);
+
+/// Equivalent potential temperature of saturated air.
+float thetae_on_satad(float temp, float pr);
+/// Temperature at `pr` of saturated air of equivalent potential temperature `pot`, to some 0.03 K.
+float temp_on_satad(float pot, float pr);
+
+/// Pressure of the lifting condensation level of air at pressure `ps`.
+float lcl_pres(float ts, float tds, float ps);
+/// Temperature at the lifting condensation level `pl`.
+float lcl_temp(float ts, float ps, float pl);
+/// Convective temperature at `pr` for mixing ratio `wbar` and condensation pressure `pc`.
+float conv_temp(float wbar, float pc, float pr);
+float eq_pot_temp(float temp, float dewp, float pr);
+float wet_bulb(float temp, float dewp, float pr);
+float wet_bulb_pot_temp(float temp, float dewp, float pr);
+
+/// Wind chill equivalent temperature by the cooling power of the wind.
+float wind_chill_temp(float temp, float ws);
+/// Wind chill equivalent temperature by heat loss from the face.
+float wind_chill_temp2(float temp, float ws);
+/// Cooling power of the wind (W/m^2).
+float wind_chill(float temp, float ws);
+float heat_index(float temp, float dewp);
+float humiture(float temp, float dewp);
+float temp_hum_index(float temp, float dewp);
+
+/// Station pressure from altimeter setting `alt` and elevation `el` (m).
+float sfc_pr_alt(float alt, float el);
+/// Height (m) of a pressure in the standard atmosphere.
+float pres_alt(float pres);
+/// Temperature at `pr` between two levels, linear in the logarithm of pressure.
+float interp_temp(float t1, float t2, float p1, float p2, float pr);
+
+/// Distance (km) between two places along a great circle.
+float calc_earth_dist(float lat1, float lon1, float lat2, float lon2);
+
+}  // namespace zav
