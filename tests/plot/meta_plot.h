@@ -14,7 +14,8 @@
 #include "gks/gks.h"
 #include "plot/background/map.h"
 #include "plot/page/colors.h"
-#include "plot/page/plt_tool.h"
+#include "plot/page/plt_labl.h"
+#include "plot/page/plt_state.h"
 #include "plot/sequence/plt_plot.h"
 #include "support/support.h"
 
@@ -61,6 +62,18 @@ inline Drawn read_metafile(const std::string& file) {
     return drawn;
 }
 
+/// Plot control as a run finds it, whatever earlier tests asked of it.
+inline void fresh_plot_control() {
+    PLT_state_get() = {};
+    PLT_set_overlay(0);
+    PLT_set_num_overlay(0);
+    PLT_set_overlay_base(0);
+    PLT_set_label_type(0);
+    PLT_init_labels();
+    GPH_set_view_size(1.0F, 1.0F, 0.0F, 0.0F);
+    RES_put("plot_param", "");
+}
+
 /// A test whose plot goes to a metafile.
 class MetaPlot : public TempDirTest {
   protected:
@@ -69,7 +82,7 @@ class MetaPlot : public TempDirTest {
         RES_put("file_path", source_dir() + "/share/zav/");
         FLAG_reset(MISS);
         FLAG_resetplot(1);
-        PLT_set_letter(false);
+        fresh_plot_control();
         RES_put("device", "meta," + dir.file("out"));
     }
     /// What `draw` draws on a map of `text`, a domain as options give it.

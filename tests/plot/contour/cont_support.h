@@ -9,7 +9,7 @@
 
 #include "plot/background/map.h"
 #include "plot/contour/cont_state.h"
-#include "plot/page/plt_tool.h"
+#include "plot/meta_plot.h"
 
 namespace zav::test {
 
@@ -77,7 +77,9 @@ inline GRD_report make_grid(int nx, int ny, const std::vector<float>& values, in
 
 /// Fresh contour state with ten bands, and outputs that are kept. Cells are drawn one by one unless joined.
 inline void start_contours(int type, bool joined = false) {
+    fresh_plot_control();
     PLT_set_letter(!joined);
+    for (const char* name : {"con_base", "con_interval", "color_text", "color_cont"}) RES_put(name, "");
     cont = Cont_state{};
     cont.label_skip = cont.ext_radius = joined ? 0 : 2;  // joined lines are open behind labels
     cont.polyline = keep_line;

@@ -20,7 +20,18 @@ class Colors : public test::TempDirTest {
         CLR_clear_table();
         RES_put("file_path", dir.path().string() + "/");
     }
-    void TearDown() override { RES_put("color_table", ""); }
+    /// Other tests shall find as many colours for fills as before.
+    void TearDown() override {
+        std::string lines;
+        for (int i = 0; i < fills; ++i) lines += "Black 0 0 0\n";
+        dir.write("usual.clr", lines + "END\n");
+        RES_put("color_table", "usual.clr");
+        CLR_read_table(nullptr);
+        EXPECT_EQ(CLR_get_num_fill(), fills);
+        RES_put("color_table", "");
+        CLR_clear_table();
+    }
+    const int fills = CLR_get_num_fill();
     void expect_rgb(int ind, float red, float grn, float blu) {
         float r = -1, g = -1, b = -1;
         CLR_get_rgb(ind, &r, &g, &b);

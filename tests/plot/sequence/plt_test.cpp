@@ -26,6 +26,7 @@ TEST(PltLabelFormat, ExpandsItsCodes) {
 }
 
 TEST(PltLabels, OverlaysStackOrJoin) {
+    test::fresh_plot_control();
     PLT_label_up_left("first");
     EXPECT_EQ(PLT_next_overlay(), 1);
     PLT_label_up_left("second");
@@ -51,6 +52,7 @@ TEST(PltLabels, OverlaysStackOrJoin) {
 }
 
 TEST(PltPanel, ShapesAndLayouts) {
+    test::fresh_plot_control();
     Glim page;
     GPH_get_view_size(&page);
     for (const auto& row : test::data_cells("plot/panels.tsv")) {
@@ -189,6 +191,7 @@ TEST_F(PltPlot, ZoomBoxBecomesTheDomain) {
 }
 
 TEST(PltParam, WordsTakeEffect) {
+    test::fresh_plot_control();
     for (const auto& row : test::data_cells("plot/plot_words.tsv")) {
         RES_new(MISS, "plot_param", row[0].c_str(), CV_none);
         PLT_param_decode();

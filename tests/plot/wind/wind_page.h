@@ -15,6 +15,7 @@
 #include "frame/resrc.h"
 #include "frame/zav.h"
 #include "gks/zavgks.h"
+#include "plot/meta_plot.h"
 #include "plot/sequence/plt_plot.h"
 #include "plot/wind/vect_state.h"
 #include "support/support.h"
@@ -112,7 +113,8 @@ class Wind : public test::TempDirTest {
         FLAG_resetplot(1);
         RES_put("color_cont", "1");
         RES_put("plot_scale", "1");
-        for (const char* name : {"con_base", "con_interval", "plot_param"}) RES_put(name, "");
+        for (const char* name : {"con_base", "con_interval"}) RES_put(name, "");
+        test::fresh_plot_control();
         vect = {};
         PLT_set_letter(true);
         test::capture([this] {
