@@ -103,9 +103,13 @@ TEST_F(Toolkit, RecordFieldsReachTheKernel) {
     GPH_text_attr(&attrib, 0.02F);
     GPH_line_attr(nullptr);
     EXPECT_EQ(GPH_text_attr(nullptr, 1.0F), -1);
+    attrib.fill_pat = 1;
+    GPH_fill_attr(&attrib);
+    attrib.fill_pat = 0;
+    GPH_fill_attr(&attrib);
     EXPECT_EQ(behind_mark(),
               "PL_TYPE 4\nPL_LW 3.000000\nFA_INT 2\nFA_ST 7\nPM_TYPE 4\nPM_SIZE 8.000000\nPM_WDTH 3.000000\n"
-              "TE_HGHT 0.040000\nTE_WDTH 3.000000\nPL_TYPE 1\nPL_LW 0.000000\nTE_WDTH 0.000000\n");
+              "TE_HGHT 0.040000\nTE_WDTH 3.000000\nPL_TYPE 1\nPL_LW 0.000000\nTE_WDTH 0.000000\nFA_ST 1\nFA_INT 1\n");
 }
 
 TEST_F(Toolkit, ShapesAreClosed) {

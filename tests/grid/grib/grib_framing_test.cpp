@@ -97,6 +97,14 @@ TEST_F(Grib, LongMessagesOfEdition1AreRead) {
     EXPECT_EQ(records[1].grid[0], 7.0F);
 }
 
+TEST_F(Grib, DataThatTheFileCutsEndTheSearch) {
+    for (const std::size_t missing : {5, 7, 8}) {
+        int last = 0;
+        EXPECT_EQ(read(join({good1(1), cut(good1(5), missing)}), &last).size(), 1U) << missing;
+        EXPECT_EQ(last, -1) << missing;
+    }
+}
+
 TEST_F(Grib, DamageIsToldOnce) {
     MESS_set(0, MESS_WARN);
     const test::Output said = test::capture([&] { read(join({good1(1), cut(good1(2), 4), good1(3)})); });
@@ -106,7 +114,7 @@ TEST_F(Grib, DamageIsToldOnce) {
 }
 
 TEST_F(Grib, IndexLinesThatAreTooLongOrNoneDontEndTheSearch) {
-    const Bytes file = join({good1(1), good1(2), good1(3)});
+    const Bytes file = join({with(good1(1), 13, 98, 1), good1(2), good1(3)});
     const std::string name = dir.write("test.grib", std::string(file.begin(), file.end()));
     const std::string size = std::to_string(good1(1).size());
     std::string longest = std::to_string(2 * good1(1).size()) + " c / GRIB T12 V7";
@@ -125,6 +133,7 @@ TEST_F(Grib, IndexLinesThatAreTooLongOrNoneDontEndTheSearch) {
         GRD_report grd;
         for (int number = 0; GRD_read(fd, &grd, GRD_READ_HEADER, &number) == 0; ++number) {
             times.push_back(grd.time);
+            EXPECT_EQ(grd.source, 7) << "the index doesn't tell the centre, and only edition 0 is taken as another's";
             ASSERT_EQ(GRD_read(fd, &grd, GRD_READ_ALL, &number), 0);
             found.push_back(grd.grid[0]);
         }

@@ -166,6 +166,22 @@ TEST_F(Grib, TracesOfRunsAndHeadersWithLabels) {
     }
 }
 
+TEST_F(Grib, ParametersOutsideOfTheirTableAreToldOnce) {
+    const Bytes message = message1(
+        [](Bytes& block) {
+            set(block, 4, 128);
+            set(block, 5, 98);
+            set(block, 9, 255);
+        },
+        latlon1(2, 2, 0), {1, 2, 3, 4}, 8);
+    MESS_set(0, MESS_WARN);
+    const test::Output said = test::capture([&] { read(join({message, message})); });
+    const std::string text = said.out + said.err;
+    const std::size_t first = text.find("Invalid GRIB variable: 255\n");
+    EXPECT_NE(first, std::string::npos) << text;
+    EXPECT_EQ(first, text.rfind("Invalid GRIB variable"));
+}
+
 TEST_F(Grib, OtherPackingsOfEdition1AreRefused) {
     for (const int flags : {0x80, 0x40, 0x10, 0xC0, 0x50}) {
         Bytes message = message1([](Bytes&) {}, latlon1(2, 2, 0), {1, 2, 3, 4}, 8);

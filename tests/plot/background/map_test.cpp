@@ -220,6 +220,39 @@ TEST_F(MapBackground, LinesFollowTheLattice) {
     }
 }
 
+/// A window wider than the earth has each line as often as it shows it, in steps no longer than elsewhere.
+TEST_F(MapBackground, LinesComeRoundAgain) {
+    std::set<float> meridians;
+    std::set<float> parallels;
+    for (const test::Drawn_mark& path : draw_map("ll,0,0,109,37,5,5", "lalo:30:60").paths) {
+        for (std::size_t i = 1; i < path.pts.size(); ++i) {
+            const Gpt step{path.pts[i].x - path.pts[i - 1].x, path.pts[i].y - path.pts[i - 1].y};
+            EXPECT_NEAR(step.x * step.y, 0, 1e-3) << path.pts[i].x << ' ' << path.pts[i].y;
+            if (std::fabs(step.x) < 1e-3) meridians.insert(std::round(path.pts[i].x * 100) / 100);
+            if (std::fabs(step.y) < 1e-3) parallels.insert(std::round(path.pts[i].x * 100) / 100);
+        }
+    }
+    EXPECT_EQ(meridians, (std::set<float>{-240, -180, -120, -60, 0, 60, 120, 180, 240}));
+    EXPECT_LE(*parallels.begin(), -267.5F);
+    EXPECT_GE(*parallels.rbegin(), 267.5F);
+}
+
+/// A record is drawn if any of its points is in the window, whichever it begins with.
+TEST_F(MapBackground, RecordsThatReachIntoTheWindow) {
+    for (const auto& [lat, lon] : Degrees{{45, -140}, {45, -60}, {85, -97}, {5, -97}, {70, -130}, {10, -60}}) {
+        Degrees line;
+        for (int k = 0; k <= 40; ++k) {
+            line.emplace_back(45 + (lat - 45) * static_cast<float>(k) / 40,
+                              -97 + (lon + 97) * static_cast<float>(k) / 40);
+        }
+        for (int way = 0; way < 2; ++way) {
+            dir.write("ray.map", record(line));
+            EXPECT_EQ(draw_map("ll,45,-97,21,11,1,1", dir.file("ray.map")).paths.size(), 1U) << lat << ' ' << lon;
+            std::reverse(line.begin(), line.end());
+        }
+    }
+}
+
 /// Plus marks at multiples of 20 degrees, and labels along the lines.
 TEST_F(MapBackground, MarksAndLabelsInside) {
     RES_put("map_file", "[");

@@ -188,6 +188,14 @@ TEST_F(ContLabel, APoleIsOnePoint) {
         ASSERT_EQ(pole != found.end(), joined);
         if (!joined) continue;
         EXPECT_TRUE(pole->maximum && pole->i == 5 && cont_extreme_distance(globe, *pole) == 7);
+        for (int column = 0; column < 10; ++column) {  // a row of several values is none
+            globe.grid[column] = 49;
+            const auto more = cont_find_extremes(globe, 2);
+            EXPECT_TRUE(std::none_of(more.begin(), more.end(), [](const Cont_extreme& e) {
+                return e.j == 6 && e.i == 5;
+            })) << column;
+            globe.grid[column] = 50;
+        }
     }
 }
 

@@ -149,6 +149,28 @@ TEST_F(DataPage, MapGoesUnderOrOver) {
     RES_put("plot_param", "");
 }
 
+/// The bar's numbers and frame have the colour of texts, its lines that of contours.
+TEST_F(DataPage, BarHasItsAttributes) {
+    RES_put("color_text", "Red:wi=3");
+    RES_put("color_cont", "Blue");
+    const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [] {
+        cont = Cont_state{};
+        cont.cont_type = CONT_LINE;
+        CONT_set_range(20, 0);
+        CONT_set_intrvl(5);
+        EXPECT_EQ(CONT_draw_bar(1, ""), 0);
+    });
+    RES_put("color_text", "");
+    RES_put("color_cont", "");
+    ASSERT_FALSE(drawn.texts.empty());
+    for (const test::Drawn_mark& text : drawn.texts) {
+        EXPECT_EQ(text.number("TE_CLR"), CLR_get_ind("red"));
+        EXPECT_EQ(text.number("TE_WDTH"), 3);
+    }
+    ASSERT_FALSE(drawn.paths.empty());
+    EXPECT_EQ(drawn.paths.back().number("PL_CLR"), CLR_get_ind("red"));
+}
+
 /// However many layers want them, a frame has one colour bar and one key of the vectors.
 TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
     int frames = 0;
