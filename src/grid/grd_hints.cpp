@@ -38,8 +38,9 @@ std::vector<std::string> member_words(int var) {
     const int member = (var - ENSEMBLE_FIRST) / MEMBER_STEP;
     std::vector<std::string> words = {"ensmean[]", "ensdev[]"};
     if (member == MEMBER_CONTROL) words.emplace_back("ens[0]");
-    if (member > MEMBER_LOW) words.push_back(text_format("ens[-%d]", member - MEMBER_LOW));
+    // "ens[-22]" would be read as the number of "ens[+2]".
     if (member > MEMBER_HIGH) words.push_back(text_format("ens[+%d]", member - MEMBER_HIGH));
+    if (member > MEMBER_LOW) words.push_back(text_format("ens[-%d]", member - MEMBER_LOW));
     return words;
 }
 

@@ -294,6 +294,23 @@ TEST_F(SearchFile, TheWordsOfAHintFindTheRecordInEveryRealFile) {
     const Record_codes minutes{0, 104002003, 100, 500, 11, 0, {}};
     const test::Output hint = test::capture([&] { GRD_tell_nearest({minutes}, key(777, 100, 500, 11), MISS, 0); });
     EXPECT_NE(hint.err.find("-ft 90min-30minacc -le 500mb"), std::string::npos) << hint.err;
+    for (const auto& [member, word] : {std::pair{19323011, "ens[-3]temp"},
+                                       {19342011, "ens[+2]temp"},
+                                       {19300011, "ens[0]temp"},
+                                       {19001011, "ensdev[]temp"}}) {
+        const Record_codes record{0, 6, 100, 500, member, 0, {}};
+        const test::Output said =
+            test::capture([&] { GRD_tell_nearest({record}, key(12, 100, 500, member), MISS, 0); });
+        EXPECT_EQ(option_of(said.err, "-va"), word);
+    }
+    for (const int layer : {50085, 70100}) {
+        const Record_codes record{0, 6, 101, layer, 11, 0, {}};
+        const test::Output said = test::capture([&] { GRD_tell_nearest({record}, key(12, 100, 500, 11), MISS, 0); });
+        int ltype = 0;
+        int level = 0;
+        EXPECT_EQ(VAR_dec_level(option_of(said.err, "-le"), &ltype, &level), 2) << said.err;
+        EXPECT_EQ(ltype * 100000 + level, 101 * 100000 + layer) << said.err;
+    }
     EXPECT_GE(count, 44U);
     EXPECT_LE(unnamed.size(), 8U) << "levels without a word of their own";
 }

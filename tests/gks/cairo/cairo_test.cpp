@@ -6,6 +6,7 @@
 #include "gks/kernel_scene.h"
 #include "image/zavimg.h"
 #include "support/raster.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -37,6 +38,11 @@ TEST_F(Picture, ShowsWhatThePageDoes) {
 }
 
 TEST_F(Picture, LaysPatternsOnWholePixels) {
+    const auto rows = test::data_cells("fill_patterns.tsv");
+    for (int k = 0; k < 20 * 64; ++k) {
+        const char digit = rows.at(k / 64).at(1).at(k % 64 / 8 * 9 + k % 8);
+        EXPECT_EQ(gfill_test(k / 64, k % 8, k % 64 / 8), digit == '1' ? 1 : 0) << k / 64;
+    }
     for (const int pattern : {0, 3, 7, 10, 14}) {
         ASSERT_EQ(open("x.png,768x588,transparent", GWS_CAIRO), 0);
         test::set_color(1, 1, 0, 0);
@@ -76,6 +82,12 @@ TEST_F(Picture, LeavesHolesOfRingsAndClearsOnlyWhatItShould) {
     EXPECT_EQ(at(0.05, 0.5), "00000000");
 }
 
+TEST_F(Picture, MayBeLongAndNarrow) {
+    ASSERT_EQ(open("x.png,20000x60", GWS_CAIRO), 0) << said;
+    EXPECT_EQ(close(), 0) << said;
+    EXPECT_EQ(test::read_file("x.png").substr(16, 8), std::string("\0\0\x4E\x20\0\0\0\x3C", 8));  // the header's size
+}
+
 TEST_F(Picture, PutsImagesOverTheViewport) {
     ASSERT_EQ(open("x.png,768x588", GWS_CAIRO), 0);
     test::set_color(0, 1, 1, 0);
@@ -102,11 +114,13 @@ TEST_F(Picture, WritesTextsForTheSearch) {
     gset_char_ht(0.05F);
     gtext(&place, "<a & \"b\">");
     gtext(&place, "M\xFCnchen 5\xB0");
+    gtext(&place, "Z\xC3\xBCrich");
     gtext(&outside, "unseen");
     EXPECT_EQ(close(), 0) << said;
     const std::string text = test::run_command("xmllint --xpath '//*[local-name()=\"text\"]' x.svg");
     EXPECT_NE(text.find(">&lt;a &amp; \"b\"&gt;</text>"), std::string::npos) << text;
     EXPECT_NE(text.find(">München 5°</text>"), std::string::npos) << text;
+    EXPECT_NE(text.find(">Zürich</text>"), std::string::npos) << text;
     EXPECT_EQ(text.find("unseen"), std::string::npos);
 }
 
