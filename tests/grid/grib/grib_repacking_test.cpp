@@ -4,6 +4,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "grid/grib/grib_jpeg2000.h"
 #include "grid/grib/grib_messages.h"
 
 namespace zav::grib_test {
@@ -75,6 +76,11 @@ TEST_F(Grib, AnImageCountsMoreThanTheNumberOfItsPoints) {
         test::run_command("grib_set -r -S -w count=2 -s packingType=grid_jpeg '" + source + "' out.grb; cat out.grb");
     const Bytes message(text.begin(), text.end());
     const Values expected = values(read(message).at(0));
+    const std::size_t data = static_cast<std::size_t>(section_at(message, 7));
+    const std::size_t size = message.size() - data - 5 - 4;  // between the section's head and the message's end mark
+    Jpeg2000Image image;
+    EXPECT_TRUE(jpeg2000_decode(&message[data + 5], size, expected.size(), &image));
+    EXPECT_FALSE(jpeg2000_decode(&message[data + 5], size, expected.size() - 1, &image)) << "more than is allowed";
     Bytes changed = message;
     set(changed, section_at(message, 5) + 6, 3, 4);  // told to hold three values
     EXPECT_EQ(values(read(changed).at(0)), expected);
