@@ -1,12 +1,13 @@
 // Moist air.
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "calc/grd_families.h"
 #include "calc/grd_points.h"
 #include "calc/grd_trans.h"
 #include "physics/thermo.h"
-#include "var/var_tool.h"
 
 namespace zav {
 namespace {
@@ -59,6 +60,42 @@ int of_parcel(Math_frame& frame, const Value& value) {
     return 1;
 }
 
+/// A parcel of air, its lifting condensation level, and what the third argument has at its point.
+struct Parcel {
+    float t;
+    float td;
+    float p;
+    float pl;
+    float third;
+};
+
+/// `value`(parcel) of arguments temperature and humidity, at the pressures of the third one or all at `level`. A parcel
+/// with something missing is one with a missing dew point.
+template <class Value>
+void math_parcels(Math_frame& frame, bool third_is_pressure, float level, const Value& value) {
+    const Math_argument first(frame, 1);
+    const Math_argument second(frame, 2);
+    const Math_argument third(frame, 3);
+    std::array<float, POINTS_AT_ONCE> td;
+    std::array<float, POINTS_AT_ONCE> pl;
+    std::array<float, POINTS_AT_ONCE> levels;
+    levels.fill(level);
+    with_humidity(frame, 2, [&](const auto& dew_point) {
+        for (std::size_t start = 0; start < frame.points(); start += POINTS_AT_ONCE) {
+            const std::size_t count = std::min(POINTS_AT_ONCE, frame.points() - start);
+            const float* t = first.from(start);
+            const float* h = second.from(start);
+            const float* last = third.from(start);
+            const float* p = third_is_pressure ? last : levels.data();
+            for (std::size_t i = 0; i < count; i++)
+                td[i] = t[i] == FMISS || h[i] == FMISS ? FMISS : dew_point(t[i], h[i]);
+            lcl_pres(t, td.data(), p, pl.data(), count);
+            for (std::size_t i = 0; i < count; i++)
+                frame.ptr[0][start + i] = value(Parcel{t[i], td[i], p[i], pl[i], last[i]});
+        }
+    });
+}
+
 /// `value`(dew point, pressure) of a dew point and its pressure, or of temperature, humidity and pressure. Off the
 /// pressure levels a temperature needs all three.
 template <class Value>
@@ -84,7 +121,7 @@ int of_moisture(Math_frame& frame, const Value& value) {
 bool is_speed(const Math_frame& frame) {
     const GRD_report* second = frame.argument(2);
     if (second == nullptr) return frame.num == 2;
-    return second->var == VAR_search_var_num("wspd") || second->var == VAR_search_var_num("spd");
+    return GRD_is_variable(second, "wspd") || GRD_is_variable(second, "spd");
 }
 
 /// `value`(temperature, speed) of a temperature and a wind.
@@ -103,13 +140,10 @@ int of_wind(Math_frame& frame, const Value& value) {
     return 1;
 }
 
-/// Temperature (K) at 500 mb of air lifted from 850 mb.
-float lifted_from_850(float t, float td) {
-    constexpr float BOTTOM = 850.0F;
-    constexpr float TOP = 500.0F;
-    const float pl = lcl_pres(t, td, BOTTOM);
-    if (pl < TOP) return temp_on_dryad(pot_temp(t, BOTTOM), TOP);
-    return temp_on_satad(thetae_on_satad(lcl_temp(t, BOTTOM, pl), pl), TOP);
+/// Temperature (K) of air lifted to the pressure of `top`.
+float lifted(const Parcel& air, const Saturated_adiabats& top) {
+    if (air.pl < top.pressure()) return temp_on_dryad(pot_temp(air.t, air.p), top.pressure());
+    return top.temperature(thetae_on_satad(lcl_temp(air.t, air.p, air.pl), air.pl));
 }
 
 }  // namespace
@@ -126,15 +160,26 @@ int math_rhum(Math_frame& frame) {
     return 1;
 }
 
-int math_wetblb(Math_frame& frame) { return of_parcel(frame, wet_bulb); }
+int math_wetblb(Math_frame& frame) {
+    const Pressure pressure(frame, 2);
+    if (!pressure.ready) return 0;
+    if (pressure.argument) {
+        math_parcels(frame, true, FMISS, [](const Parcel& air) { return wet_bulb(air.t, air.td, air.p, air.pl); });
+        return 1;
+    }
+    const Saturated_adiabats adiabats(pressure.level);
+    math_parcels(frame, false, pressure.level,
+                 [&](const Parcel& air) { return wet_bulb(air.t, air.td, adiabats, air.pl); });
+    return 1;
+}
 
 int math_show(Math_frame& frame) {
     if (!GRD_begin(frame, 3)) return 0;
-    with_humidity(frame, 2, [&](const auto& dew_point) {
-        math_points<1, 2, 3>(frame, 0, [&](float t850, float humidity, float t500) {
-            const float parcel = lifted_from_850(t850, dew_point(t850, humidity));
-            return parcel != FMISS ? t500 - parcel : FMISS;
-        });
+    const Saturated_adiabats top(500.0F);
+    math_parcels(frame, false, 850.0F, [&](const Parcel& air) {
+        if (air.td == FMISS || air.third == FMISS) return FMISS;
+        const float parcel = lifted(air, top);
+        return parcel != FMISS ? air.third - parcel : FMISS;
     });
     return 1;
 }
@@ -145,8 +190,13 @@ int math_wchill2(Math_frame& frame) { return of_wind(frame, wind_chill_temp2); }
 
 int math_heat(Math_frame& frame) {
     if (!GRD_begin(frame, 2)) return 0;
+    // The dew point of saturated air may come out a little above its temperature, which would be no heat index.
+    const bool percent = !GRD_is_dew_point(frame.argument(2));
     with_humidity(frame, 2, [&](const auto& dew_point) {
-        math_points<1, 2>(frame, 0, [&](float t, float humidity) { return heat_index(t, dew_point(t, humidity)); });
+        math_points<1, 2>(frame, 0, [&](float t, float humidity) {
+            const float td = dew_point(t, humidity);
+            return heat_index(t, percent ? std::min(td, t) : td);
+        });
     });
     return 1;
 }
@@ -162,7 +212,13 @@ int math_theta(Math_frame& frame) {
     return 1;
 }
 
-int math_thetae(Math_frame& frame) { return of_parcel(frame, eq_pot_temp); }
+int math_thetae(Math_frame& frame) {
+    const Pressure pressure(frame, 2);
+    if (!pressure.ready) return 0;
+    math_parcels(frame, pressure.argument, pressure.level,
+                 [](const Parcel& air) { return eq_pot_temp(air.t, air.td, air.p, air.pl); });
+    return 1;
+}
 
 int math_vtemp(Math_frame& frame) { return of_parcel(frame, virt_temp); }
 
