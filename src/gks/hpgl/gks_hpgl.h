@@ -9,9 +9,6 @@
 
 namespace zav {
 
-/// Plotter units of an inch.
-constexpr double GHPGL_UNITS = 1015;
-
 /// What opens the HPGL workstation for gopen_ws; `words` are those of the connection string. 0, or -1.
 int ghpgl_open(const std::vector<std::string>& words);
 

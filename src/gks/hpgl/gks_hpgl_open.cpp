@@ -20,6 +20,7 @@ namespace zav {
 namespace {
 
 constexpr int PAPER_DEPTH = 10;  // reported in place of a display's
+constexpr double UNITS = 1015;   // of an inch
 constexpr double MARGINS = 0.5;  // inches, both sides together
 constexpr int OFFSET = 10;       // of the plot on the page, plotter units
 constexpr float ROLL_WIDTH = 23.5F;
@@ -131,13 +132,12 @@ std::string geometry() {
 }
 
 Gdevice_area drawing_area(const Paper& paper) {
-    return {OFFSET, OFFSET, gtruncate(GHPGL_UNITS * (paper.sx - MARGINS)),
-            gtruncate(GHPGL_UNITS * (paper.sy - MARGINS))};
+    return {OFFSET, OFFSET, gtruncate(UNITS * (paper.sx - MARGINS)), gtruncate(UNITS * (paper.sy - MARGINS))};
 }
 
 /// Geometry in hundredths of an inch: size and offset, size alone, or offset alone.
 void read_hundredths(const std::string& text, Gdevice_area* area) {
-    const auto units = [](int start, int hundredths) { return gtruncate(start + GHPGL_UNITS / 100 * hundredths); };
+    const auto units = [](int start, int hundredths) { return gtruncate(start + UNITS / 100 * hundredths); };
     int width = 0;
     int height = 0;
     int x = 0;

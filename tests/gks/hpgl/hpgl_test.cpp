@@ -295,7 +295,7 @@ TEST_F(Hpgl, RingsFillWhatTheyEnclose) {
         const PlotPage page = page_of(
             draw_to("a.hpgl", [&] { gfill_rings(static_cast<int>(counts.size()), counts.data(), points.data()); }));
         const auto areas = page.of_kind(PlotItem::AREA);
-        ASSERT_LE(areas.size(), 1U);
+        ASSERT_EQ(areas.size(), round % 7 == 6 ? 0U : 1U) << round;
         EXPECT_TRUE(areas.empty() || areas[0].nonzero);
         if (areas.empty()) continue;
         for (const test::PlotPath& ring : areas[0].paths) EXPECT_EQ(ring.front(), ring.back()) << round;
