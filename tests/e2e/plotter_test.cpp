@@ -156,7 +156,7 @@ TEST_F(PlotterRun, IsReadByAnotherProgram) {
     }
 }
 
-TEST_F(PlotterRun, TellsOutputThatIsNotAsAsked) {
+TEST_F(PlotterRun, TellsOutputThatCannotBeWritten) {
     const std::string chart = "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=60 -de ";
     const Outcome full = run_program(dir.path(), chart + "h,/dev/full " + SAMPLE);
     EXPECT_EQ(full.status, 25);
@@ -165,14 +165,35 @@ TEST_F(PlotterRun, TellsOutputThatIsNotAsAsked) {
     const Outcome none = run_program(dir.path(), chart + "h,file/x.hpgl " + SAMPLE);
     EXPECT_EQ(none.status, 4);
     EXPECT_NE(none.err.find("gopen_ws: unable to open HPGL file\n"), std::string::npos) << none.err;
-    const Outcome word = run_program(dir.path(), chart + "h,x.hpgl,nosuch " + SAMPLE);
-    EXPECT_EQ(word.status, 23);
-    EXPECT_EQ(word.err, "gopen_ws: Unknown word of HPGL: nosuch\n");
-    EXPECT_EQ(read_plot(read_file(dir.file("x.hpgl"))).fault, "");
     // On a disk that fills up only the first blocks fit.
     const Outcome cut = run_program(dir.path(), chart + "h,x.hpgl " + SAMPLE, "", "ulimit -f 8; trap '' XFSZ");
     EXPECT_EQ(cut.status, 25);
     EXPECT_NE(cut.err.find("ghpgl_close_file: Output is not complete: x.hpgl"), std::string::npos) << cut.err;
+}
+
+TEST_F(PlotterRun, TellsFaultyWordsAndPlotsWithoutThem) {
+    const std::string chart = "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=60 ";
+    ASSERT_EQ(run_program(dir.path(), chart + "-de h,plain.hpgl " + SAMPLE).status, 0);
+    struct {
+        std::string words, said;
+        int status;
+    } const cases[] = {
+        {",bogus", "Unknown word of HPGL: bogus", 23},
+        {",rot=45", "A page is turned by 0, 90, 180 or 270 degrees: rot=45", 23},
+        {",lwidth=-1", "Line width out of range: lwidth=-1", 23},
+        {",lwidth=x", "Line width out of range: lwidth=x", 23},
+        {",sz=0x5", "Paper is up to 98 by 98 inches: sz=0x5", 23},
+        {",sz=99x10", "Paper is up to 98 by 98 inches: sz=99x10", 23},
+        {" -ge 9000x100+900+0", "Geometry beyond 98 inches: 9000x100+900+0", 23},
+        {",roll=30", "A roll is a word of zavhp_param alone: roll=30", 0},
+        {",scale=0.5", "HPGL has the size of its paper and no scale: scale=0.5", 0},
+    };
+    for (const auto& c : cases) {
+        const Outcome run = run_program(dir.path(), chart + "-de h,x.hpgl" + c.words + " " + SAMPLE);
+        EXPECT_EQ(run.status, c.status) << c.words;
+        EXPECT_EQ(run.err, "gopen_ws: " + c.said + "\n");
+        EXPECT_TRUE(read_file(dir.file("x.hpgl")) == read_file(dir.file("plain.hpgl"))) << c.words;
+    }
 }
 
 TEST_F(PlotterRun, GoesToStandardOutputAlone) {
