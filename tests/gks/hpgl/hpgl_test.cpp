@@ -349,6 +349,19 @@ TEST_F(Hpgl, AddedPlotsStandOnTheLastPage) {
             EXPECT_EQ(item.dashes, alone[i].dashes) << words << i;
         }
     }
+    // Several pages follow those of the file.
+    const std::string one = draw_to("c.hpgl", lower);
+    gset_pages(true);
+    const std::string after = draw_to("+c.hpgl", [&] {
+        upper();
+        gnew_page();
+        lower();
+    });
+    gset_pages(false);
+    const test::Plot pages = test::read_plot(after);
+    EXPECT_EQ(pages.fault, "");
+    EXPECT_EQ(pages.pages.size(), 3U);
+    EXPECT_TRUE(after.starts_with(one));
     // What isn't the program's own ending stays, and a page of its own follows; so does one in a new file.
     for (const std::string before : {"IN;SP1;PU0,0;SP0;\n", ""}) {
         dir.write("other.hpgl", before);
