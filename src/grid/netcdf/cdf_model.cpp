@@ -1,6 +1,6 @@
 // Model data sets in netCDF files.
 
-#include "grid/netcdf/cdf_layouts.h"
+#include "grid/netcdf/cdf_model.h"
 
 namespace zav {
 
