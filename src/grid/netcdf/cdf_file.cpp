@@ -287,7 +287,8 @@ std::size_t cdf_blocks(int nc, const Cdf_var& var, std::size_t tail) {
 
 void cdf_tell_cut(std::size_t held, std::size_t claimed) {
     ZAV_note(STATUS_LAYER);
-    MESS_print(MESS_WARN, "netCDF grid file is cut short: it has %zu of %zu grids\n", held, claimed);
+    MESS_print(MESS_WARN, "netCDF grid file is cut short, or its grids are too large: %zu of %zu can be read\n", held,
+               claimed);
 }
 
 bool cdf_floats(int nc, const Cdf_var& var, const Cdf_index& start, const Cdf_index& count, float* values) {

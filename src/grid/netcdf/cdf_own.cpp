@@ -56,7 +56,13 @@ void read_params(int nc, std::size_t record, Domain* domain) {
     }
 }
 
-/// Where the points of a record lie.
+/// True for a grid whose points have a place on the map.
+bool is_placed(const Domain& domain) {
+    const bool centre = domain.clat != FMISS && domain.clon != FMISS;
+    return centre && domain.dx != FMISS && domain.dy != FMISS && domain.dx != 0.0F && domain.dy != 0.0F;
+}
+
+/// Where the points of a record lie. The projection is unset if nothing tells.
 void read_place(const GRD_file* gfile, std::size_t record, GRD_report* grd) {
     const int nc = gfile->fd;
     DOM_init(&grd->domain);
@@ -69,6 +75,7 @@ void read_place(const GRD_file* gfile, std::size_t record, GRD_report* grd) {
     }
     if (!cdf_var(nc, "proj").found()) grd->domain.proj = grd->model > LAST_POLAR_MODEL ? PROJ_LATLON : PROJ_POLAR;
     if (regular) read_params(nc, record, &grd->domain);
+    if (!is_placed(grd->domain)) grd->domain.proj = MISS;
     if (grd->domain.nx < 1 || grd->domain.ny < 1) grd->domain.nx = grd->domain.ny = MISS;
 }
 
@@ -133,8 +140,12 @@ int own_read(GRD_file* gfile, GRD_report* grd, int rep_type, int* grdnum) {
     read_header(gfile, record, grd);
     *grdnum = gfile->num;
     if (rep_type == GRD_READ_HEADER || rep_type == GRD_READ_LABELS) return 0;
-    if (read_values(gfile->fd, record, grd)) return 0;
-    MESS_print(MESS_WARN, "The values of grid %d can't be read from netCDF file\n", gfile->num);
+    const bool placed = grd->domain.proj != MISS;
+    if (placed && read_values(gfile->fd, record, grd)) return 0;
+    MESS_print(MESS_WARN,
+               placed ? "The values of grid %d can't be read from netCDF file\n"
+                      : "The points of grid %d in netCDF file have no place\n",
+               gfile->num);
     GRD_free(grd);
     return -1;
 }

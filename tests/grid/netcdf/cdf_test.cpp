@@ -3,6 +3,7 @@
 
 #include <array>
 #include <random>
+#include <utility>
 
 #include "frame/flag.h"
 #include "frame/status.h"
@@ -157,6 +158,26 @@ TEST_F(Cdf, OtherWritersAreRead) {
         ASSERT_EQ(file.read(1, &back), 0);
         test::expect_fields(back, "units=;source=98;model=5;proj=1;nx=2;ny=2;values=21,22,23,24");
         EXPECT_EQ(file.read(2, &back), -1);
+    }
+}
+
+/// Grids of files with coordinates of their points, which nobody fills, and those with numbers missing, aren't drawn
+/// anywhere.
+TEST_F(Cdf, GridsWithoutAPlaceAreNotRead) {
+    const std::string text = test::cdl_text("own");
+    for (const auto& [from, to] : {std::pair{":grid_type = 0", ":grid_type = 1"},
+                                   {"lat1", "lat3"},
+                                   {"dx = 2.5", "dx = 0"},
+                                   {"lon1 = -100", "lon1 = NaN"}}) {
+        std::string other = text;
+        for (std::size_t at = 0; (at = other.find(from, at)) != std::string::npos; at++)
+            other.replace(at, std::string(from).size(), to);
+        const OpenGrid file(test::make_netcdf(dir, other));
+        GRD_report back;
+        ASSERT_EQ(file.read(0, &back, GRD_READ_HEADER), 0);
+        test::expect_fields(back, "proj=miss;var=7;nx=4");
+        EXPECT_EQ(file.read(0, &back), -1);
+        EXPECT_EQ(back.grid, nullptr);
     }
 }
 
