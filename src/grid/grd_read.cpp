@@ -89,7 +89,7 @@ int GRD_chktype(const std::string& filename) {
     if (first == ' ' || (first >= '0' && first <= '9')) return GRD_TYPE_OLD;
     if (begins(text, "ZAVGRID4")) return GRD_TYPE_DOMAIN;
     if (begins(text, "ZAVGRID")) return GRD_TYPE_TEXT;
-    if (begins(text, "CDF")) return GRD_TYPE_CDF;
+    if (begins(text, "CDF") || begins(text, "\x89HDF\r\n\x1a\n")) return GRD_TYPE_CDF;
     if (begins(text, "GRIB") || first == '*' || first == '\x01') return GRD_TYPE_GRIB;
     if (begins(text, "GRID")) return GRD_TYPE_MESSAGE;
     return text.find("GRIB") != std::string_view::npos ? static_cast<int>(GRD_TYPE_GRIB) : -1;
