@@ -111,6 +111,8 @@ std::string GRD_piece_file(int ind, const Date* date);
 int GRD_read_file(const std::string& filename, GRD_report* grid, GRD_info* info, int* type);
 /// One grid of the file of a date; `extra` is the selector. Results as GRD_read_file.
 int GRD_read_file_date(const Date* date, const std::string& extra, GRD_report* grid, GRD_info* info, int* type);
+/// Makes the variables of the file of a date known that only the file itself has names for.
+void GRD_learn_names(const Date* date);
 /// Domain of the first fitting record of a file. 1 or -1.
 int GRD_get_file_domain(const std::string& filename, Domain* domain);
 /// The same for the file of a date, null for the date of the run; for a model in pieces the whole. 1 or -1.

@@ -86,8 +86,8 @@ void place_polar(const Cf_mapping& mapping, const Cf_steps& x, const Cf_steps& y
     const double parallel = std::fabs(mapping.number("standard_parallel", POLE));
     grid.true1 = grid.south ? -parallel : parallel;
     if (parallel > POLE) return;
-    grid.plon = mapping.number("straight_vertical_longitude_from_pole",
-                               mapping.number("longitude_of_projection_origin", 0.0));
+    grid.plon =
+        mapping.number("straight_vertical_longitude_from_pole", mapping.number("longitude_of_projection_origin", 0.0));
     grid.lat1 = grid.south ? -POLE : POLE;
     grid.lon1 = grid.plon;
     grib_place_polar(grid, 1, domain);

@@ -25,12 +25,34 @@ struct Unit {
     double seconds;
 };
 constexpr std::array<Unit, 28> UNITS{{
-    {"ns", 1e-9},         {"nanosecond", 1e-9},   {"nanoseconds", 1e-9},   {"us", 1e-6},   {"microsecond", 1e-6},
-    {"microseconds", 1e-6}, {"ms", 1e-3},         {"msec", 1e-3},          {"millisecond", 1e-3},
-    {"milliseconds", 1e-3}, {"s", 1.0},           {"sec", 1.0},            {"secs", 1.0},  {"second", 1.0},
-    {"seconds", 1.0},     {"min", 60.0},          {"mins", 60.0},          {"minute", 60.0}, {"minutes", 60.0},
-    {"h", 3600.0},        {"hr", 3600.0},         {"hrs", 3600.0},         {"hour", 3600.0}, {"hours", 3600.0},
-    {"d", 86400.0},       {"day", 86400.0},       {"days", 86400.0},       {"week", 604800.0},
+    {"ns", 1e-9},
+    {"nanosecond", 1e-9},
+    {"nanoseconds", 1e-9},
+    {"us", 1e-6},
+    {"microsecond", 1e-6},
+    {"microseconds", 1e-6},
+    {"ms", 1e-3},
+    {"msec", 1e-3},
+    {"millisecond", 1e-3},
+    {"milliseconds", 1e-3},
+    {"s", 1.0},
+    {"sec", 1.0},
+    {"secs", 1.0},
+    {"second", 1.0},
+    {"seconds", 1.0},
+    {"min", 60.0},
+    {"mins", 60.0},
+    {"minute", 60.0},
+    {"minutes", 60.0},
+    {"h", 3600.0},
+    {"hr", 3600.0},
+    {"hrs", 3600.0},
+    {"hour", 3600.0},
+    {"hours", 3600.0},
+    {"d", 86400.0},
+    {"day", 86400.0},
+    {"days", 86400.0},
+    {"week", 604800.0},
 }};
 
 constexpr std::array<const char*, 5> SINCE = {"since", "after", "from", "ref", "@"};
@@ -191,8 +213,8 @@ bool cf_read_date(const std::string& text, bool mixed, std::int64_t* seconds) {
     if (!read_zone(in, &zone)) return false;
     constexpr int CHANGED = 15821015;
     const bool julian = mixed && date.year * 10000 + date.month * 100 + date.day < CHANGED;
-    const std::int64_t days = julian ? julian_days(date.year, date.month, date.day)
-                                     : gregorian_days(date.year, date.month, date.day);
+    const std::int64_t days =
+        julian ? julian_days(date.year, date.month, date.day) : gregorian_days(date.year, date.month, date.day);
     *seconds = days * DAY + std::llround(clock - zone);
     return true;
 }
@@ -219,7 +241,8 @@ Cf_clock cf_clock(const std::string& units, const std::string& calendar) {
         }
     }
     clock.days = clock.step == static_cast<double>(DAY);
-    if (clock.step == 0.0) clock.refused = units.empty() ? "its time has no units" : "the units of its time are " + units;
+    if (clock.step == 0.0)
+        clock.refused = units.empty() ? "its time has no units" : "the units of its time are " + units;
     return clock;
 }
 
