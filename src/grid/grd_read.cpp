@@ -223,11 +223,11 @@ int GRD_close(int grd_fd) {
     if (!valid_handle(grd_fd)) return -1;
     auto& slot = state.gfile[static_cast<std::size_t>(grd_fd)];
     if (!slot) return 0;
-    if (slot->type == GRD_TYPE_CDF) CDF_close(slot.get());
+    const bool complete = slot->type != GRD_TYPE_CDF || CDF_close(slot.get()) == 0;
     if (slot->type == GRD_TYPE_GRIB) GRIB_reset();
     if (slot->file.get() == stdout) std::fflush(stdout);
     slot.reset();
-    return 0;
+    return complete ? 0 : -1;
 }
 
 int GRD_setpos(int grd_fd, long offset, int grdnum) {

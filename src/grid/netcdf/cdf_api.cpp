@@ -33,6 +33,7 @@ bool take_functions(void* library, Cdf_api* api) {
     Loader loader(library);
     loader.take(api->open, "nc_open");
     loader.take(api->create, "nc_create");
+    loader.take(api->redef, "nc_redef");
     loader.take(api->enddef, "nc_enddef");
     loader.take(api->sync, "nc_sync");
     loader.take(api->close, "nc_close");

@@ -8,6 +8,7 @@ namespace zav {
 struct Cdf_api {
     decltype(&::nc_open) open = nullptr;
     decltype(&::nc_create) create = nullptr;
+    decltype(&::nc_redef) redef = nullptr;
     decltype(&::nc_enddef) enddef = nullptr;
     decltype(&::nc_sync) sync = nullptr;
     decltype(&::nc_close) close = nullptr;

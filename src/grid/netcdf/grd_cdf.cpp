@@ -5,9 +5,11 @@
 #include <array>
 #include <cstddef>
 
+#include "files/files.h"
 #include "grid/netcdf/cdf_cf.h"
 #include "grid/netcdf/cdf_file.h"
-#include "grid/netcdf/cdf_layouts.h"
+#include "grid/netcdf/cdf_model.h"
+#include "grid/netcdf/cdf_own.h"
 
 namespace zav {
 namespace {
@@ -38,22 +40,28 @@ void find_layout(GRD_file* gfile) {
 }  // namespace
 
 int CDF_open(const std::string& filename, int f_access, GRD_file* gfile) {
-    if (f_access != 0) return -1;
-    gfile->fd = cdf_open_read(filename);
+    const bool add = f_access == 2 && FILE_exist(filename) != 0;
+    gfile->fd = f_access == 0 ? cdf_open_read(filename) : add ? cdf_open_append(filename) : cdf_create(filename);
     if (gfile->fd < 0) return -1;
-    find_layout(gfile);
-    return 0;
+    if (f_access == 0) find_layout(gfile);
+    if (!add) return 0;
+    GRD_info info;
+    if (own_recognise(gfile->fd) && own_getinfo(gfile, &info) == 0) return 0;
+    cdf_close(gfile->fd);
+    return -1;
 }
 
 int CDF_getinfo(GRD_file* gfile, GRD_info* info) { return layout_of(gfile).getinfo(gfile, info); }
 
-int CDF_putinfo(GRD_file*, const GRD_info*) { return -1; }
+int CDF_putinfo(GRD_file* gfile, const GRD_info* info) { return own_putinfo(gfile, info); }
 
 int CDF_read(GRD_file* gfile, GRD_report* grd, int rep_type, int* grdnum) {
     return layout_of(gfile).read(gfile, grd, rep_type, grdnum);
 }
 
-int CDF_write(GRD_file*, GRD_report*, int*) { return -1; }
+bool CDF_keeps(const GRD_report* grd) { return own_keeps(grd); }
+
+int CDF_write(GRD_file* gfile, const GRD_report* grd, const int* grd_num) { return own_write(gfile, grd, grd_num); }
 
 int CDF_close(GRD_file* gfile) {
     layout_of(gfile).close(gfile);

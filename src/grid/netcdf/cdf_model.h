@@ -7,13 +7,7 @@
 
 namespace zav {
 
-// The program's own layout: a series of grids as records along the dimension "grid"
-
-bool own_recognise(int nc);
-int own_getinfo(GRD_file* gfile, GRD_info* info);
-int own_read(GRD_file* gfile, GRD_report* grd, int rep_type, int* grdnum);
-
-// Model data sets: variables named after their quantity, each with a slice for every forecast time and level
+// Variables named after their quantity, each with a slice for every forecast time and level
 
 bool model_recognise(int nc);
 int model_getinfo(GRD_file* gfile, GRD_info* info);
