@@ -162,6 +162,7 @@ int cf_getinfo(GRD_file* gfile, GRD_info* info) {
     if (!file.columns.empty() && file.columns.front() != CF_NO_MOMENT) gfile->date = cf_date(file.columns.front());
     DATE_make_label(&gfile->date, gfile->datim);
     info->date = gfile->date;
+    info->own_dates = true;
     info->datim = fit_text(gfile->datim, GRD_INFO_DATIM_SIZE);
     if (!file.fields.empty()) {
         info->max_x = file.fields.front().domain.nx;

@@ -58,7 +58,7 @@ struct Spelling {
     const char* text;
     const char* units;
 };
-constexpr std::array<Spelling, 46> SPELLINGS{{
+constexpr std::array<Spelling, 47> SPELLINGS{{
     {"1", ""},
     {"-", ""},
     {"~", ""},
@@ -71,6 +71,7 @@ constexpr std::array<Spelling, 46> SPELLINGS{{
     {"0-1", "fraction"},
     {"percent", "%"},
     {"proportion", "fraction"},
+    {"fraction", "fraction"},
     {"kelvin", "K"},
     {"degk", "K"},
     {"deg_k", "K"},
