@@ -169,6 +169,21 @@ void place_field(const Search& search, Cf_field& field, int x, int y) {
     if (!field.refused.empty()) DOM_init(&field.domain);
 }
 
+/// Takes up the only time of a role that the file has, though the field doesn't list it: a scalar, or with a dimension
+/// of the field.
+void offer_alone(Search& search, Cf_field& field, Cf_role role) {
+    int found = -1;
+    for (const Cdf_var& var : search.vars) {
+        if (var.dims.size() > 1 || search.helpers.count(var.name) > 0) continue;
+        if (role == Cf_role::valid && !var.dims.empty()) continue;
+        const int coord = coord_of(search, var);
+        if (coord < 0 || coord_at(search, coord).role != role) continue;
+        if (found >= 0) return;
+        found = coord;
+    }
+    offer_coord(search, field, found);
+}
+
 /// The coordinates of the dimensions, those that the variable lists, and times that stand alone in the file.
 void find_coords(Search& search, Cf_field& field) {
     const int nc = search.file->nc;
@@ -177,14 +192,8 @@ void find_coords(Search& search, Cf_field& field) {
         const Cdf_var var = cdf_var(nc, name.c_str());
         if (var.found()) offer_coord(search, field, coord_of(search, var));
     }
-    for (const Cdf_var& var : search.vars) {
-        if (var.dims.size() > 1 || search.helpers.count(var.name) > 0) continue;
-        const int coord = coord_of(search, var);
-        if (coord < 0) continue;
-        const Cf_role role = coord_at(search, coord).role;
-        const bool alone = role == Cf_role::reference || (role == Cf_role::valid && var.dims.empty());
-        if (alone) offer_coord(search, field, coord);
-    }
+    offer_alone(search, field, Cf_role::valid);
+    offer_alone(search, field, Cf_role::reference);
 }
 
 /// Why the time of a field can't be told, empty if it can.
