@@ -182,13 +182,19 @@ Departure departure_of(const Record_codes& record, const VAR_data& params, int t
             !GRD_date_fits(date, record.date)};
 }
 
-/// How far a record is from a key; of equally many departures the one of nearer level and time.
+/// Minutes between a date that was asked for and another one, 0 where one of them isn't known.
+long date_apart(Date wanted, Date own) {
+    if (wanted.year < 0 || own.year == MISS) return 0;
+    return std::labs(DATE_num_sec(&wanted) - DATE_num_sec(&own)) / 60;
+}
+
+/// How far a record is from a key; of equally many departures the one of nearer level, date and time.
 std::tuple<int, long, long> distance_of(const Record_codes& record, const VAR_data& params, int type,
                                         const Date& date) {
     const Departure departure = departure_of(record, params, type, date);
     const auto apart = [](int one, int other) { return std::labs(static_cast<long>(one) - other); };
     return {departure.count() + (departure.ltype ? 1 : 0), apart(record.level, params.level),
-            std::labs(TIME_split(record.time).end - TIME_split(params.time).end)};
+            date_apart(date, record.date) + std::labs(TIME_split(record.time).end - TIME_split(params.time).end)};
 }
 
 std::string departure_text(const Departure& departure) {

@@ -18,6 +18,8 @@ namespace {
 
 /// Format number of netCDF records.
 constexpr int VERSION = 1;
+/// Level type of the whole atmosphere.
+constexpr int WHOLE = 200;
 /// Numbers of ensemble members among those of variables, which have three digits then.
 constexpr int CONTROL = 19300000;
 constexpr int MEMBER = 19340000;
@@ -45,14 +47,14 @@ int to_int(double value) {
     return value > -1e9 && value < 1e9 ? static_cast<int>(std::lround(value)) : static_cast<int>(MISS);
 }
 
-/// A layer's code as the readers of GRIB make it from two bounds, in metres.
+/// A layer's code as the readers of GRIB make it from two bounds, in metres or parts of 10000.
 bool take_layer(int ltype, double one, double other, GRD_report* grd) {
     struct Layer {
         int single;
         int layer;
         double unit;
     };
-    static constexpr Layer LAYERS[] = {{103, 104, 0.01}, {105, 106, 0.01}, {111, 112, 100.0}};
+    static constexpr Layer LAYERS[] = {{103, 104, 0.01}, {105, 106, 0.01}, {107, 108, 0.01}, {111, 112, 100.0}};
     for (const Layer& layer : LAYERS) {
         if (layer.single != ltype || one == other) continue;
         grd->ltype = layer.layer;
@@ -68,7 +70,9 @@ void take_level(const Cf_file& file, const Cf_field& field, const Cdf_index& pla
     if (!field.level.found()) return;
     const Cf_coord& coord = file.coords[static_cast<std::size_t>(field.level.coord)];
     const Cf_vertical& vertical = coord.vertical;
-    if (vertical.factor == 0.0 && field.quantity.ltype != 1 && vertical.ltype <= 1) return;
+    // A level of the name's own stands where the axis says nothing but that it is one, unless that is the whole air.
+    const bool own = field.quantity.ltype != 1 && (vertical.ltype == 1 || field.quantity.ltype != WHOLE);
+    if (own && vertical.factor == 0.0 && vertical.ltype <= 1) return;
     const std::size_t index = cf_index(file, field.level, place);
     if (!coord.bounds.empty()) {
         const double metres = vertical.ltype == 111 ? vertical.factor / 100.0 : vertical.factor;

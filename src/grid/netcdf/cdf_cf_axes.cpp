@@ -212,7 +212,7 @@ Cf_vertical vertical_of(int nc, const Cdf_var& var, const std::vector<double>& v
     if (word != MISS) return {word, length > 0.0 ? factor * length : factor, false};
     if (standard == "air_potential_temperature") return {113, 1.0, false};
     if (standard == "ertel_potential_vorticity") return {117, 1e6, false};
-    if (standard == "atmosphere_sigma_coordinate" || units == "sigma_level" || has_word(text, "sigma level")) {
+    if (standard == "atmosphere_sigma_coordinate" || units == "sigma_level" || text == "sigma") {
         return {107, 10000.0, false};
     }
     if (pressure > 0.0) return {100, pressure, false};

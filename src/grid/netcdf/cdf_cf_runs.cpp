@@ -178,20 +178,46 @@ void enter_column(Cf_file* file, std::size_t column) {
     }
 }
 
-/// Code of the interval between two moments, counted from the start. Whole months are told as such.
-int interval_code(int kind, std::int64_t start, std::int64_t begin, std::int64_t end, bool days) {
+/// An interval in seconds from 1970; none where it doesn't end behind its begin.
+struct Interval {
+    std::int64_t begin = 0;
+    std::int64_t end = 0;
+    bool days = false;  ///< the axis counts days
+};
+
+/// The interval that a field is a mean, sum or extreme of by its time's bounds.
+Interval interval_at(const Cf_file& file, const Cf_field& field, const Cdf_index& place) {
+    if (field.quantity.kind == 0 || !field.valid.found() || start_of(file, field) == Start::initial) return {};
+    const Cf_coord& valid = file.coords[static_cast<std::size_t>(field.valid.coord)];
+    if (valid.bound_moments.empty()) return {};
+    const std::int64_t begin = bound_at(file, field, place, 0);
+    const std::int64_t end = bound_at(file, field, place, 1);
+    return begin == CF_NO_MOMENT || end == CF_NO_MOMENT ? Interval{} : Interval{begin, end, valid.clock.days};
+}
+
+/// Seconds from the start of the forecast to a place's time.
+std::int64_t lead_at(const Cf_file& file, const Cf_field& field, const Cdf_index& place, std::int64_t start) {
+    if (field.period.found()) return moment_at(file, field.period, place);
+    const bool valid = field.valid.found() && start_of(file, field) != Start::initial;
+    return valid ? difference(moment_at(file, field.valid, place), start) : 0;
+}
+
+/// Code of an interval, counted from the start. Whole months from there on are told as such.
+int interval_code(int kind, std::int64_t start, const Interval& interval, bool days) {
     constexpr std::int64_t MINUTE = 60;
     constexpr std::int64_t DAY = 86400;
-    const Date first = cf_date(begin);
-    const Date last = cf_date(end);
-    const bool midnight = begin % DAY == 0 && end % DAY == 0 && first.day == 1 && last.day == 1;
-    if (begin == start && midnight && end > begin) {
+    const Date first = cf_date(interval.begin);
+    const Date last = cf_date(interval.end);
+    const bool midnights = interval.begin % DAY == 0 && interval.end % DAY == 0;
+    if (interval.begin == start && midnights && first.day == 1 && last.day == 1) {
         const long months = 12L * (last.year - first.year) + last.month - first.month;
         const int code = TIME_make({kind, 0, months, TIME_unit::month});
         if (code != MISS) return code;
     }
-    if ((begin - start) % MINUTE != 0 || (end - start) % MINUTE != 0) return MISS;
-    return TIME_make({kind, static_cast<long>((begin - start) / MINUTE), static_cast<long>((end - start) / MINUTE),
+    const std::int64_t begin = interval.begin - start;
+    const std::int64_t end = interval.end - start;
+    if (begin % MINUTE != 0 || end % MINUTE != 0) return MISS;
+    return TIME_make({kind, static_cast<long>(begin / MINUTE), static_cast<long>(end / MINUTE),
                       days ? TIME_unit::day : TIME_unit::hour});
 }
 
@@ -241,32 +267,18 @@ Cf_time cf_time(const Cf_file& file, const Cf_field& field, const Cdf_index& pla
     Cf_time time;
     time.start = start_at(file, field, place);
     if (time.start == CF_NO_MOMENT) return time;
-    const Start told = start_of(file, field);
-    std::int64_t lead = 0;
-    bool days = false;
-    if (field.period.found() && told != Start::valid) {
-        lead = moment_at(file, field.period, place);
-        if (field.quantity.from_start && lead != CF_NO_MOMENT && lead > 0) {
-            time.code = interval_code(ACCUMULATION, time.start, time.start, time.start + lead, false);
-            return time;
-        }
-    } else if (field.valid.found() && told != Start::initial) {
-        const Cf_coord& valid = file.coords[static_cast<std::size_t>(field.valid.coord)];
-        days = valid.clock.days;
-        lead = difference(moment_at(file, field.valid, place), time.start);
-        if (field.quantity.kind != 0 && !valid.bound_moments.empty()) {
-            const std::int64_t begin = bound_at(file, field, place, 0);
-            const std::int64_t end = bound_at(file, field, place, 1);
-            const bool interval = begin != CF_NO_MOMENT && end != CF_NO_MOMENT && begin < end;
-            const int code = interval ? interval_code(field.quantity.kind, time.start, begin, end, days) : MISS;
-            if (code != MISS) {
-                time.code = code;
-                return time;
-            }
-        }
+    const Interval interval = interval_at(file, field, place);
+    if (interval.end > interval.begin) {
+        time.code = interval_code(field.quantity.kind, time.start, interval, interval.days);
+        if (time.code != MISS) return time;
+    }
+    const std::int64_t lead = lead_at(file, field, place, time.start);
+    if (field.quantity.from_start && lead != CF_NO_MOMENT && lead > 0) {
+        time.code = interval_code(ACCUMULATION, time.start, {time.start, time.start + lead}, false);
+        return time;
     }
     const bool minutes = lead != CF_NO_MOMENT && lead % 60 == 0;
-    time.code = minutes ? TIME_make({0, 0, static_cast<long>(lead / 60), TIME_unit::hour}) : MISS;
+    time.code = minutes ? TIME_make({0, 0, static_cast<long>(lead / 60), TIME_unit::hour}) : static_cast<int>(MISS);
     return time;
 }
 
