@@ -18,8 +18,6 @@ namespace {
 
 /// Format number of netCDF records.
 constexpr int VERSION = 1;
-/// Level type of the whole atmosphere.
-constexpr int WHOLE = 200;
 /// Numbers of ensemble members among those of variables, which have three digits then.
 constexpr int CONTROL = 19300000;
 constexpr int MEMBER = 19340000;
@@ -70,8 +68,8 @@ void take_level(const Cf_file& file, const Cf_field& field, const Cdf_index& pla
     if (!field.level.found()) return;
     const Cf_coord& coord = file.coords[static_cast<std::size_t>(field.level.coord)];
     const Cf_vertical& vertical = coord.vertical;
-    // A level of the name's own stands where the axis says nothing but that it is one, unless that is the whole air.
-    const bool own = field.quantity.ltype != 1 && (vertical.ltype == 1 || field.quantity.ltype != WHOLE);
+    // A level of the name's own stands where the axis says nothing but that it is one, or that it is the surface.
+    const bool own = field.quantity.ltype != 1 && (vertical.ltype == 1 || !field.quantity.alone);
     if (own && vertical.factor == 0.0 && vertical.ltype <= 1) return;
     const std::size_t index = cf_index(file, field.level, place);
     if (!coord.bounds.empty()) {

@@ -26,6 +26,7 @@ struct Cf_quantity {
     std::string units;  ///< as the program writes them
     int ltype = 1;      ///< level that it has where no coordinate tells one
     int level = 0;
+    bool alone = false;       ///< that level holds only for a variable without a vertical axis
     int kind = 0;             ///< of time ranges: 3 average, 4 accumulation, 6 maximum, 7 minimum; 0 for moments
     bool from_start = false;  ///< it accumulates from the start of the forecast
 };

@@ -47,7 +47,10 @@ void load() {
     for (const std::string& text : state.file.lines()) {
         const std::vector<std::string> words = split_blanks(text);
         if (words.size() < 3) continue;
-        const Line line{{words[2], field(words, 3)}, field(words, 4)};
+        std::string level = field(words, 3);
+        const bool alone = level.size() > 2 && level.front() == '(' && level.back() == ')';
+        if (alone) level = level.substr(1, level.size() - 2);
+        const Line line{{words[2], level, alone}, field(words, 4)};
         if (words[0] == "std") state.standard[words[1]].push_back(line);
         if (words[0] == "var") state.named[lower(words[1])].push_back(line);
     }

@@ -9,8 +9,9 @@ std::string cf_units(const std::string& text);
 
 /// What the lookup file "cf.lup" says of a variable.
 struct Cf_meaning {
-    std::string abbr;   ///< abbreviation in variable.lup, empty if the file doesn't know it
-    std::string level;  ///< level of its own, as a level key; empty for none
+    std::string abbr;    ///< abbreviation in variable.lup, empty if the file doesn't know it
+    std::string level;   ///< level of its own, as a level key; empty for none
+    bool alone = false;  ///< that level holds only for a variable without a vertical axis
 };
 /// Looks for a standard name, or with `standard` false for a variable's name in any case. `units` are those of
 /// cf_units.

@@ -73,7 +73,7 @@ Cf_meaning look_up(const Attributes& attributes, const std::vector<std::string>&
         const Cf_meaning by_name = cf_meaning(false, name, units);
         if (by_name.abbr.empty()) continue;
         if (meaning.abbr.empty()) return by_name;
-        if (meaning.level.empty() && meaning.abbr == by_name.abbr) meaning.level = by_name.level;
+        if (meaning.level.empty() && meaning.abbr == by_name.abbr) meaning = by_name;
         break;
     }
     return meaning;
@@ -215,6 +215,7 @@ Cf_quantity cf_quantity(const Cf_file& file, const Cf_field& field) {
     if (level.ltype != MISS) {
         quantity.ltype = level.ltype;
         quantity.level = level.level;
+        quantity.alone = meaning.alone && !better;
     }
     quantity.kind = range_kind(file, field, attributes.text("cell_methods"));
     quantity.from_start = attributes.text("GRIB_stepType") == "accum";

@@ -247,6 +247,7 @@ TEST_F(Cf, TheLookupFileNamesWhatThereIs) {
         EXPECT_GT(VAR_search_var_num(abbr), 0) << line;
         int ltype = MISS;
         int value = MISS;
+        if (!level.empty() && level.front() == '(') level = level.substr(1, level.size() - 2);
         if (!level.empty() && level != "-") {
             EXPECT_EQ(VAR_dec_level(level, &ltype, &value), 2) << line;
         }
