@@ -10,6 +10,7 @@
 
 #include "files/files.h"
 #include "frame/mess.h"
+#include "frame/status.h"
 #include "frame/string.h"
 #include "grid/netcdf/cdf_api.h"
 #include "grid/netcdf/cdf_classic.h"
@@ -282,6 +283,11 @@ std::size_t cdf_blocks(int nc, const Cdf_var& var, std::size_t tail) {
         }
     }
     return low;
+}
+
+void cdf_tell_cut(std::size_t held, std::size_t claimed) {
+    ZAV_note(STATUS_LAYER);
+    MESS_print(MESS_WARN, "netCDF grid file is cut short: it has %zu of %zu grids\n", held, claimed);
 }
 
 bool cdf_floats(int nc, const Cdf_var& var, const Cdf_index& start, const Cdf_index& count, float* values) {

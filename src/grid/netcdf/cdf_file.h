@@ -83,6 +83,8 @@ bool cdf_holds(int nc, const Cdf_var& var, const Cdf_index& start, const Cdf_ind
 /// Number of blocks of a variable's last `tail` dimensions, as many as the file holds. Blocks are counted along the
 /// dimensions in front of those, the last of them fastest. A netCDF-4 file holds at most one for each of its octets.
 std::size_t cdf_blocks(int nc, const Cdf_var& var, std::size_t tail);
+/// Tells that a file was cut short, and how many of its grids are left.
+void cdf_tell_cut(std::size_t held, std::size_t claimed);
 /// One number.
 bool cdf_value(int nc, const Cdf_var& var, const Cdf_index& index, double* value);
 /// All numbers of a variable of one dimension with at most `most` of them.

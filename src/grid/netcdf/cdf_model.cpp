@@ -9,7 +9,6 @@
 
 #include "files/date.h"
 #include "frame/mess.h"
-#include "frame/status.h"
 #include "frame/string.h"
 #include "grid/grd_scan.h"
 #include "grid/netcdf/cdf_model_state.h"
@@ -40,17 +39,11 @@ bool describe(int nc, const Model_file& file, Model_var* entry) {
     const std::size_t rank = var.dims.size();
     if (!cdf_is_number(var) || rank < 2 || file.x.id < 0 || file.y.id < 0) return false;
     if (var.dims[rank - 1] != file.x.id || var.dims[rank - 2] != file.y.id) return false;
-    std::size_t product = 1;
+    entry->slices = 1;
     for (std::size_t i = 0; i + 2 < rank; i++) {
         entry->has_time |= var.dims[i] == file.time.id;
         entry->has_level |= var.dims[i] == file.level.id;
-        if (var.dims[i] == file.time.id || var.dims[i] == file.level.id) product *= var.sizes[i];
-    }
-    entry->slices = std::min(product, cdf_blocks(nc, var, 2));
-    if (entry->slices < product) {
-        ZAV_note(STATUS_LAYER);
-        MESS_print(MESS_WARN, "netCDF grid file is cut short: it has %zu of %zu grids of %s\n", entry->slices, product,
-                   var.name.c_str());
+        if (var.dims[i] == file.time.id || var.dims[i] == file.level.id) entry->slices *= var.sizes[i];
     }
     cdf_text_att(nc, var.id, "long_name", entry->long_name);
     cdf_number_att(nc, var.id, "scale_factor", &entry->scale);
@@ -58,6 +51,18 @@ bool describe(int nc, const Model_file& file, Model_var* entry) {
     add_missing(nc, "_FillValue", entry);
     add_missing(nc, "missing_value", entry);
     return true;
+}
+
+/// Leaves the variables the slices that the file holds, and tells if some are missing.
+void count_slices(int nc, Model_file* file) {
+    std::size_t claimed = 0;
+    std::size_t held = 0;
+    for (Model_var& entry : file->vars) {
+        claimed += entry.slices;
+        entry.slices = std::min(entry.slices, cdf_blocks(nc, entry.var, 2));
+        held += entry.slices;
+    }
+    if (held < claimed) cdf_tell_cut(held, claimed);
 }
 
 /// Takes up the variables that are known, and the one that the user names.
@@ -87,6 +92,7 @@ void take_variables(GRD_file* gfile, Model_file* file) {
         file->vars.push_back(std::move(entry));
     }
     gfile->var_num = static_cast<int>(file->vars.size());
+    count_slices(nc, file);
 }
 
 // Date

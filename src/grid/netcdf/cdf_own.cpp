@@ -9,7 +9,6 @@
 #include "files/date.h"
 #include "files/unittool.h"
 #include "frame/mess.h"
-#include "frame/status.h"
 #include "frame/string.h"
 #include "frame/tools.h"
 #include "grid/grd_tool.h"
@@ -111,10 +110,7 @@ int own_getinfo(GRD_file* gfile, GRD_info* info) {
     const long held = values.sizes.size() == 3 ? static_cast<long>(cdf_blocks(nc, values, 2)) : 0;
     gfile->itype = 0;
     gfile->max_num = std::min(records, held);
-    if (held < records) {
-        ZAV_note(STATUS_LAYER);
-        MESS_print(MESS_WARN, "netCDF grid file is cut short: it has the values of %ld of %ld grids\n", held, records);
-    }
+    if (held < records) cdf_tell_cut(static_cast<std::size_t>(held), static_cast<std::size_t>(records));
     gfile->grid = info->grid_type = std::max(attribute(nc, "grid_type"), 0);
     DATE_init(&info->date);
     const int year = attribute(nc, "year");
