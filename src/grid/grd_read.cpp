@@ -137,6 +137,7 @@ GRD_file* GRD_get_gfile(int ind) {
 int GRD_getinfo(int grd_fd, GRD_info* info) {
     GRD_file* gfile = GRD_get_gfile(grd_fd);
     if (gfile == nullptr) return -1;
+    if (info != nullptr) info->own_dates = false;
     if (is_native(gfile->type)) return native_getinfo(gfile, info);
     switch (gfile->type) {
         case GRD_TYPE_CDF:

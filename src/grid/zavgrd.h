@@ -71,6 +71,7 @@ struct GRD_info {
     int max_y = 0;      ///< points in y, for netCDF output
     int grid_type = 0;  ///< 0 regular; 1: the file has arrays of point coordinates
     Date date;
+    bool own_dates = false;  ///< its records have dates of their own, which labels tell and the user may choose by
 };
 
 /// An open grid file.
