@@ -52,6 +52,7 @@ enum : int {
     VKIND_VECT = 6,       ///< vector
     VKIND_FUNC_VECT = 8,  ///< second entry of a function with a vector result
     VKIND_SUBFUNC_VECT = 9,
+    VKIND_DEEPER = 10,  ///< what each function around an entry adds
 };
 
 /// One entry of the compiled variable list; also a search key, in which MISS means "any".
