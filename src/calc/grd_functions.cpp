@@ -115,8 +115,8 @@ const std::vector<Math_function> CATALOGUE = {
     {"def2", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_def2},
     {"vconv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_vconv},
     {"rvort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_rvort},
-    {"avort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_avort},
-    {"adv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_SECOND_OF_THIRD, "Advection", {}, math_adv},
+    {"avort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {"m/s", "m/s"}, math_avort},
+    {"adv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_SECOND_OF_THIRD, "Advection", {"m/s", "m/s"}, math_adv},
 };
 // clang-format on
 
