@@ -166,12 +166,15 @@ Fields_of::Fields_of(const std::string& file) {
             if (words[0] != name.name) continue;
             field.units = name.units;
             field.var = name.var;
+            // The surface's temperature at 2 m is at 2 m for a search.
+            const bool above = words[0] == "2t" && words[1] == "surface";
             for (const Level_type& type : LEVELS) {
-                if (words[1] != type.name) continue;
+                if ((above ? "heightAboveGround" : words[1]) != type.name) continue;
+                const std::string level = above ? "2" : words[2];
                 field.ltype = type.ltype;
-                field.level = std::atoi(words[2].c_str());
-                const std::string number = type.ltype == 100 || type.ltype == 105 ? words[2] : "";
-                fields_[field.var + ":" + number + type.behind] = field;
+                field.level = std::atoi(level.c_str());
+                const std::string number = type.ltype == 100 || type.ltype == 105 ? level : "";
+                fields_.emplace(field.var + ":" + number + type.behind, field);  // the first, as a search does
             }
         }
     }

@@ -113,10 +113,6 @@ Value product(const Value& a, const Value& b) {
     return {value, a.slack * std::abs(b.value) + b.slack * std::abs(a.value) + 2 * EPSILON * std::abs(value)};
 }
 
-/// Steps of the grid by which positions lie to the right of, and below, the points: half a one where the number of
-/// points is even, as half the steps are counted in integers.
-double half_step(int points) { return (points - 1) / 2.0 - (points - 1) / 2; }
-
 }  // namespace
 
 int Place::cycle() const {
@@ -173,20 +169,18 @@ Field scaled(Field a, double factor) {
 
 Field located(const std::string& what, const Field& a) {
     const Place& place = *a.place;
-    const double right = place.latlon ? half_step(place.nx) * place.dx : 0;
-    const double down = place.latlon ? half_step(place.ny) * place.dy : 0;
     const double slack = place.latlon ? 2e-5 : PLACE_SLACK;
     const double n = place.latlon ? 0 : std::sin(place.true_lat * RAD);
     return each_point(a, [&](int i, int j) -> Value {
         const auto k = static_cast<std::size_t>(j * place.nx + i);
-        const double lat = place.lat[k] - down;
-        double lon = place.lon[k] + right;
+        const double lat = place.lat[k];
+        double lon = place.lon[k];
         if (what == "lat") return {lat, slack};
         if (lon > 180) lon -= 360;
         if (lon < -180) lon += 360;
         if (what == "lon") return {lon, slack};
         if (place.latlon) {
-            const double first = place.lon[static_cast<std::size_t>(j * place.nx)] + right - place.plon;
+            const double first = place.lon[static_cast<std::size_t>(j * place.nx)] - place.plon;
             return {what == "projx" ? std::remainder(first, 360) + i * place.dx : lat, slack};
         }
         const double radius = EARTH * std::cos(place.true_lat * RAD) / n *
@@ -202,10 +196,12 @@ Field smoothed(const Field& a, double r) {
         double total = 0, weights = 0, size = 0;
         for (int q = -4; q <= 4; q++) {
             for (int p = -4; p <= 4; p++) {
-                if (i + p < 0 || i + p >= place.nx || j + q < 0 || j + q >= place.ny) continue;
+                const int x = place.cycle() > 0 ? (i + p + place.cycle()) % place.cycle() : i + p;
+                if (x < 0 || x >= place.nx || j + q < 0 || j + q >= place.ny) continue;
+                if (a.at(x, j + q) == MISSING) continue;  // has no number to take part with
                 const double weight = std::exp((p * p + q * q) / r);
-                total += weight * a.at(i + p, j + q);
-                size += weight * (std::abs(a.at(i + p, j + q)) * 16 * EPSILON + a.slack_at(i + p, j + q));
+                total += weight * a.at(x, j + q);
+                size += weight * (std::abs(a.at(x, j + q)) * 16 * EPSILON + a.slack_at(x, j + q));
                 weights += weight;
             }
         }

@@ -26,6 +26,10 @@ double range_of(const Field& field) {
     return high > low ? high - low : 0;
 }
 
+bool is_out_of_range(double value) {
+    return !(std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max()));
+}
+
 }  // namespace
 
 Difference difference(const GRD_report& got, const Field& want, const Measure& measure) {
@@ -48,14 +52,15 @@ Difference difference(const GRD_report& got, const Field& want, const Measure& m
         } else if (value == MISSING) {
             d.same++;
             continue;
-        } else if (!std::isfinite(value) || !std::isfinite(allowed) ||
-                   std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
-            if (std::isfinite(allowed) && std::isfinite(seen)) {
-                d.off++;
-            } else {
-                d.unbounded++;
+        } else if (is_out_of_range(value)) {
+            if (!std::isfinite(seen)) {
+                d.same++;
                 continue;
             }
+            d.off++;
+        } else if (!std::isfinite(allowed)) {
+            d.unbounded++;
+            continue;
         } else if (apart <= allowed) {
             d.same++;
             continue;
