@@ -1,3 +1,179 @@
+// Moist air: vapour, humidity, potential temperatures, lifted parcels.
+//
+// Formulas are worked out in double precision; what one function hands to another is a float.
+
 #include "physics/thermo.h"
 
-namespace zav {}
+#include <algorithm>
+#include <cmath>
+
+#include "frame/zav.h"
+
+namespace zav {
+namespace {
+
+/// Up to this a number in the place of a temperature is a vapour pressure or a mixing ratio.
+constexpr float LEAST_TEMPERATURE = 100.0F;
+/// Ratio of the molecular weights of water and dry air, in g/kg.
+constexpr double VAPOUR_RATIO = 622.0;
+/// Virtual temperature's increase by the mixing ratio.
+constexpr double VIRTUAL = 0.609;
+/// Gas constant of dry air over its specific heat.
+constexpr double KAPPA = 0.286;
+/// Latent heat over the specific heat of dry air, by 1000, with its sign.
+constexpr double LATENT = -2.6518986;
+
+constexpr double STANDARD_PRESSURE = 1000.0;
+
+float single(double value) { return static_cast<float>(value); }
+
+double power_of_ten(double exponent) { return std::pow(10.0, exponent); }
+
+/// (1000 / pr)^0.286
+double to_standard(double pr) { return std::pow(STANDARD_PRESSURE / pr, KAPPA); }
+
+/// Equivalent potential temperature over temperature and the dry factor, of `w` g/kg condensing at `t`.
+double condensation(double w, double t) { return std::exp(LATENT * w / t); }
+
+/// Missing or impossible values of a parcel.
+bool no_parcel(float temp, float dewp, float pr) { return temp <= 0.0F || dewp < 0.0F || pr < 0.0F; }
+
+/// Vapour pressure where it saturates, or the number itself where it is one.
+double saturation(float temp) { return temp > LEAST_TEMPERATURE ? vapor_pr(temp) : temp; }
+
+/// Theta-e of a parcel that has some moisture.
+float lifted_theta_e(float temp, float dewp, float pr) {
+    const float pl = lcl_pres(temp, dewp, pr);
+    return thetae_on_satad(lcl_temp(temp, pr, pl), pl);
+}
+
+}  // namespace
+
+float vapor_pr(float t) {
+    if (t < 0.0F) return FMISS;
+    if (t < LEAST_TEMPERATURE) return 0.0F;
+    const double temp = t;
+    return single(power_of_ten(23.832241 - 5.02808 * std::log10(temp) -
+                               1.3816e-7 * power_of_ten(11.344 - 0.0303998 * temp) +
+                               0.008132801 * power_of_ten(3.49149 - 1302.8844 / temp) - 2949.076 / temp));
+}
+
+float temp_vapor_pr(float e) {
+    if (e <= 0.0F) return 0.0F;
+    const double pressure = e;
+    const double c = std::pow(pressure, 0.0915) - 1.2035;
+    return single(38.9114 * c * c + power_of_ten(2.4082965 + 0.0498646455 * std::log10(pressure)) - 7.08475);
+}
+
+float temp_on_mixrat(float w, float pr) {
+    if (w <= 0.0F || pr <= 0.0F) return 0.0F;
+    const double mixing = w;
+    return temp_vapor_pr(single(mixing * pr / (VAPOUR_RATIO + mixing)));
+}
+
+float mix_ratio(float temp, float pr) {
+    if (temp == FMISS || pr == FMISS) return FMISS;
+    if (temp <= 0.0F || pr <= 0.0F) return 0.0F;
+    const double e = saturation(temp);
+    return single(VAPOUR_RATIO * e / (pr - e));
+}
+
+float spec_hum(float temp, float pr) {
+    if (temp == FMISS || pr == FMISS) return FMISS;
+    if (temp <= 0.0F || pr <= 0.0F) return 0.0F;
+    return single(VAPOUR_RATIO * saturation(temp) / pr);
+}
+
+float dew_temp(float temp, float rh) {
+    if (rh == FMISS || temp <= 0.0F) return FMISS;
+    const double held = std::clamp(rh, 2.0F, 100.0F);
+    return temp_vapor_pr(single(vapor_pr(temp) * held / 100.0));
+}
+
+float rel_hum(float t, float td) {
+    if (t <= 0.0F || td <= 0.0F) return FMISS;
+    if (t <= LEAST_TEMPERATURE && td <= LEAST_TEMPERATURE) return single(100.0 * td / t);
+    return single(100.0 * vapor_pr(td) / vapor_pr(t));
+}
+
+float pot_temp(float temp, float pr) {
+    if (temp <= 0.0F || pr <= 0.0F) return FMISS;
+    return single(temp * to_standard(pr));
+}
+
+float temp_on_dryad(float pot, float pr) {
+    if (pot <= 0.0F || pr <= 0.0F) return 0.0F;
+    return single(pot * std::pow(pr / STANDARD_PRESSURE, KAPPA));
+}
+
+float virt_temp(float temp, float dewp, float pr) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    if (dewp == 0.0F) return temp;
+    const float w = dewp > LEAST_TEMPERATURE ? mix_ratio(dewp, pr) : dewp;
+    return single(temp * (1.0 + VIRTUAL * w / 1000.0));
+}
+
+float virt_pot_temp(float temp, float dewp, float pr) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    if (dewp == 0.0F) return pot_temp(temp, pr);
+    return single(virt_temp(temp, dewp, pr) * to_standard(pr));
+}
+
+float thetae_on_satad(float temp, float pr) {
+    if (temp <= 0.0F || pr <= 0.0F) return 0.0F;
+    return single(temp * to_standard(pr) / condensation(mix_ratio(temp, pr), temp));
+}
+
+float temp_on_satad(float pot, float pr) {
+    constexpr int STEPS = 12;
+    if (pot <= 0.0F || pr <= 0.0F || pr > 2000.0F) return FMISS;
+    double t = 253.16;
+    double step = 120.0;
+    for (int i = 0; i < STEPS; i++) {
+        const float temp = single(t);
+        const double d = pot * condensation(mix_ratio(temp, pr), t) - pot_temp(temp, pr);
+        if (d * d < 2e-5) break;
+        step /= 2.0;
+        t += d > 0.0 ? step : -step;
+    }
+    return single(t);
+}
+
+float lcl_pres(float ts, float tds, float ps) {
+    constexpr int STEPS = 8;
+    if (ts <= LEAST_TEMPERATURE || tds <= LEAST_TEMPERATURE || ps <= 0.0F || ps > 1100.0F) return FMISS;
+    const float w = mix_ratio(tds, ps);
+    const float o = pot_temp(ts, ps);
+    double pl = ps;
+    const auto difference = [&] {
+        const float pr = single(pl);
+        return static_cast<double>(temp_on_mixrat(w, pr)) - temp_on_dryad(o, pr);
+    };
+    double diff = difference();
+    for (int i = 0; i < STEPS && diff * diff > 0.0001; i++) {
+        pl *= std::exp2(0.02 * diff);
+        diff = difference();
+    }
+    return single(pl);
+}
+
+float lcl_temp(float ts, float ps, float pl) { return temp_on_dryad(pot_temp(ts, ps), pl); }
+
+float conv_temp(float wbar, float pc, float pr) { return temp_on_dryad(pot_temp(temp_on_mixrat(wbar, pc), pc), pr); }
+
+float eq_pot_temp(float temp, float dewp, float pr) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    return dewp == 0.0F ? pot_temp(temp, pr) : lifted_theta_e(temp, dewp, pr);
+}
+
+float wet_bulb(float temp, float dewp, float pr) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    return dewp == 0.0F ? 0.0F : temp_on_satad(lifted_theta_e(temp, dewp, pr), pr);
+}
+
+float wet_bulb_pot_temp(float temp, float dewp, float pr) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    return dewp == 0.0F ? 0.0F : temp_on_satad(lifted_theta_e(temp, dewp, pr), single(STANDARD_PRESSURE));
+}
+
+}  // namespace zav
