@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <vector>
@@ -38,18 +39,31 @@ struct Field_rows {
 template <std::size_t Fields>
 using Rows = std::array<Field_rows, Fields>;
 
-/// A point with all its neighbours in the row.
-template <std::size_t Fields>
-struct Inner_point {
+/// Columns that are worked on at once. Formulas are written for one column (float) and for several (Lanes) alike:
+/// choices are made by value, never by a branch.
+constexpr int LANES = 4;
+using Lanes [[gnu::vector_size(LANES * sizeof(float))]] = float;
+
+/// Points with all their neighbours in the row, `LANES` of them from a column on. `Whole`: none of the values about
+/// them is missing.
+template <std::size_t Fields, bool Whole>
+struct Inner_points {
+    static constexpr bool WHOLE = Whole;
     const Rows<Fields>& rows;
     int column;
-    float east(std::size_t field, int steps) const { return rows[field].north(0)[column + steps]; }
-    float north(std::size_t field, int steps) const { return rows[field].north(steps)[column]; }
+    Lanes east(std::size_t field, int steps) const { return load(rows[field].north(0) + column + steps); }
+    Lanes north(std::size_t field, int steps) const { return load(rows[field].north(steps) + column); }
+    static Lanes load(const float* from) {
+        Lanes values;
+        std::memcpy(&values, from, sizeof values);
+        return values;
+    }
 };
 
-/// A point near the end of its row. Neighbours beyond it are missing, or lie at the other end round the globe.
+/// A point anywhere in its row. Neighbours beyond it are missing, or lie at the other end round the globe.
 template <std::size_t Fields>
-struct Edge_point {
+struct Any_point {
+    static constexpr bool WHOLE = false;
     const Rows<Fields>& rows;
     int column;
     int count;
@@ -61,60 +75,75 @@ struct Edge_point {
     float north(std::size_t field, int steps) const { return rows[field].north(steps)[column]; }
 };
 
-// Choices are made by value, never by a branch, so that the compiler can work on several columns at once.
-
 /// Difference of neighbours, the point itself standing for one that is missing.
-float slope(float before, float here, float after, float step) {
-    const bool no_before = before == FMISS;
-    const bool no_after = after == FMISS;
-    const float z1 = no_before ? here : before;
-    const float z2 = no_after ? here : after;
-    return (z2 - z1) / ((no_before | no_after) ? step : 2.0F * step);
+template <class Value>
+Value slope(Value before, Value here, Value after, float step) {
+    const auto no_before = before == FMISS;
+    const auto no_after = after == FMISS;
+    const Value z1 = no_before ? here : before;
+    const Value z2 = no_after ? here : after;
+    const Value one = Value{} + step;
+    return (z2 - z1) / ((no_before | no_after) ? one : one + one);
 }
 
-/// The five values of a row or a column about a point, in their order.
-struct Five {
-    float a, b, here, d, e;
-};
-
-/// Second difference about a point, or about its neighbour if the one on the other side is missing.
-float bend(const Five& five, float step) {
-    const bool no_after = five.d == FMISS;
-    const bool no_before = !no_after & (five.b == FMISS);
-    const float middle = no_after ? five.b : (no_before ? five.d : five.here);
-    const float first = (no_after | no_before) ? five.here : five.b;
-    const float second = no_after ? five.a : (no_before ? five.e : five.d);
-    const float value = (first + second - 2.0F * middle) / (step * step);
-    return (middle == FMISS) | (second == FMISS) ? FMISS : value;
+/// Second difference about a point, or about its neighbour if the one on the other side is missing. The values stand in
+/// their order, `here` in the middle.
+template <class Value>
+Value bend(Value a, Value b, Value here, Value d, Value e, float step) {
+    const auto no_after = d == FMISS;
+    const auto one_sided = no_after | (b == FMISS);
+    const Value middle = no_after ? b : (one_sided ? d : here);
+    const Value first = one_sided ? here : b;
+    const Value second = no_after ? a : (one_sided ? e : d);
+    const Value value = (first + second - 2.0F * middle) / (step * step);
+    const Value missing = Value{} + FMISS;
+    return (middle == FMISS) | (second == FMISS) ? missing : value;
 }
 
 template <class Point>
-float slope_east(const Point& p, std::size_t field, const Steps& step) {
+auto slope_east(const Point& p, std::size_t field, const Steps& step) {
+    if constexpr (Point::WHOLE) return (p.east(field, 1) - p.east(field, -1)) / (2.0F * step.x);
     return slope(p.east(field, -1), p.east(field, 0), p.east(field, 1), step.x);
 }
 
 template <class Point>
-float slope_north(const Point& p, std::size_t field, const Steps& step) {
+auto slope_north(const Point& p, std::size_t field, const Steps& step) {
+    if constexpr (Point::WHOLE) return (p.north(field, 1) - p.north(field, -1)) / (2.0F * step.y);
     return slope(p.north(field, -1), p.north(field, 0), p.north(field, 1), step.y);
 }
 
-/// Works out a row: `formula` at each point where no field is missing.
-template <std::size_t Fields, class Formula>
+template <class Point>
+auto laplacian(const Point& p, const Steps& step) {
+    const auto here = p.east(0, 0);
+    if constexpr (Point::WHOLE) {
+        return (p.east(0, -1) + p.east(0, 1) - 2.0F * here) / (step.x * step.x) +
+               (p.north(0, -1) + p.north(0, 1) - 2.0F * here) / (step.y * step.y);
+    }
+    const auto x = bend(p.east(0, -2), p.east(0, -1), here, p.east(0, 1), p.east(0, 2), step.x);
+    // From north to south: the row below is looked at first.
+    const auto y = bend(p.north(0, 2), p.north(0, 1), here, p.north(0, -1), p.north(0, -2), step.y);
+    return (x == FMISS) | (y == FMISS) ? decltype(here + x){} + FMISS : x + y;
+}
+
+/// Works out the columns of `points`: `formula` where no field is missing.
+template <std::size_t Fields, class Points, class Formula>
+void put(const Points& points, const Steps& step, float* to, const Formula& formula) {
+    auto value = formula(points, step);
+    if constexpr (!Points::WHOLE) {
+        auto missing = points.east(0, 0) == FMISS;
+        for (std::size_t field = 1; field < Fields; field++) missing = missing | (points.east(field, 0) == FMISS);
+        value = missing ? decltype(value){} + FMISS : value;
+    }
+    std::memcpy(to + points.column, &value, sizeof value);
+}
+
+template <std::size_t Fields, bool Whole, class Formula>
 void do_row(const Rows<Fields>& rows, int nx, int cycle, const Steps& step, float* to, const Formula& formula) {
-    const auto result = [&](const auto& point) {
-        bool missing = false;
-        for (std::size_t field = 0; field < Fields; field++) missing |= point.east(field, 0) == FMISS;
-        const float value = formula(point, step);
-        return missing ? FMISS : value;
-    };
     const int count = cycle > 0 ? cycle : nx;
-    const int first = std::min(REACH, count);
-    const int last = std::max(first, count - REACH);
-    for (int i = 0; i < first; i++) to[i] = result(Edge_point<Fields>{rows, i, count, cycle});
-        // The output is no input's block.
-#pragma GCC ivdep
-    for (int i = first; i < last; i++) to[i] = result(Inner_point<Fields>{rows, i});
-    for (int i = last; i < count; i++) to[i] = result(Edge_point<Fields>{rows, i, count, cycle});
+    int i = 0;
+    for (; i < std::min(REACH, count); i++) put<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, to, formula);
+    for (; i + LANES <= count - REACH; i += LANES) put<Fields>(Inner_points<Fields, Whole>{rows, i}, step, to, formula);
+    for (; i < count; i++) put<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, to, formula);
     if (count < nx) to[count] = to[0];
 }
 
@@ -151,11 +180,39 @@ class Spacing {
 template <std::size_t Fields>
 using Inputs = std::array<const GRD_report*, Fields>;
 
+/// Tells rows without a missing value in any of the fields, each looked through once.
+template <std::size_t Fields>
+class Whole_rows {
+  public:
+    explicit Whole_rows(const Inputs<Fields>& in) : fields(in), states(static_cast<std::size_t>(in[0]->domain.ny)) {}
+    bool operator()(int row) {
+        if (row < 0 || row >= fields[0]->domain.ny) return false;
+        State& state = states[static_cast<std::size_t>(row)];
+        if (state == State::UNKNOWN) state = is_whole(row) ? State::WHOLE : State::BROKEN;
+        return state == State::WHOLE;
+    }
+
+  private:
+    enum class State : char { UNKNOWN, WHOLE, BROKEN };
+    bool is_whole(int row) const {
+        const int nx = fields[0]->domain.nx;
+        int missing = 0;
+        for (const GRD_report* field : fields) {
+            const float* values = field->grid.get() + static_cast<std::ptrdiff_t>(row) * nx;
+            for (int i = 0; i < nx; i++) missing |= values[i] == FMISS ? 1 : 0;
+        }
+        return missing == 0;
+    }
+    const Inputs<Fields>& fields;
+    std::vector<State> states;
+};
+
 template <std::size_t Fields, class Formula>
 void do_rows(const Inputs<Fields>& in, float* to, const Spacing& spacing, int cycle, const Formula& formula) {
     const int nx = in[0]->domain.nx;
     const int ny = in[0]->domain.ny;
     const std::vector<float> beyond(static_cast<std::size_t>(nx), FMISS);
+    Whole_rows<Fields> whole(in);
     for (int row = 0; row < ny; row++, to += nx) {
         const Steps step = spacing.of_row(row);
         if (step.at_pole) {
@@ -166,12 +223,17 @@ void do_rows(const Inputs<Fields>& in, float* to, const Spacing& spacing, int cy
         for (std::size_t field = 0; field < Fields; field++) {
             for (int south = -REACH; south <= REACH; south++) {
                 const int at = row + south;
-                const float* values = in[field]->grid.get() + static_cast<std::ptrdiff_t>(at) * nx;
+                const bool inside = at >= 0 && at < ny;
+                const float* first = in[field]->grid.get();
                 rows[field].from_south[static_cast<std::size_t>(REACH - south)] =
-                    at < 0 || at >= ny ? beyond.data() : values;
+                    inside ? first + static_cast<std::ptrdiff_t>(at) * nx : beyond.data();
             }
         }
-        do_row<Fields>(rows, nx, cycle, step, to, formula);
+        if (whole(row - 1) && whole(row) && whole(row + 1)) {
+            do_row<Fields, true>(rows, nx, cycle, step, to, formula);
+        } else {
+            do_row<Fields, false>(rows, nx, cycle, step, to, formula);
+        }
     }
 }
 
@@ -219,13 +281,8 @@ int GRD_dy(const GRD_report* grid, GRD_report* ogrid) {
 }
 
 int GRD_laplacian(const GRD_report* agrid, GRD_report* bgrid) {
-    const auto formula = [](const auto& p, const Steps& step) {
-        const float x = bend({p.east(0, -2), p.east(0, -1), p.east(0, 0), p.east(0, 1), p.east(0, 2)}, step.x);
-        // The row below is looked at first.
-        const float y = bend({p.north(0, 2), p.north(0, 1), p.north(0, 0), p.north(0, -1), p.north(0, -2)}, step.y);
-        return (x == FMISS) | (y == FMISS) ? FMISS : x + y;
-    };
-    return differentiate<1>("GRD_laplacian", {agrid}, bgrid, Along::BOTH, formula);
+    return differentiate<1>("GRD_laplacian", {agrid}, bgrid, Along::BOTH,
+                            [](const auto& p, const Steps& step) { return laplacian(p, step); });
 }
 
 int GRD_converge(const GRD_report* ugrid, const GRD_report* vgrid, const GRD_report* zgrid, GRD_report* ogrid) {
