@@ -6,7 +6,6 @@
 #include "calc/grd_points.h"
 #include "calc/grd_trans.h"
 #include "physics/thermo.h"
-#include "var/var_tool.h"
 
 namespace zav {
 namespace {
@@ -84,7 +83,7 @@ int of_moisture(Math_frame& frame, const Value& value) {
 bool is_speed(const Math_frame& frame) {
     const GRD_report* second = frame.argument(2);
     if (second == nullptr) return frame.num == 2;
-    return second->var == VAR_search_var_num("wspd") || second->var == VAR_search_var_num("spd");
+    return GRD_is_variable(second, "wspd") || GRD_is_variable(second, "spd");
 }
 
 /// `value`(temperature, speed) of a temperature and a wind.

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "frame/zav.h"
+#include "physics/float_table.h"
 
 namespace zav {
 namespace {
@@ -29,8 +30,56 @@ float single(double value) { return static_cast<float>(value); }
 
 double power_of_ten(double exponent) { return std::pow(10.0, exponent); }
 
+/// Saturation vapour pressure (mb) of a temperature.
+double saturation_pressure(double t) {
+    return power_of_ten(23.832241 - 5.02808 * std::log10(t) - 1.3816e-7 * power_of_ten(11.344 - 0.0303998 * t) +
+                        0.008132801 * power_of_ten(3.49149 - 1302.8844 / t) - 2949.076 / t);
+}
+
+/// Temperature of a saturation vapour pressure (mb).
+double saturation_temperature(double e) {
+    const double c = std::pow(e, 0.0915) - 1.2035;
+    return 38.9114 * c * c + power_of_ten(2.4082965 + 0.0498646455 * std::log10(e)) - 7.08475;
+}
+
 /// (1000 / pr)^0.286
 double to_standard(double pr) { return std::pow(STANDARD_PRESSURE / pr, KAPPA); }
+
+/// (pr / 1000)^0.286
+double from_standard(double pr) { return std::pow(pr / STANDARD_PRESSURE, KAPPA); }
+
+// The dear ones as tables, of 128 to 512 K, 2^-14 to 2^7 mb, 2^3 to 2^11 mb. A field of theta-e asks for them some
+// twenty times a point.
+
+using Pressures = Float_table<3, 8, 4>;
+
+const auto& saturation_pressures() {
+    static const Float_table<7, 2, 7> table(saturation_pressure);
+    return table;
+}
+
+const auto& saturation_temperatures() {
+    static const Float_table<-14, 21, 4> table(saturation_temperature);
+    return table;
+}
+
+const Pressures& powers_to_standard() {
+    static const Pressures table(to_standard);
+    return table;
+}
+
+const Pressures& powers_from_standard() {
+    static const Pressures table(from_standard);
+    return table;
+}
+
+/// `value` times the power of `pr`, rounded.
+float times_power(const Pressures& table, double value, float pr, double (*power)(double)) {
+    const auto exact = [&] { return value * power(pr); };
+    return table.covers(pr) ? rounded(value * table(pr), exact) : single(exact());
+}
+
+float times_to_standard(double value, float pr) { return times_power(powers_to_standard(), value, pr, to_standard); }
 
 /// Equivalent potential temperature over temperature and the dry factor, of `w` g/kg condensing at `t`.
 double condensation(double w, double t) { return std::exp(LATENT * w / t); }
@@ -52,17 +101,16 @@ float lifted_theta_e(float temp, float dewp, float pr) {
 float vapor_pr(float t) {
     if (t < 0.0F) return FMISS;
     if (t < LEAST_TEMPERATURE) return 0.0F;
-    const double temp = t;
-    return single(power_of_ten(23.832241 - 5.02808 * std::log10(temp) -
-                               1.3816e-7 * power_of_ten(11.344 - 0.0303998 * temp) +
-                               0.008132801 * power_of_ten(3.49149 - 1302.8844 / temp) - 2949.076 / temp));
+    const auto exact = [t] { return saturation_pressure(t); };
+    const auto& table = saturation_pressures();
+    return table.covers(t) ? rounded(table(t), exact) : single(exact());
 }
 
 float temp_vapor_pr(float e) {
     if (e <= 0.0F) return 0.0F;
-    const double pressure = e;
-    const double c = std::pow(pressure, 0.0915) - 1.2035;
-    return single(38.9114 * c * c + power_of_ten(2.4082965 + 0.0498646455 * std::log10(pressure)) - 7.08475);
+    const auto exact = [e] { return saturation_temperature(e); };
+    const auto& table = saturation_temperatures();
+    return table.covers(e) ? rounded(table(e), exact) : single(exact());
 }
 
 float temp_on_mixrat(float w, float pr) {
@@ -98,12 +146,12 @@ float rel_hum(float t, float td) {
 
 float pot_temp(float temp, float pr) {
     if (temp <= 0.0F || pr <= 0.0F) return FMISS;
-    return single(temp * to_standard(pr));
+    return times_to_standard(temp, pr);
 }
 
 float temp_on_dryad(float pot, float pr) {
     if (pot <= 0.0F || pr <= 0.0F) return 0.0F;
-    return single(pot * std::pow(pr / STANDARD_PRESSURE, KAPPA));
+    return times_power(powers_from_standard(), pot, pr, from_standard);
 }
 
 float virt_temp(float temp, float dewp, float pr) {
@@ -116,7 +164,7 @@ float virt_temp(float temp, float dewp, float pr) {
 float virt_pot_temp(float temp, float dewp, float pr) {
     if (no_parcel(temp, dewp, pr)) return FMISS;
     if (dewp == 0.0F) return pot_temp(temp, pr);
-    return single(virt_temp(temp, dewp, pr) * to_standard(pr));
+    return times_to_standard(virt_temp(temp, dewp, pr), pr);
 }
 
 float thetae_on_satad(float temp, float pr) {
