@@ -42,20 +42,27 @@ void with_humidity(const Math_frame& frame, int number, const Compute& compute) 
     }
 }
 
-/// `value`(temperature, dew point, pressure) of arguments temperature, humidity and pressure.
-template <class Value>
-int of_parcel(Math_frame& frame, const Value& value) {
+/// `value`(temperature, dew point, pressure) of arguments temperature, humidity and pressure. At one pressure for all
+/// points it is `fixed`(pressure), a function of temperature and dew point.
+template <class Value, class Fixed>
+int of_parcel(Math_frame& frame, const Value& value, const Fixed& fixed) {
     const Pressure pressure(frame, 2);
     if (!pressure.ready) return 0;
     with_humidity(frame, 2, [&](const auto& dew_point) {
         if (pressure.argument) {
             math_points<1, 2, 3>(frame, 0, [&](float t, float h, float p) { return value(t, dew_point(t, h), p); });
         } else {
-            const float p = pressure.level;
-            math_points<1, 2>(frame, 0, [&, p](float t, float h) { return value(t, dew_point(t, h), p); });
+            const auto at_level = fixed(pressure.level);
+            math_points<1, 2>(frame, 0, [&](float t, float h) { return at_level(t, dew_point(t, h)); });
         }
     });
     return 1;
+}
+
+template <class Value>
+int of_parcel(Math_frame& frame, const Value& value) {
+    return of_parcel(frame, value,
+                     [&value](float p) { return [&value, p](float t, float td) { return value(t, td, p); }; });
 }
 
 /// `value`(dew point, pressure) of a dew point and its pressure, or of temperature, humidity and pressure. Off the
@@ -102,13 +109,12 @@ int of_wind(Math_frame& frame, const Value& value) {
     return 1;
 }
 
-/// Temperature (K) at 500 mb of air lifted from 850 mb.
-float lifted_from_850(float t, float td) {
+/// Temperature (K) of air lifted from 850 mb to the pressure of `top`.
+float lifted_from_850(float t, float td, const Saturated_adiabats& top) {
     constexpr float BOTTOM = 850.0F;
-    constexpr float TOP = 500.0F;
     const float pl = lcl_pres(t, td, BOTTOM);
-    if (pl < TOP) return temp_on_dryad(pot_temp(t, BOTTOM), TOP);
-    return temp_on_satad(thetae_on_satad(lcl_temp(t, BOTTOM, pl), pl), TOP);
+    if (pl < top.pressure()) return temp_on_dryad(pot_temp(t, BOTTOM), top.pressure());
+    return top.temperature(thetae_on_satad(lcl_temp(t, BOTTOM, pl), pl));
 }
 
 }  // namespace
@@ -125,13 +131,19 @@ int math_rhum(Math_frame& frame) {
     return 1;
 }
 
-int math_wetblb(Math_frame& frame) { return of_parcel(frame, wet_bulb); }
+int math_wetblb(Math_frame& frame) {
+    const auto at_any = [](float t, float td, float p) { return wet_bulb(t, td, p); };
+    return of_parcel(frame, at_any, [](float p) {
+        return [adiabats = Saturated_adiabats(p)](float t, float td) { return wet_bulb(t, td, adiabats); };
+    });
+}
 
 int math_show(Math_frame& frame) {
     if (!GRD_begin(frame, 3)) return 0;
+    const Saturated_adiabats top(500.0F);
     with_humidity(frame, 2, [&](const auto& dew_point) {
         math_points<1, 2, 3>(frame, 0, [&](float t850, float humidity, float t500) {
-            const float parcel = lifted_from_850(t850, dew_point(t850, humidity));
+            const float parcel = lifted_from_850(t850, dew_point(t850, humidity), top);
             return parcel != FMISS ? t500 - parcel : FMISS;
         });
     });

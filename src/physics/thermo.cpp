@@ -48,10 +48,13 @@ double to_standard(double pr) { return std::pow(STANDARD_PRESSURE / pr, KAPPA); 
 /// (pr / 1000)^0.286
 double from_standard(double pr) { return std::pow(pr / STANDARD_PRESSURE, KAPPA); }
 
-// The dear ones as tables, of 128 to 512 K, 2^-14 to 2^7 mb, 2^3 to 2^11 mb. A field of theta-e asks for them some
+// The dear ones as tables, of 170 to 512 K, 2^-14 to 2^7 mb, 2^3 to 2^11 mb. A field of theta-e asks for them some
 // twenty times a point.
 
 using Pressures = Float_table<3, 8, 4>;
+
+/// Below, saturation pressure changes too much with temperature for the table's pieces.
+constexpr float COLDEST = 170.0F;
 
 const auto& saturation_pressures() {
     static const Float_table<7, 2, 7> table(saturation_pressure);
@@ -87,6 +90,32 @@ double condensation(double w, double t) { return std::exp(LATENT * w / t); }
 /// Missing or impossible values of a parcel.
 bool no_parcel(float temp, float dewp, float pr) { return temp <= 0.0F || dewp < 0.0F || pr < 0.0F; }
 
+// Search of the temperature at which saturated air has an equivalent potential temperature: HALVINGS steps, each half
+// of the one before. The places it can come to are numbered as in a heap, 2 n below and 2 n + 1 above place n.
+constexpr int HALVINGS = 12;
+constexpr std::size_t HALVINGS_END = std::size_t{1} << HALVINGS;
+constexpr double HALVING_START = 253.16;
+constexpr double HALVING_STEP = 120.0;
+
+bool no_adiabat(float pot, float pr) { return pot <= 0.0F || pr <= 0.0F || pr > 2000.0F; }
+
+/// The search, with `factors`(place, temperature) telling what to compare.
+template <class Factors>
+float halve(float pot, const Factors& factors) {
+    double t = HALVING_START;
+    double step = HALVING_STEP;
+    std::size_t place = 1;
+    for (int i = 0; i < HALVINGS; i++) {
+        const Dry_and_moist at = factors(place, t);
+        const double d = pot * at.moist - at.dry;
+        if (d * d < 2e-5) break;
+        step /= 2.0;
+        t += d > 0.0 ? step : -step;
+        place = 2 * place + (d > 0.0 ? 1 : 0);
+    }
+    return single(t);
+}
+
 /// Vapour pressure where it saturates, or the number itself where it is one.
 double saturation(float temp) { return temp > LEAST_TEMPERATURE ? vapor_pr(temp) : temp; }
 
@@ -96,14 +125,24 @@ float lifted_theta_e(float temp, float dewp, float pr) {
     return thetae_on_satad(lcl_temp(temp, pr, pl), pl);
 }
 
+/// A parcel lifted to its condensation, then brought down moist: `to`(theta-e).
+template <class To>
+float descend(float temp, float dewp, float pr, const To& to) {
+    if (no_parcel(temp, dewp, pr)) return FMISS;
+    return dewp == 0.0F ? 0.0F : to(lifted_theta_e(temp, dewp, pr));
+}
+
 }  // namespace
+
+Dry_and_moist::Dry_and_moist(double t, float pr)
+    : dry(pot_temp(single(t), pr)), moist(condensation(mix_ratio(single(t), pr), t)) {}
 
 float vapor_pr(float t) {
     if (t < 0.0F) return FMISS;
     if (t < LEAST_TEMPERATURE) return 0.0F;
     const auto exact = [t] { return saturation_pressure(t); };
     const auto& table = saturation_pressures();
-    return table.covers(t) ? rounded(table(t), exact) : single(exact());
+    return t >= COLDEST && table.covers(t) ? rounded(table(t), exact) : single(exact());
 }
 
 float temp_vapor_pr(float e) {
@@ -173,18 +212,24 @@ float thetae_on_satad(float temp, float pr) {
 }
 
 float temp_on_satad(float pot, float pr) {
-    constexpr int STEPS = 12;
-    if (pot <= 0.0F || pr <= 0.0F || pr > 2000.0F) return FMISS;
-    double t = 253.16;
-    double step = 120.0;
-    for (int i = 0; i < STEPS; i++) {
-        const float temp = single(t);
-        const double d = pot * condensation(mix_ratio(temp, pr), t) - pot_temp(temp, pr);
-        if (d * d < 2e-5) break;
-        step /= 2.0;
-        t += d > 0.0 ? step : -step;
-    }
-    return single(t);
+    if (no_adiabat(pot, pr)) return FMISS;
+    return halve(pot, [pr](std::size_t, double t) { return Dry_and_moist(t, pr); });
+}
+
+Saturated_adiabats::Saturated_adiabats(float pr) : pr_(pr), places_(no_adiabat(1.0F, pr) ? 0 : HALVINGS_END) {
+    fill(1, HALVING_START, HALVING_STEP);
+}
+
+void Saturated_adiabats::fill(std::size_t place, double t, double step) {
+    if (place >= places_.size()) return;
+    places_[place] = Dry_and_moist(t, pr_);
+    fill(2 * place, t - step / 2.0, step / 2.0);
+    fill(2 * place + 1, t + step / 2.0, step / 2.0);
+}
+
+float Saturated_adiabats::temperature(float pot) const {
+    if (no_adiabat(pot, pr_)) return FMISS;
+    return halve(pot, [this](std::size_t place, double) { return places_[place]; });
 }
 
 float lcl_pres(float ts, float tds, float ps) {
@@ -215,13 +260,15 @@ float eq_pot_temp(float temp, float dewp, float pr) {
 }
 
 float wet_bulb(float temp, float dewp, float pr) {
-    if (no_parcel(temp, dewp, pr)) return FMISS;
-    return dewp == 0.0F ? 0.0F : temp_on_satad(lifted_theta_e(temp, dewp, pr), pr);
+    return descend(temp, dewp, pr, [pr](float pot) { return temp_on_satad(pot, pr); });
+}
+
+float wet_bulb(float temp, float dewp, const Saturated_adiabats& adiabats) {
+    return descend(temp, dewp, adiabats.pressure(), [&](float pot) { return adiabats.temperature(pot); });
 }
 
 float wet_bulb_pot_temp(float temp, float dewp, float pr) {
-    if (no_parcel(temp, dewp, pr)) return FMISS;
-    return dewp == 0.0F ? 0.0F : temp_on_satad(lifted_theta_e(temp, dewp, pr), single(STANDARD_PRESSURE));
+    return descend(temp, dewp, pr, [](float pot) { return temp_on_satad(pot, single(STANDARD_PRESSURE)); });
 }
 
 }  // namespace zav

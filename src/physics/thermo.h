@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <vector>
+
 namespace zav {
 
 // Formulas of moist air, comfort, and the standard atmosphere. Pure functions of single-precision values.
@@ -36,6 +39,29 @@ float thetae_on_satad(float temp, float pr);
 /// Temperature at `pr` of saturated air of equivalent potential temperature `pot`, to some 0.03 K.
 float temp_on_satad(float pot, float pr);
 
+/// Two factors of saturated air: potential temperature, and that over the equivalent one.
+struct Dry_and_moist {
+    Dry_and_moist() = default;
+    Dry_and_moist(double t, float pr);
+    double dry = 0.0;
+    double moist = 0.0;
+};
+
+/// temp_on_satad for many parcels at one pressure, with the same results: what its steps compare is worked out before.
+class Saturated_adiabats {
+  public:
+    explicit Saturated_adiabats(float pr);
+    float pressure() const { return pr_; }
+    /// Temperature of saturated air of equivalent potential temperature `pot`.
+    float temperature(float pot) const;
+
+  private:
+    void fill(std::size_t place, double t, double step);
+
+    float pr_;
+    std::vector<Dry_and_moist> places_;  ///< that the search can come to
+};
+
 /// Pressure of the lifting condensation level of air at pressure `ps`.
 float lcl_pres(float ts, float tds, float ps);
 /// Temperature at the lifting condensation level `pl`.
@@ -44,6 +70,7 @@ float lcl_temp(float ts, float ps, float pl);
 float conv_temp(float wbar, float pc, float pr);
 float eq_pot_temp(float temp, float dewp, float pr);
 float wet_bulb(float temp, float dewp, float pr);
+float wet_bulb(float temp, float dewp, const Saturated_adiabats& adiabats);
 float wet_bulb_pot_temp(float temp, float dewp, float pr);
 
 /// Wind chill equivalent temperature by the cooling power of the wind.
