@@ -9,6 +9,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <type_traits>
 
 #include "physics/thermo.h"
 
@@ -26,16 +27,20 @@ struct Formula {
     double step = 0;  ///< what a step of an iteration changes that rounding begins or leaves out
 };
 
-template <class... F, class... D, std::size_t... I>
-Formula make(const char* name, const char* kinds, float (*program)(F...), double (*truth)(D...), double step,
-             std::index_sequence<I...>) {
-    return {name, kinds, [program](const Given& a) { return program(a[I]...); },
-            [truth](const std::array<double, 5>& a) { return truth(a[I]...); }, step};
-}
+template <class>
+struct Single {
+    using type = float;
+};
 
-template <class... F, class... D>
-Formula pair(const char* name, const char* kinds, float (*program)(F...), double (*truth)(D...), double step = 0) {
-    return make(name, kinds, program, truth, step, std::index_sequence_for<F...>());
+/// A formula with what it is compared to, which tells how many arguments it has.
+template <class... D>
+Formula pair(const char* name, const char* kinds, std::type_identity_t<float (*)(typename Single<D>::type...)> program,
+             double (*truth)(D...), double step = 0) {
+    return [=]<std::size_t... I>(std::index_sequence<I...>)->Formula {
+        return {name, kinds, [program](const Given& a) { return program(a[I]...); },
+                [truth](const std::array<double, 5>& a) { return truth(a[I]...); }, step};
+    }
+    (std::index_sequence_for<D...>());
 }
 
 const Formula FORMULAS[] = {
