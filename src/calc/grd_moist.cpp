@@ -1,5 +1,6 @@
 // Moist air.
 
+#include <algorithm>
 #include <cmath>
 
 #include "calc/grd_families.h"
@@ -156,8 +157,13 @@ int math_wchill2(Math_frame& frame) { return of_wind(frame, wind_chill_temp2); }
 
 int math_heat(Math_frame& frame) {
     if (!GRD_begin(frame, 2)) return 0;
+    // The dew point of saturated air may come out a little above its temperature, which would be no heat index.
+    const bool percent = !GRD_is_dew_point(frame.argument(2));
     with_humidity(frame, 2, [&](const auto& dew_point) {
-        math_points<1, 2>(frame, 0, [&](float t, float humidity) { return heat_index(t, dew_point(t, humidity)); });
+        math_points<1, 2>(frame, 0, [&](float t, float humidity) {
+            const float td = dew_point(t, humidity);
+            return heat_index(t, percent ? std::min(td, t) : td);
+        });
     });
     return 1;
 }
