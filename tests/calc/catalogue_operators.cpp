@@ -15,7 +15,8 @@ constexpr double DEGREE = 1.11195;  // of latitude, in 100 km
 constexpr double RAD = std::numbers::pi / 180;
 constexpr double EARTH = 63.713;
 constexpr double TWICE_ROTATION = 14.584;
-constexpr double PLACE_SLACK = 2e-3;  // degrees between ecCodes' earth and that of the maps
+constexpr double LATITUDE_SLACK = 2e-7;  // radians, of 90 degrees in single precision
+constexpr double PLACE_SLACK = 2e-3;     // degrees between ecCodes' earth and that of the maps
 
 /// A number and how far off it may be.
 struct Value {
@@ -49,6 +50,13 @@ double spacing(const Place& place, bool along_x, int j) {
     return along_x ? std::cos(row_latitude(place, j) * RAD) * place.dx * DEGREE : place.dy * DEGREE;
 }
 
+/// How far off the spacing may be, as a part of it.
+double spacing_slack(const Line& line) {
+    const Place& place = *line.field.place;
+    if (!place.latlon || !line.along_x) return 6 * EPSILON;
+    return 6 * EPSILON + LATITUDE_SLACK * std::abs(std::tan(row_latitude(place, line.j) * RAD));
+}
+
 /// First derivative at a point that has a value; toward the north along a column.
 Value slope(const Line& line) {
     const Place& place = *line.field.place;
@@ -67,7 +75,7 @@ Value slope(const Line& line) {
     }
     const double value = (high.value - low.value) / divisor;
     const double rounding = EPSILON * (std::abs(high.value) + std::abs(low.value)) / divisor;
-    return {value, (low.slack + high.slack) / divisor + rounding + 6 * EPSILON * std::abs(value)};
+    return {value, (low.slack + high.slack) / divisor + rounding + spacing_slack(line) * std::abs(value)};
 }
 
 /// Second derivative.
@@ -81,7 +89,7 @@ Value bend(const Line& line) {
         const double value = (outer.value + other.value - 2 * middle.value) / (d * d);
         const double sum = std::abs(outer.value) + std::abs(other.value) + 2 * std::abs(middle.value);
         const double slack = (outer.slack + other.slack + 2 * middle.slack + 2 * EPSILON * sum) / (d * d);
-        return {value, slack + 8 * EPSILON * std::abs(value)};
+        return {value, slack + 2 * spacing_slack(line) * std::abs(value)};
     };
     if (line.at(1).missing()) return second(z, line.at(-1), line.at(-2));
     if (line.at(-1).missing()) return second(z, line.at(1), line.at(2));
@@ -154,7 +162,9 @@ Field coriolis(Field a, const std::string& oper) {
     return each_point(a, [&](int i, int j) -> Value {
         const double lat = place.lat[static_cast<std::size_t>(j * place.nx + i)];
         const double f = TWICE_ROTATION * std::sin(lat * RAD);
-        const double off = place.latlon ? 4 * EPSILON * std::abs(f) : TWICE_ROTATION * PLACE_SLACK * RAD;
+        const double off = f == 0         ? 0
+                           : place.latlon ? 4 * EPSILON * std::abs(f) + TWICE_ROTATION * LATITUDE_SLACK
+                                          : TWICE_ROTATION * PLACE_SLACK * RAD;
         const Value z{a.at(i, j), a.slack_at(i, j)};
         if (oper == "add") return sum(z, {f, off});
         const double value = z.value / f;

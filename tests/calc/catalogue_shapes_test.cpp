@@ -256,5 +256,24 @@ TEST_F(Catalogue_shapes, GiveWhatIsWorkedOut) {
     EXPECT_GT(calls, 74 * 6 * 9);
 }
 
+/// A spacing of which single precision keeps a rounded one: its rows meet poles and equator within a rounding.
+TEST_F(Catalogue_shapes, FineGlobesHaveTheirPolesAndEquator) {
+    constexpr Shape FINE = {"fine", PROJ_LATLON, 1500, 751, 0, 0.24F, 0.24F};
+    Place place = place_of(FINE);
+    place.dx = place.dy = 0.24;
+    for (std::size_t k = 0; k < place.lat.size(); k++) place.lat[k] = 0.24 * (375 - static_cast<int>(k) / 1500);
+    std::mt19937 random(6);
+    for (const char* name : {"dx", "lapl", "rvort", "avort", "ugeos", "vgeos", "adv"}) {
+        const Math_function& function = *GRD_find_function(name);
+        Double_call both(place, FINE, 100, 850, 1000000U, random);
+        const std::vector<std::string> form = forms(function).front();
+        for (const std::string& word : form) both.add(word);
+        ASSERT_EQ(both.run(function), 1) << name;
+        const Difference d = difference(both.results[0], functions().at(name).work(name, both.call).front(), {});
+        EXPECT_EQ(d.off, 0) << name << "\n  " << d.first;
+        EXPECT_EQ(d.unbounded, 0) << name;
+    }
+}
+
 }  // namespace
 }  // namespace zav::truth

@@ -196,7 +196,11 @@ Fields show(const std::string&, const Call& given) {
 
 Fields heat(const std::string&, const Call& given) {
     const Call call = in_units(given, {"K", "K?"});
-    return {known_points(call, 2, [&](const Numbers& a) { return heat_index(a[0], dew_point(call, a)); })};
+    const bool dew = is_dew_point(call.field(2));
+    return {known_points(call, 2, [&](const Numbers& a) {
+        const double td = dew_point(call, a);
+        return heat_index(a[0], dew ? td : std::min(td, a[0]));  // air of 100 percent is saturated, not beyond
+    })};
 }
 
 Fields wind_chill(const std::string& name, const Call& given) {
