@@ -4,7 +4,6 @@
 
 #include "calc/grd_families.h"
 #include "calc/grd_oper.h"
-#include "calc/grd_points.h"
 #include "calc/grd_trans.h"
 #include "files/unittool.h"
 #include "frame/string.h"
