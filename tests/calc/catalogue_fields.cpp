@@ -24,7 +24,7 @@ constexpr Short_name NAMES[] = {{"t", "temp", "K"},      {"2t", "temp", "K"},   
                                 {"r", "rhum", "%"},      {"u", "uwnd", "m/s"},   {"10u", "uwnd", "m/s"},
                                 {"v", "vwnd", "m/s"},    {"10v", "vwnd", "m/s"}, {"prmsl", "pmsl", "Pa"},
                                 {"absv", "avort", "/s"}, {"w", "vvel", "Pa/s"},  {"tcc", "tcdc", "%"},
-                                {"mslet", "pmsl", "Pa"}};
+                                {"mslet", "pmsl", "Pa"}, {"orog", "hght", "m"},  {"tmax", "tmax", "K"}};
 
 struct Level_type {
     const char* name;
@@ -54,6 +54,9 @@ Place place_of(const std::vector<std::string>& keys) {
     }
     return place;
 }
+
+/// A Mercator map is true at the equator: its spacing there, from the longitudes.
+void set_mercator_spacing(Place& place) { place.dx = place.dy = (place.lon[1] - place.lon[0]) * 1.11195; }
 
 /// The rows from the north.
 template <class T>
@@ -154,6 +157,7 @@ Fields_of::Fields_of(const std::string& file) {
             field.values.push_back(std::strtod(end, nullptr));
         }
         if (field.values.size() != static_cast<std::size_t>(place.nx * place.ny)) throw std::runtime_error(message);
+        if (words[3] == "mercator") set_mercator_spacing(place);
         if (words[10] == "1") {
             turn_rows(place.lat, place.nx);
             turn_rows(place.lon, place.nx);

@@ -16,6 +16,7 @@ constexpr double RAD = std::numbers::pi / 180;
 constexpr double EARTH = 63.713;
 constexpr double TWICE_ROTATION = 14.584;
 constexpr double LATITUDE_SLACK = 2e-7;  // radians, of 90 degrees in single precision
+constexpr double EARTH_SLACK = 2e-5;     // between the radii of a file's earth and that of the maps
 constexpr double PLACE_SLACK = 2e-3;     // degrees between ecCodes' earth and that of the maps
 
 /// A number and how far off it may be.
@@ -53,7 +54,8 @@ double spacing(const Place& place, bool along_x, int j) {
 /// How far off the spacing may be, as a part of it.
 double spacing_slack(const Line& line) {
     const Place& place = *line.field.place;
-    if (!place.latlon || !line.along_x) return 6 * EPSILON;
+    if (!place.latlon) return EARTH_SLACK;
+    if (!line.along_x) return 6 * EPSILON;
     return 6 * EPSILON + LATITUDE_SLACK * std::abs(std::tan(row_latitude(place, line.j) * RAD));
 }
 
@@ -188,7 +190,7 @@ Field located(const std::string& what, const Field& a) {
         if (what == "lat") return {lat, slack};
         if (lon > 180) lon -= 360;
         if (lon < -180) lon += 360;
-        if (what == "lon") return {lon, slack};
+        if (what == "lon") return {lon, slack / std::max(std::cos(lat * RAD), 1e-6)};
         if (place.latlon) {
             const double first = place.lon[static_cast<std::size_t>(j * place.nx)] - place.plon;
             return {what == "projx" ? std::remainder(first, 360) + i * place.dx : lat, slack};
