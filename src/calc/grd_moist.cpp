@@ -1,6 +1,7 @@
 // Moist air.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "calc/grd_families.h"
@@ -43,27 +44,56 @@ void with_humidity(const Math_frame& frame, int number, const Compute& compute) 
     }
 }
 
-/// `value`(temperature, dew point, pressure) of arguments temperature, humidity and pressure. At one pressure for all
-/// points it is `fixed`(pressure), a function of temperature and dew point.
-template <class Value, class Fixed>
-int of_parcel(Math_frame& frame, const Value& value, const Fixed& fixed) {
+/// `value`(temperature, dew point, pressure) of arguments temperature, humidity and pressure.
+template <class Value>
+int of_parcel(Math_frame& frame, const Value& value) {
     const Pressure pressure(frame, 2);
     if (!pressure.ready) return 0;
     with_humidity(frame, 2, [&](const auto& dew_point) {
         if (pressure.argument) {
             math_points<1, 2, 3>(frame, 0, [&](float t, float h, float p) { return value(t, dew_point(t, h), p); });
         } else {
-            const auto at_level = fixed(pressure.level);
-            math_points<1, 2>(frame, 0, [&](float t, float h) { return at_level(t, dew_point(t, h)); });
+            const float p = pressure.level;
+            math_points<1, 2>(frame, 0, [&, p](float t, float h) { return value(t, dew_point(t, h), p); });
         }
     });
     return 1;
 }
 
+/// A parcel of air, its lifting condensation level, and what the third argument has at its point.
+struct Parcel {
+    float t;
+    float td;
+    float p;
+    float pl;
+    float third;
+};
+
+/// `value`(parcel) of arguments temperature and humidity, at the pressures of the third one or all at `level`. A parcel
+/// with something missing is one with a missing dew point.
 template <class Value>
-int of_parcel(Math_frame& frame, const Value& value) {
-    return of_parcel(frame, value,
-                     [&value](float p) { return [&value, p](float t, float td) { return value(t, td, p); }; });
+void math_parcels(Math_frame& frame, bool third_is_pressure, float level, const Value& value) {
+    const Math_argument first(frame, 1);
+    const Math_argument second(frame, 2);
+    const Math_argument third(frame, 3);
+    std::array<float, POINTS_AT_ONCE> td;
+    std::array<float, POINTS_AT_ONCE> pl;
+    std::array<float, POINTS_AT_ONCE> levels;
+    levels.fill(level);
+    with_humidity(frame, 2, [&](const auto& dew_point) {
+        for (std::size_t start = 0; start < frame.points(); start += POINTS_AT_ONCE) {
+            const std::size_t count = std::min(POINTS_AT_ONCE, frame.points() - start);
+            const float* t = first.from(start);
+            const float* h = second.from(start);
+            const float* last = third.from(start);
+            const float* p = third_is_pressure ? last : levels.data();
+            for (std::size_t i = 0; i < count; i++)
+                td[i] = t[i] == FMISS || h[i] == FMISS ? FMISS : dew_point(t[i], h[i]);
+            lcl_pres(t, td.data(), p, pl.data(), count);
+            for (std::size_t i = 0; i < count; i++)
+                frame.ptr[0][start + i] = value(Parcel{t[i], td[i], p[i], pl[i], last[i]});
+        }
+    });
 }
 
 /// `value`(dew point, pressure) of a dew point and its pressure, or of temperature, humidity and pressure. Off the
@@ -110,12 +140,10 @@ int of_wind(Math_frame& frame, const Value& value) {
     return 1;
 }
 
-/// Temperature (K) of air lifted from 850 mb to the pressure of `top`.
-float lifted_from_850(float t, float td, const Saturated_adiabats& top) {
-    constexpr float BOTTOM = 850.0F;
-    const float pl = lcl_pres(t, td, BOTTOM);
-    if (pl < top.pressure()) return temp_on_dryad(pot_temp(t, BOTTOM), top.pressure());
-    return top.temperature(thetae_on_satad(lcl_temp(t, BOTTOM, pl), pl));
+/// Temperature (K) of air lifted to the pressure of `top`.
+float lifted(const Parcel& air, const Saturated_adiabats& top) {
+    if (air.pl < top.pressure()) return temp_on_dryad(pot_temp(air.t, air.p), top.pressure());
+    return top.temperature(thetae_on_satad(lcl_temp(air.t, air.p, air.pl), air.pl));
 }
 
 }  // namespace
@@ -133,20 +161,25 @@ int math_rhum(Math_frame& frame) {
 }
 
 int math_wetblb(Math_frame& frame) {
-    const auto at_any = [](float t, float td, float p) { return wet_bulb(t, td, p); };
-    return of_parcel(frame, at_any, [](float p) {
-        return [adiabats = Saturated_adiabats(p)](float t, float td) { return wet_bulb(t, td, adiabats); };
-    });
+    const Pressure pressure(frame, 2);
+    if (!pressure.ready) return 0;
+    if (pressure.argument) {
+        math_parcels(frame, true, FMISS, [](const Parcel& air) { return wet_bulb(air.t, air.td, air.p, air.pl); });
+        return 1;
+    }
+    const Saturated_adiabats adiabats(pressure.level);
+    math_parcels(frame, false, pressure.level,
+                 [&](const Parcel& air) { return wet_bulb(air.t, air.td, adiabats, air.pl); });
+    return 1;
 }
 
 int math_show(Math_frame& frame) {
     if (!GRD_begin(frame, 3)) return 0;
     const Saturated_adiabats top(500.0F);
-    with_humidity(frame, 2, [&](const auto& dew_point) {
-        math_points<1, 2, 3>(frame, 0, [&](float t850, float humidity, float t500) {
-            const float parcel = lifted_from_850(t850, dew_point(t850, humidity), top);
-            return parcel != FMISS ? t500 - parcel : FMISS;
-        });
+    math_parcels(frame, false, 850.0F, [&](const Parcel& air) {
+        if (air.td == FMISS || air.third == FMISS) return FMISS;
+        const float parcel = lifted(air, top);
+        return parcel != FMISS ? air.third - parcel : FMISS;
     });
     return 1;
 }
@@ -179,7 +212,13 @@ int math_theta(Math_frame& frame) {
     return 1;
 }
 
-int math_thetae(Math_frame& frame) { return of_parcel(frame, eq_pot_temp); }
+int math_thetae(Math_frame& frame) {
+    const Pressure pressure(frame, 2);
+    if (!pressure.ready) return 0;
+    math_parcels(frame, pressure.argument, pressure.level,
+                 [](const Parcel& air) { return eq_pot_temp(air.t, air.td, air.p, air.pl); });
+    return 1;
+}
 
 int math_vtemp(Math_frame& frame) { return of_parcel(frame, virt_temp); }
 

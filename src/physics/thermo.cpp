@@ -5,6 +5,7 @@
 #include "physics/thermo.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "frame/zav.h"
@@ -119,17 +120,45 @@ float halve(float pot, const Factors& factors) {
 /// Vapour pressure where it saturates, or the number itself where it is one.
 double saturation(float temp) { return temp > LEAST_TEMPERATURE ? vapor_pr(temp) : temp; }
 
-/// Theta-e of a parcel that has some moisture.
-float lifted_theta_e(float temp, float dewp, float pr) {
-    const float pl = lcl_pres(temp, dewp, pr);
-    return thetae_on_satad(lcl_temp(temp, pr, pl), pl);
+/// Theta-e of a parcel that has some moisture and condenses at `pl`.
+float lifted_theta_e(float temp, float pr, float pl) { return thetae_on_satad(lcl_temp(temp, pr, pl), pl); }
+
+bool no_lifting(float ts, float tds, float ps) {
+    return ts <= LEAST_TEMPERATURE || tds <= LEAST_TEMPERATURE || ps <= 0.0F || ps > 1100.0F;
 }
 
-/// A parcel lifted to its condensation, then brought down moist: `to`(theta-e).
+/// A search of a condensation level.
+struct Lifting {
+    float w;        ///< mixing ratio
+    float pot;      ///< potential temperature
+    double pr;      ///< pressure so far
+    float* result;  ///< the same, rounded
+};
+
+/// Takes `num` searches to their ends. Each step goes through all that are still open, as steps of one have to wait for
+/// each other.
+void lift(Lifting* open, std::size_t num) {
+    constexpr int STEPS = 8;
+    for (int step = 0; num > 0; step++) {
+        std::size_t left = 0;
+        for (std::size_t i = 0; i < num; i++) {
+            Lifting at = open[i];
+            const float pl = single(at.pr);
+            *at.result = pl;
+            const double diff = static_cast<double>(temp_on_mixrat(at.w, pl)) - temp_on_dryad(at.pot, pl);
+            at.pr *= std::exp2(0.02 * diff);
+            open[left] = at;
+            left += step < STEPS && diff * diff > 0.0001 ? 1 : 0;
+        }
+        num = left;
+    }
+}
+
+/// A parcel lifted to its condensation at `pl`, then brought down moist: `to`(theta-e).
 template <class To>
-float descend(float temp, float dewp, float pr, const To& to) {
+float descend(float temp, float dewp, float pr, float pl, const To& to) {
     if (no_parcel(temp, dewp, pr)) return FMISS;
-    return dewp == 0.0F ? 0.0F : to(lifted_theta_e(temp, dewp, pr));
+    return dewp == 0.0F ? 0.0F : to(lifted_theta_e(temp, pr, pl));
 }
 
 }  // namespace
@@ -233,42 +262,49 @@ float Saturated_adiabats::temperature(float pot) const {
 }
 
 float lcl_pres(float ts, float tds, float ps) {
-    constexpr int STEPS = 8;
-    if (ts <= LEAST_TEMPERATURE || tds <= LEAST_TEMPERATURE || ps <= 0.0F || ps > 1100.0F) return FMISS;
-    const float w = mix_ratio(tds, ps);
-    const float o = pot_temp(ts, ps);
-    double pl = ps;
-    const auto difference = [&] {
-        const float pr = single(pl);
-        return static_cast<double>(temp_on_mixrat(w, pr)) - temp_on_dryad(o, pr);
-    };
-    double diff = difference();
-    for (int i = 0; i < STEPS && diff * diff > 0.0001; i++) {
-        pl *= std::exp2(0.02 * diff);
-        diff = difference();
+    float pl = FMISS;
+    lcl_pres(&ts, &tds, &ps, &pl, 1);
+    return pl;
+}
+
+void lcl_pres(const float* ts, const float* tds, const float* ps, float* pl, std::size_t count) {
+    constexpr std::size_t AT_ONCE = 256;
+    std::array<Lifting, AT_ONCE> open;
+    for (std::size_t start = 0; start < count; start += AT_ONCE) {
+        std::size_t num = 0;
+        for (std::size_t i = start; i < std::min(start + AT_ONCE, count); i++) {
+            pl[i] = FMISS;
+            if (!no_lifting(ts[i], tds[i], ps[i]))
+                open[num++] = {mix_ratio(tds[i], ps[i]), pot_temp(ts[i], ps[i]), ps[i], pl + i};
+        }
+        lift(open.data(), num);
     }
-    return single(pl);
 }
 
 float lcl_temp(float ts, float ps, float pl) { return temp_on_dryad(pot_temp(ts, ps), pl); }
 
 float conv_temp(float wbar, float pc, float pr) { return temp_on_dryad(pot_temp(temp_on_mixrat(wbar, pc), pc), pr); }
 
-float eq_pot_temp(float temp, float dewp, float pr) {
+float eq_pot_temp(float temp, float dewp, float pr) { return eq_pot_temp(temp, dewp, pr, lcl_pres(temp, dewp, pr)); }
+
+float eq_pot_temp(float temp, float dewp, float pr, float pl) {
     if (no_parcel(temp, dewp, pr)) return FMISS;
-    return dewp == 0.0F ? pot_temp(temp, pr) : lifted_theta_e(temp, dewp, pr);
+    return dewp == 0.0F ? pot_temp(temp, pr) : lifted_theta_e(temp, pr, pl);
 }
 
-float wet_bulb(float temp, float dewp, float pr) {
-    return descend(temp, dewp, pr, [pr](float pot) { return temp_on_satad(pot, pr); });
+float wet_bulb(float temp, float dewp, float pr) { return wet_bulb(temp, dewp, pr, lcl_pres(temp, dewp, pr)); }
+
+float wet_bulb(float temp, float dewp, float pr, float pl) {
+    return descend(temp, dewp, pr, pl, [pr](float pot) { return temp_on_satad(pot, pr); });
 }
 
-float wet_bulb(float temp, float dewp, const Saturated_adiabats& adiabats) {
-    return descend(temp, dewp, adiabats.pressure(), [&](float pot) { return adiabats.temperature(pot); });
+float wet_bulb(float temp, float dewp, const Saturated_adiabats& adiabats, float pl) {
+    return descend(temp, dewp, adiabats.pressure(), pl, [&](float pot) { return adiabats.temperature(pot); });
 }
 
 float wet_bulb_pot_temp(float temp, float dewp, float pr) {
-    return descend(temp, dewp, pr, [](float pot) { return temp_on_satad(pot, single(STANDARD_PRESSURE)); });
+    return descend(temp, dewp, pr, lcl_pres(temp, dewp, pr),
+                   [](float pot) { return temp_on_satad(pot, single(STANDARD_PRESSURE)); });
 }
 
 }  // namespace zav

@@ -32,10 +32,22 @@ Formula of(float (*f)(float, float, float)) {
     return [f](const Arguments& a) { return f(a.at(0), a.at(1), a.at(2)); };
 }
 
+/// A condensation level, alone and between others.
+float one_lcl_pres(float ts, float tds, float ps) {
+    const Arguments t = {290.0F, ts, 300.0F}, td = {250.0F, tds, 0.0F}, p = {900.0F, ps, 900.0F};
+    Arguments pl(3);
+    lcl_pres(t.data(), td.data(), p.data(), pl.data(), 3);
+    EXPECT_EQ(pl, (Arguments{lcl_pres(290.0F, 250.0F, 900.0F), lcl_pres(ts, tds, ps), FMISS}));
+    return pl[1];
+}
+
+float one_eq_pot_temp(float temp, float dewp, float pr) { return eq_pot_temp(temp, dewp, pr); }
+
 /// Both ways of working out a wet bulb.
 float either_wet_bulb(float temp, float dewp, float pr) {
     const float usual = wet_bulb(temp, dewp, pr);
-    EXPECT_EQ(wet_bulb(temp, dewp, Saturated_adiabats(pr)), usual) << temp << ' ' << dewp << ' ' << pr;
+    EXPECT_EQ(wet_bulb(temp, dewp, Saturated_adiabats(pr), lcl_pres(temp, dewp, pr)), usual)
+        << temp << ' ' << dewp << ' ' << pr;
     return usual;
 }
 
@@ -60,10 +72,10 @@ const std::map<std::string, Formula> FORMULAS = {
     {"virt_pot_temp", of(virt_pot_temp)},
     {"thetae_on_satad", of(thetae_on_satad)},
     {"temp_on_satad", of(either_satad)},
-    {"lcl_pres", of(lcl_pres)},
+    {"lcl_pres", of(one_lcl_pres)},
     {"lcl_temp", of(lcl_temp)},
     {"conv_temp", of(conv_temp)},
-    {"eq_pot_temp", of(eq_pot_temp)},
+    {"eq_pot_temp", of(one_eq_pot_temp)},
     {"wet_bulb", of(either_wet_bulb)},
     {"wet_bulb_pot_temp", of(wet_bulb_pot_temp)},
     {"wind_chill_temp", of(wind_chill_temp)},
