@@ -43,19 +43,28 @@ using Rows = std::array<Field_rows, Fields>;
 /// choices are made by value, never by a branch.
 constexpr int LANES = 4;
 using Lanes [[gnu::vector_size(LANES * sizeof(float))]] = float;
+using Mask = decltype(Lanes{} == Lanes{});
 
-/// Points with all their neighbours in the row, `LANES` of them from a column on. `Whole`: none of the values about
-/// them is missing.
+bool any(Mask mask) {
+    std::array<long long, 2> halves;
+    std::memcpy(halves.data(), &mask, sizeof mask);
+    return (halves[0] | halves[1]) != 0;
+}
+
+/// Points with all their neighbours in the row, `LANES` of them from a column on. With `Whole` none of the values that
+/// are asked for may be missing; it is noted if one is.
 template <std::size_t Fields, bool Whole>
 struct Inner_points {
     static constexpr bool WHOLE = Whole;
     const Rows<Fields>& rows;
     int column;
+    mutable Mask missing{};
     Lanes east(std::size_t field, int steps) const { return load(rows[field].north(0) + column + steps); }
     Lanes north(std::size_t field, int steps) const { return load(rows[field].north(steps) + column); }
-    static Lanes load(const float* from) {
+    Lanes load(const float* from) const {
         Lanes values;
         std::memcpy(&values, from, sizeof values);
+        if constexpr (Whole) missing |= values == FMISS;
         return values;
     }
 };
@@ -66,10 +75,11 @@ struct Any_point {
     static constexpr bool WHOLE = false;
     const Rows<Fields>& rows;
     int column;
-    int count;
+    int count;  ///< columns of the row
     int cycle;
     float east(std::size_t field, int steps) const {
-        const int at = cycle > 0 ? GRD_turned_column(column + steps, cycle) : column + steps;
+        int at = column + steps;
+        if (cycle > 0) at += at < 0 ? cycle : (at >= cycle ? -cycle : 0);
         return at < 0 || at >= count ? FMISS : rows[field].north(0)[at];
     }
     float north(std::size_t field, int steps) const { return rows[field].north(steps)[column]; }
@@ -125,25 +135,33 @@ auto laplacian(const Point& p, const Steps& step) {
     return (x == FMISS) | (y == FMISS) ? decltype(here + x){} + FMISS : x + y;
 }
 
-/// Works out the columns of `points`: `formula` where no field is missing.
+/// `formula` where no field is missing.
 template <std::size_t Fields, class Points, class Formula>
-void put(const Points& points, const Steps& step, float* to, const Formula& formula) {
-    auto value = formula(points, step);
-    if constexpr (!Points::WHOLE) {
-        auto missing = points.east(0, 0) == FMISS;
-        for (std::size_t field = 1; field < Fields; field++) missing = missing | (points.east(field, 0) == FMISS);
-        value = missing ? decltype(value){} + FMISS : value;
-    }
-    std::memcpy(to + points.column, &value, sizeof value);
+auto result(const Points& points, const Steps& step, const Formula& formula) {
+    auto missing = points.east(0, 0) == FMISS;
+    for (std::size_t field = 1; field < Fields; field++) missing = missing | (points.east(field, 0) == FMISS);
+    const auto value = formula(points, step);
+    return missing ? decltype(value + value){} + FMISS : value;
 }
 
-template <std::size_t Fields, bool Whole, class Formula>
+/// Works out `LANES` columns: by the plain formula, and again with regard to missing values if it met any.
+template <std::size_t Fields, class Formula>
+void put_lanes(const Rows<Fields>& rows, int column, const Steps& step, float* to, const Formula& formula) {
+    const Inner_points<Fields, true> whole{rows, column};
+    Lanes values = formula(whole, step);
+    for (std::size_t field = 0; field < Fields; field++) whole.east(field, 0);
+    if (any(whole.missing)) values = result<Fields>(Inner_points<Fields, false>{rows, column}, step, formula);
+    std::memcpy(to + column, &values, sizeof values);
+}
+
+template <std::size_t Fields, class Formula>
 void do_row(const Rows<Fields>& rows, int nx, int cycle, const Steps& step, float* to, const Formula& formula) {
     const int count = cycle > 0 ? cycle : nx;
+    const auto put = [&](int i) { to[i] = result<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, formula); };
     int i = 0;
-    for (; i < std::min(REACH, count); i++) put<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, to, formula);
-    for (; i + LANES <= count - REACH; i += LANES) put<Fields>(Inner_points<Fields, Whole>{rows, i}, step, to, formula);
-    for (; i < count; i++) put<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, to, formula);
+    for (; i < std::min(REACH, count); i++) put(i);
+    for (; i + LANES <= count - REACH; i += LANES) put_lanes<Fields>(rows, i, step, to, formula);
+    for (; i < count; i++) put(i);
     if (count < nx) to[count] = to[0];
 }
 
@@ -180,39 +198,11 @@ class Spacing {
 template <std::size_t Fields>
 using Inputs = std::array<const GRD_report*, Fields>;
 
-/// Tells rows without a missing value in any of the fields, each looked through once.
-template <std::size_t Fields>
-class Whole_rows {
-  public:
-    explicit Whole_rows(const Inputs<Fields>& in) : fields(in), states(static_cast<std::size_t>(in[0]->domain.ny)) {}
-    bool operator()(int row) {
-        if (row < 0 || row >= fields[0]->domain.ny) return false;
-        State& state = states[static_cast<std::size_t>(row)];
-        if (state == State::UNKNOWN) state = is_whole(row) ? State::WHOLE : State::BROKEN;
-        return state == State::WHOLE;
-    }
-
-  private:
-    enum class State : char { UNKNOWN, WHOLE, BROKEN };
-    bool is_whole(int row) const {
-        const int nx = fields[0]->domain.nx;
-        int missing = 0;
-        for (const GRD_report* field : fields) {
-            const float* values = field->grid.get() + static_cast<std::ptrdiff_t>(row) * nx;
-            for (int i = 0; i < nx; i++) missing |= values[i] == FMISS ? 1 : 0;
-        }
-        return missing == 0;
-    }
-    const Inputs<Fields>& fields;
-    std::vector<State> states;
-};
-
 template <std::size_t Fields, class Formula>
 void do_rows(const Inputs<Fields>& in, float* to, const Spacing& spacing, int cycle, const Formula& formula) {
     const int nx = in[0]->domain.nx;
     const int ny = in[0]->domain.ny;
     const std::vector<float> beyond(static_cast<std::size_t>(nx), FMISS);
-    Whole_rows<Fields> whole(in);
     for (int row = 0; row < ny; row++, to += nx) {
         const Steps step = spacing.of_row(row);
         if (step.at_pole) {
@@ -229,11 +219,7 @@ void do_rows(const Inputs<Fields>& in, float* to, const Spacing& spacing, int cy
                     inside ? first + static_cast<std::ptrdiff_t>(at) * nx : beyond.data();
             }
         }
-        if (whole(row - 1) && whole(row) && whole(row + 1)) {
-            do_row<Fields, true>(rows, nx, cycle, step, to, formula);
-        } else {
-            do_row<Fields, false>(rows, nx, cycle, step, to, formula);
-        }
+        do_row<Fields>(rows, nx, cycle, step, to, formula);
     }
 }
 

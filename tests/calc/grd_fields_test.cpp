@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 #include "calc/grd_oper.h"
 #include "calc/grd_trans.h"
@@ -181,6 +183,35 @@ TEST(GrdFields, AbsoluteVorticityIsThatOfTheModels) {
         EXPECT_GT((n * ab - a * b) / std::sqrt((n * aa - a * a) * (n * bb - b * b)), row.correlation) << row.file;
         EXPECT_LT(std::fabs(a - b) / n, row.difference) << row.file;
     }
+}
+
+TEST(GrdFields, FunctionsAreThoseOfTheirOperators) {
+    const auto field = [](double a) {
+        return made_grid("ll,40,0,7,6,1,1", [&](int i, int j) { return 20 * std::sin(a * i + j * j / a); });
+    };
+    GRD_report u = field(1.1), v = field(0.7), z = field(0.3);
+    using Operator = std::function<int(GRD_report*)>;
+    const std::vector<std::tuple<const char*, float, std::vector<GRD_report*>, Operator>> rows{
+        {"dx", 1, {&z}, [&](GRD_report* out) { return GRD_dx(&z, out); }},
+        {"dy", 1, {&z}, [&](GRD_report* out) { return GRD_dy(&z, out); }},
+        {"lapl", 1, {&z}, [&](GRD_report* out) { return GRD_laplacian(&z, out); }},
+        {"conv", 1, {&u, &v}, [&](GRD_report* out) { return GRD_converge(&u, &v, nullptr, out); }},
+        {"diverg", -1, {&u, &v}, [&](GRD_report* out) { return GRD_converge(&u, &v, nullptr, out); }},
+        {"diverg", -1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_converge(&u, &v, &z, out); }},
+        {"vconv", 1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_converge(&u, &v, &z, out); }},
+        {"def1", 1, {&u, &v}, [&](GRD_report* out) { return GRD_deformation1(&u, &v, out); }},
+        {"def2", 1, {&u, &v}, [&](GRD_report* out) { return GRD_deformation2(&u, &v, out); }},
+        {"adv", 1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_advection(&u, &v, &z, out); }},
+    };
+    for (const auto& [name, sign, arguments, run] : rows) {
+        GRD_report result, expected;
+        ASSERT_EQ(call_math(name, arguments, &result) - run(&expected), 1) << name;
+        for (int k = 0; k < 42; ++k) ASSERT_EQ(result.grid[k], sign * expected.grid[k]) << name << ' ' << k;
+    }
+    GRD_report east, north, dx, dy, no_level;
+    ASSERT_EQ(call_math("grad", {&z}, &east, &north) - GRD_dx(&z, &dx) - GRD_dy(&z, &dy), 1);
+    for (int k = 0; k < 42; ++k) ASSERT_TRUE(east.grid[k] == dx.grid[k] && north.grid[k] == dy.grid[k]) << k;
+    EXPECT_EQ(call_math("uq", {&z, &u}, &no_level), 0);
 }
 
 TEST(GrdFields, UnitsAndLabels) {
