@@ -57,7 +57,6 @@ void Lzw_reader::add_entry(const Place& previous) {
     if (table_ptr_ == LZW_TABLE_SIZE) return;
     table_[static_cast<std::size_t>(table_ptr_)] = {previous.start, previous.length + 1};
     table_ptr_++;
-    if (table_ptr_ == 1 << coded_size_ && coded_size_ < LZW_MOST_BITS) coded_size_++;
 }
 
 bool Lzw_reader::decode(std::vector<unsigned char>& pixels, std::size_t most) {
@@ -78,6 +77,7 @@ bool Lzw_reader::decode(std::vector<unsigned char>& pixels, std::size_t most) {
         if (pixels.size() < out + ROOM) pixels.resize(std::min(most, 2 * out) + ROOM);
         unsigned char* to = pixels.data() + out;
         if (previous.length > 0) add_entry(previous);
+        if (table_ptr_ == 1 << coded_size_ && coded_size_ < LZW_MOST_BITS) coded_size_++;
         std::size_t length = 1;
         if (code < clear_code_) {
             *to = static_cast<unsigned char>(code);

@@ -122,6 +122,10 @@ int read_file(std::FILE* file, IMG_report* image) {
     }
     take_header(header, image);
     if (!read_colors(file, header[XWD_NCOLORS], image)) return fail("Unable to read color map from dump file.");
+    if (header[XWD_VISUAL_CLASS] == XWD_DIRECT_COLOR && image->color_type == 0) {
+        image->colors.clear();
+        image->num_colors = 0;
+    }
     const std::size_t size = static_cast<std::size_t>(image->height) * static_cast<std::size_t>(image->bytes_line);
     if (img_read_bytes(file, image->data, size) != size) return fail("Unable to read pixmap from dump file.");
     order_bit_units(header, image);
