@@ -44,8 +44,7 @@ void append_head(std::string& out, const IMG_report& image, const Indexed_pictur
 
 /// Index of the background, -1 if the picture shows none of it.
 int background_index(const IMG_report& image, const Indexed_picture& picture) {
-    int pixel = image.trans_color;
-    if (pixel < 0 && IMG_hooks().background != nullptr) pixel = IMG_hooks().background();
+    const int pixel = img_background(image);
     return pixel < 0 ? -1 : picture.find(static_cast<Pixel_value>(pixel));
 }
 

@@ -1,6 +1,10 @@
 // The picture of the workstation, written to a file.
 
+#include <climits>
+
 #include "frame/string.h"
+#include "image/img_file.h"
+#include "image/img_reduce.h"
 #include "image/zavimg.h"
 #include "map/maptran.h"
 
@@ -30,6 +34,18 @@ int write_native(const std::string& filename, IMG_report* image) {
     return IMG_write(filename, image, 0);
 }
 
+int write_gif(const std::string& filename, IMG_report* image) {
+    if (!img_check_picture(image, INT_MAX, "GIF_dump")) return 0;
+    img_reduce_colors(image);
+    return GIF_write(filename, image);
+}
+
+int write_png(const std::string& filename, IMG_report* image) {
+    if (!img_check_picture(image, INT_MAX, "PNG_dump")) return 0;
+    img_reduce_colors(image);
+    return PNG_write(filename, image);
+}
+
 }  // namespace
 
 image_hooks& IMG_hooks() {
@@ -38,8 +54,8 @@ image_hooks& IMG_hooks() {
 }
 
 int IMG_dump(const std::string& filename) { return dump(filename, write_native); }
-int GIF_dump(const std::string& filename) { return dump(filename, GIF_write); }
-int PNG_dump(const std::string& filename) { return dump(filename, PNG_write); }
+int GIF_dump(const std::string& filename) { return dump(filename, write_gif); }
+int PNG_dump(const std::string& filename) { return dump(filename, write_png); }
 int XWD_dump(const std::string& filename) { return dump(filename, XWD_write); }
 
 }  // namespace zav

@@ -42,6 +42,11 @@ int Indexed_picture::find(Pixel_value value) const {
     return place == end ? -1 : static_cast<int>(place - values.begin());
 }
 
+int img_background(const IMG_report& image) {
+    if (image.trans_color >= 0) return image.trans_color;
+    return IMG_hooks().background != nullptr ? IMG_hooks().background() : -1;
+}
+
 Indexed_picture img_index_pixels(const IMG_report& image, bool padded) {
     Indexed_picture picture;
     const Pixel_layout layout(image);

@@ -29,4 +29,7 @@ struct Indexed_picture {
 /// The picture of a record, with `padded` the rest of its lines too, as pixels of value 0.
 Indexed_picture img_index_pixels(const IMG_report& image, bool padded);
 
+/// Pixel value of the record's background, -1 if it isn't known.
+int img_background(const IMG_report& image);
+
 }  // namespace zav
