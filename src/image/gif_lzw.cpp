@@ -98,37 +98,30 @@ bool Lzw_reader::decode(std::vector<unsigned char>& pixels, std::size_t most) {
 
 Lzw_writer::Lzw_writer(std::string& out, int code_size)
     : out_(out),
-      block_(out.size()),
+      stream_(FIRST_PIXELS),
       code_size_(code_size),
       clear_code_(1 << code_size),
       end_info_code_(clear_code_ + 1),
       coded_size_(code_size + 1) {
-    out_ += '\0';
     clear_table();
 }
 
-void Lzw_writer::put_byte(unsigned byte) {
-    if (out_.size() - block_ > BLOCK_BYTES) {
-        out_[block_] = static_cast<char>(BLOCK_BYTES);
-        block_ = out_.size();
-        out_ += '\0';
-    }
-    out_ += static_cast<char>(byte & 0xFFU);
-}
-
 void Lzw_writer::out_code(int code) {
-    temp_data_ |= static_cast<std::uint32_t>(code) << data_bits_;
+    temp_data_ |= static_cast<std::uint64_t>(code) << data_bits_;
     data_bits_ += coded_size_;
-    for (; data_bits_ >= 8; data_bits_ -= 8) {
-        put_byte(temp_data_);
-        temp_data_ >>= 8;
-    }
+    // All waiting bits are stored, but only whole bytes count: that is quicker than to ask how many there are.
+    if (stream_.size() < size_ + sizeof temp_data_) stream_.resize(2 * stream_.size());
+    for (std::size_t i = 0; i < 4; ++i) stream_[size_ + i] = static_cast<unsigned char>(temp_data_ >> 8 * i);
+    size_ += static_cast<std::size_t>(data_bits_ / 8);
+    temp_data_ >>= data_bits_ / 8 * 8;
+    data_bits_ %= 8;
     if (h_table_ind_ > (1 << coded_size_) - 1 && coded_size_ < LZW_MOST_BITS) coded_size_++;
 }
 
 void Lzw_writer::clear_table() {
     out_code(clear_code_);
     h_table_.fill(EMPTY);
+    latest_.fill({});
     coded_size_ = code_size_ + 1;
     h_table_ind_ = end_info_code_ + 1;
 }
@@ -138,6 +131,11 @@ void Lzw_writer::add(const unsigned char* pixels, std::size_t count) {
     std::size_t i = 0;
     if (prev_data_ < 0) prev_data_ = pixels[i++];
     for (; i < count; ++i) {
+        Latest& latest = latest_[static_cast<std::size_t>(prev_data_)];
+        if (latest.pixel == pixels[i]) {
+            prev_data_ = latest.code;
+            continue;
+        }
         const std::uint32_t hash_data = static_cast<std::uint32_t>(prev_data_) | static_cast<std::uint32_t>(pixels[i])
                                                                                      << 12;
         std::size_t slot = (hash_data * 2654435761U) >> 18;  // Knuth's multiplicative hash, to 14 bits
@@ -151,6 +149,7 @@ void Lzw_writer::add(const unsigned char* pixels, std::size_t count) {
         if (h_table_ind_ >= LZW_TABLE_SIZE) {
             clear_table();
         } else {
+            latest = {static_cast<short>(pixels[i]), static_cast<short>(h_table_ind_)};
             h_table_[slot] = hash_data << 12 | static_cast<std::uint32_t>(h_table_ind_++);
         }
     }
@@ -159,8 +158,12 @@ void Lzw_writer::add(const unsigned char* pixels, std::size_t count) {
 void Lzw_writer::finish() {
     if (prev_data_ >= 0) out_code(prev_data_);
     out_code(end_info_code_);
-    if (data_bits_ > 0) put_byte(temp_data_);
-    out_[block_] = static_cast<char>(out_.size() - block_ - 1);
+    if (data_bits_ > 0) size_++;  // the last bits stand there already
+    for (std::size_t at = 0; at < size_; at += BLOCK_BYTES) {
+        const std::size_t count = std::min(BLOCK_BYTES, size_ - at);
+        out_ += static_cast<char>(count);
+        out_.append(reinterpret_cast<const char*>(&stream_[at]), count);
+    }
     out_ += '\0';
 }
 

@@ -48,7 +48,7 @@ class Lzw_reader {
 /// Encodes pixels into sub-blocks.
 class Lzw_writer {
   public:
-    /// `code_size` from 2 to 8. The blocks go behind what `out` holds.
+    /// `code_size` from 2 to 8. The sub-blocks go behind what `out` holds at the end.
     Lzw_writer(std::string& out, int code_size);
 
     /// Takes further pixels, all below 2^code_size.
@@ -61,9 +61,10 @@ class Lzw_writer {
     static constexpr std::size_t SLOTS = 4 * LZW_TABLE_SIZE;
 
     std::string& out_;
-    std::size_t block_ = 0;  ///< where the length of the present sub-block stands
-    std::uint32_t temp_data_ = 0;
-    int data_bits_ = 0;  ///< waiting in these
+    std::vector<unsigned char> stream_;  ///< the codes, with room for further ones
+    std::size_t size_ = 0;               ///< whole bytes in it
+    std::uint64_t temp_data_ = 0;        ///< bits behind these
+    int data_bits_ = 0;                  ///< number of them, below 8
     const int code_size_;
     const int clear_code_;
     const int end_info_code_;
@@ -71,8 +72,13 @@ class Lzw_writer {
     int h_table_ind_ = 0;  ///< next code to assign
     int prev_data_ = -1;   ///< code of the string matched so far
     std::array<std::uint32_t, SLOTS> h_table_{};
+    /// The string made last of each code and a pixel behind it, tried first: in runs it is the one.
+    struct Latest {
+        short pixel = -1;
+        short code = 0;
+    };
+    std::array<Latest, LZW_TABLE_SIZE> latest_{};
 
-    void put_byte(unsigned byte);
     void out_code(int code);
     void clear_table();
 };
