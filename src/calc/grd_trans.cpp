@@ -286,7 +286,8 @@ int GRD_units(GRD_report* grid, const std::string& units) {
         ZAV_note(STATUS_WORD);
         return -1;
     }
-    if (conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
+    const bool other = conversion.kind == Kind::scale || conversion.kind == Kind::lookup || unknown;
+    if (other && conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
     if (units.empty()) return 0;
     grid->units = fit_text(units, GRD_UNITS_SIZE);
     UNIT_change(grid->info, grid->units);
