@@ -304,8 +304,9 @@ void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& p
     }
     if (others == 0) return;
     if (runs >= RUNS_MAX) choices += text_format(", ..., %d (%s)", last->number, date_text(*last).c_str());
-    MESS_print(MESS_WARN, "%zu records fit %s; number %d (%s) is taken. To choose, -gn NUMBER: %s\n", others + 1,
-               options_of(*taken).c_str(), taken->number, date_text(*taken).c_str(), choices.c_str());
+    const char* how = runs > 0 && GRD_get_info()->own_dates ? "-ho DATE or -gn NUMBER" : "-gn NUMBER";
+    MESS_print(MESS_WARN, "%zu records fit %s; number %d (%s) is taken. To choose, %s: %s\n", others + 1,
+               options_of(*taken).c_str(), taken->number, date_text(*taken).c_str(), how, choices.c_str());
 }
 
 }  // namespace zav

@@ -58,7 +58,10 @@ TEST_F(CfPage, DatesAreChosenAndTold) {
     const Outcome first = draw(options);
     EXPECT_EQ(first.status, 0);
     EXPECT_NE(first.err.find("3 records fit"), std::string::npos) << first.err;
-    EXPECT_NE(first.err.find("number 0 (0000Z  1 JAN 19) is taken"), std::string::npos) << first.err;
+    EXPECT_NE(
+        first.err.find("number 0 (0000Z  1 JAN 19) is taken. To choose, -ho DATE or -gn NUMBER: 4 (0600Z  1 JAN 19)"),
+        std::string::npos)
+        << first.err;
     for (const auto& [choice, label] : {std::pair{"-ho 6", "0600Z  1 JAN 19"},
                                         {"-ho '#20190102'", "0000Z  2 JAN 19"},
                                         {"-gn 4", "0600Z  1 JAN 19"},

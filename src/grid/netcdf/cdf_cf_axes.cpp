@@ -14,8 +14,8 @@
 namespace zav {
 namespace {
 
-/// Most numbers of a coordinate.
-constexpr std::size_t MOST_VALUES = std::size_t{1} << 22;
+/// Most numbers of a coordinate: more than hours in a century.
+constexpr std::size_t MOST_VALUES = std::size_t{1} << 20;
 
 struct Role_word {
     const char* word;

@@ -17,11 +17,19 @@ constexpr int UNREADABLE = -2;
 
 /// What the search for variables needs to know of a file.
 struct Search {
-    Cf_file* file;
+    Cf_file* file = nullptr;
     std::vector<Cdf_var> vars;
-    std::set<std::string> helpers;  ///< bounds and grid mappings, which are no fields
-    std::vector<int> horizontal;    ///< variables of two dimensions, or along one that both share, that are x or y
+    std::set<std::string> helpers;    ///< bounds and grid mappings, which are no fields
+    std::vector<Cdf_var> horizontal;  ///< variables of two dimensions, or along one that both share, that are x or y
+    std::map<int, int> axes;          ///< variables with the name of their dimension, by its id
+    int valid = -1;                   ///< coordinates that are the only ones of their role in the file
+    int reference = -1;
 };
+
+/// Most variables that are looked at: as many as the library promised to hold for long.
+constexpr int MOST_VARIABLES = 8192;
+/// Most variables with the latitudes or longitudes of each point.
+constexpr std::size_t MOST_HORIZONTAL = 64;
 
 Cf_coord& coord_at(const Search& search, int coord) { return search.file->coords[static_cast<std::size_t>(coord)]; }
 
@@ -48,10 +56,8 @@ int coord_of(Search& search, const Cdf_var& var) {
 
 /// The coordinate variable of a dimension, or -1, or UNREADABLE.
 int axis_of(Search& search, int dim) {
-    for (const Cdf_var& var : search.vars) {
-        if (var.dims.size() == 1 && var.dims[0] == dim && is_named(search.file->nc, var)) return coord_of(search, var);
-    }
-    return -1;
+    const auto found = search.axes.find(dim);
+    return found == search.axes.end() ? -1 : coord_of(search, search.vars[static_cast<std::size_t>(found->second)]);
 }
 
 /// Takes up a coordinate whose dimensions all are among those of a field, but for the horizontal ones.
@@ -114,8 +120,7 @@ std::string find_plane(Search& search, Cf_field& field, int* x, int* y) {
     const bool degrees = *x >= 0 && *y >= 0 && coord_at(search, *x).degrees && coord_at(search, *y).degrees;
     const bool mapped = *x >= 0 && *y >= 0 && !cf_text_att(search.file->nc, field.var.id, "grid_mapping").empty();
     if (degrees || mapped) return "";
-    for (const int id : search.horizontal) {
-        const Cdf_var var = cdf_var(search.file->nc, id);
+    for (const Cdf_var& var : search.horizontal) {
         const auto shared = [&](int dim) {
             return std::find(field.var.dims.begin(), field.var.dims.end(), dim) != field.var.dims.end();
         };
@@ -169,19 +174,18 @@ void place_field(const Search& search, Cf_field& field, int x, int y) {
     if (!field.refused.empty()) DOM_init(&field.domain);
 }
 
-/// Takes up the only time of a role that the file has, though the field doesn't list it: a scalar, or with a dimension
-/// of the field.
-void offer_alone(Search& search, Cf_field& field, Cf_role role) {
+/// The only time of a role that the file has, a scalar or of one dimension; -1 if there are none or several.
+int only_time(Search& search, Cf_role role) {
     int found = -1;
     for (const Cdf_var& var : search.vars) {
         if (var.dims.size() > 1 || search.helpers.count(var.name) > 0) continue;
         if (role == Cf_role::valid && !var.dims.empty()) continue;
         const int coord = coord_of(search, var);
         if (coord < 0 || coord_at(search, coord).role != role) continue;
-        if (found >= 0) return;
+        if (found >= 0) return -1;
         found = coord;
     }
-    offer_coord(search, field, found);
+    return found;
 }
 
 /// The coordinates of the dimensions, those that the variable lists, and times that stand alone in the file.
@@ -192,8 +196,8 @@ void find_coords(Search& search, Cf_field& field) {
         const Cdf_var var = cdf_var(nc, name.c_str());
         if (var.found()) offer_coord(search, field, coord_of(search, var));
     }
-    offer_alone(search, field, Cf_role::valid);
-    offer_alone(search, field, Cf_role::reference);
+    offer_coord(search, field, search.valid);
+    offer_coord(search, field, search.reference);
 }
 
 /// Why the time of a field can't be told, empty if it can.
@@ -243,23 +247,32 @@ void list_horizontal(Search& search) {
         if (var.dims.empty() || var.dims.size() > 2 || is_named(nc, var)) continue;
         if (search.helpers.count(var.name) > 0 || !cdf_is_number(var)) continue;
         const Cf_role role = cf_role(nc, var, false);
-        if (role == Cf_role::x || role == Cf_role::y) search.horizontal.push_back(var.id);
+        if (role == Cf_role::x || role == Cf_role::y) search.horizontal.push_back(var);
+        if (search.horizontal.size() >= MOST_HORIZONTAL) return;
     }
 }
 
 bool is_coordinate(const Search& search, const Cdf_var& var) {
     if (is_named(search.file->nc, var)) return true;
-    return std::find(search.horizontal.begin(), search.horizontal.end(), var.id) != search.horizontal.end();
+    return std::any_of(search.horizontal.begin(), search.horizontal.end(),
+                       [&](const Cdf_var& other) { return other.id == var.id; });
 }
 
 }  // namespace
 
 void cf_find_fields(Cf_file* file) {
-    Search search{file, {}, {}, {}};
-    const int count = cdf_var_count(file->nc);
-    for (int id = 0; id < count; id++) search.vars.push_back(cdf_var(file->nc, id));
+    Search search;
+    search.file = file;
+    const int count = std::min(cdf_var_count(file->nc), MOST_VARIABLES);
+    for (int id = 0; id < count; id++) {
+        search.vars.push_back(cdf_var(file->nc, id));
+        const Cdf_var& var = search.vars.back();
+        if (is_named(file->nc, var)) search.axes.try_emplace(var.dims[0], id);
+    }
     list_helpers(search);
     list_horizontal(search);
+    search.valid = only_time(search, Cf_role::valid);
+    search.reference = only_time(search, Cf_role::reference);
     for (const Cdf_var& var : search.vars) {
         if (!cdf_is_number(var) || var.dims.empty() || search.helpers.count(var.name) > 0) continue;
         if (!is_coordinate(search, var)) add_field(search, var);

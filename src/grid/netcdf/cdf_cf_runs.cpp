@@ -1,8 +1,6 @@
 // The records of a CF file in the order of the runs that they belong to, and the time of each.
 
 #include <algorithm>
-#include <map>
-#include <tuple>
 
 #include "files/time_code.h"
 #include "frame/mess.h"
@@ -129,26 +127,37 @@ std::size_t group_of(Cf_file* file, const Cf_field& field) {
     return file->groups.size() - 1;
 }
 
+/// A start, and how many of the same moment stand before it in its group.
+using Key = std::pair<std::int64_t, long>;
+
+/// The starts of a group in their order, each with its number.
+std::vector<std::pair<Key, long>> sorted_starts(const Cf_group& group) {
+    std::vector<std::pair<Key, long>> sorted;
+    for (std::size_t i = 0; i < group.starts.size(); i++)
+        sorted.push_back({{group.starts[i], 0}, static_cast<long>(i)});
+    std::sort(sorted.begin(), sorted.end());
+    for (std::size_t i = 1; i < sorted.size(); i++) {
+        const Key& before = sorted[i - 1].first;
+        if (before.first == sorted[i].first.first) sorted[i].first.second = before.second + 1;
+    }
+    return sorted;
+}
+
 /// Gives each start its column. Several starts of a group at the same moment have columns of their own.
 void make_columns(Cf_file* file) {
-    std::map<std::pair<std::int64_t, long>, std::size_t> columns;
-    const auto each = [file](auto&& use) {
-        for (Cf_group& group : file->groups) {
-            std::map<std::int64_t, long> met;
-            for (std::size_t i = 0; i < group.starts.size(); i++) {
-                use(group, static_cast<long>(i), std::pair(group.starts[i], met[group.starts[i]]++));
-            }
-        }
-    };
-    each([&](Cf_group&, long, const std::pair<std::int64_t, long>& key) { columns[key] = 0; });
-    for (auto& [key, number] : columns) {
-        number = file->columns.size();
-        file->columns.push_back(key.first);
+    std::vector<Key> keys;
+    for (const Cf_group& group : file->groups) {
+        for (const auto& [key, start] : sorted_starts(group)) keys.push_back(key);
     }
-    each([&](Cf_group& group, long start, const std::pair<std::int64_t, long>& key) {
-        group.columns.emplace_back(columns[key], start);
-    });
-    for (Cf_group& group : file->groups) std::sort(group.columns.begin(), group.columns.end());
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    for (const Key& key : keys) file->columns.push_back(key.first);
+    for (Cf_group& group : file->groups) {
+        for (const auto& [key, start] : sorted_starts(group)) {
+            const auto column = std::lower_bound(keys.begin(), keys.end(), key) - keys.begin();
+            group.columns.emplace_back(static_cast<std::size_t>(column), start);
+        }
+    }
 }
 
 void number_records(Cf_file* file) {
