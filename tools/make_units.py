@@ -114,6 +114,18 @@ GROUPS = [
         unit("F/h F/hr", F(5, 9) / HOUR),
         unit("F/day", F(5, 9) / DAY),
     ]),
+    ("Advection of vorticity", [
+        unit("/s^2 /s**2 s-2 s^-2 s**-2 /s/s m/s/m/s"),
+        unit("/s/h", 1 / HOUR),
+        unit("/s/day", 1 / DAY),
+    ]),
+    ("Advection and convergence of moisture", [
+        unit("gm/kg/s g/kg/s"),
+        unit("kg/kg/s", 1000),
+        unit("gm/kg/h g/kg/h", 1 / HOUR),
+        unit("gm/kg/12h g/kg/12h", 1 / (12 * HOUR)),
+        unit("gm/kg/day g/kg/day", 1 / DAY),
+    ]),
     ("Time", [
         unit("s sec secs second seconds"),
         unit("min minute minutes", 60),

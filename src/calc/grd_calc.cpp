@@ -40,7 +40,7 @@ std::string function_of(const std::string& str) {
 void finish_result(GRD_report* grid, const std::string& units) {
     if (!units.empty()) GRD_units(grid, units);
     std::string label;
-    DATE_make_label_for_time(grid->time, grid->model, &grid->date, label);
+    DATE_make_label_for_time(grid->time, grid->source * 1000 + grid->model, &grid->date, label);
     grid->datim = fit_text(label, GRD_DATIM_SIZE);
 }
 

@@ -173,7 +173,7 @@ int GRD_UVmax(const GRD_report* ugrid, const GRD_report* vgrid, float* max) {
     for (std::size_t i = 0; i < count; ++i) {
         const double u = ugrid->grid[i];
         const double v = vgrid->grid[i];
-        if (u == FMISS || v == FMISS || u == 0.0 || v == 0.0) continue;
+        if (u == FMISS || v == FMISS || u == 0.0 || v == 0.0 || !std::isfinite(u) || !std::isfinite(v)) continue;
         *max = std::max(*max, static_cast<float>(std::sqrt(u * u + v * v)));
     }
     return 0;

@@ -109,16 +109,27 @@ bool wants_grids() {
     return false;
 }
 
+/// How deep in functions the grids lie that the layer of entry `ind` draws: the arguments of a function that only names
+/// a plot, else what functions give.
+int drawn_depth(int ind) {
+    while (ind > 0 && VAR_get_flag(ind) >= VKIND_DEEPER) ind--;
+    return VAR_is_FUNC(ind) != 0 && GRD_is_plot_func(VAR_get_name(ind)) != 0 ? 1 : 0;
+}
+
+/// Grids with values that are drawn themselves, not only calculated with.
 int grids_with_values(int first, int last) {
     int count = 0;
     for (int i = first; i <= last && i < VAR_get_num(); i++) {
-        if (GRD_has_values(GRD_get_grid(i))) count++;
+        const bool drawn = VAR_get_flag(i) / VKIND_DEEPER == drawn_depth(i);
+        if (drawn && GRD_has_values(GRD_get_grid(i))) count++;
     }
     return count;
 }
 
 /// Whether the layer of these entries has what it draws: one grid, or the two of a layer of several entries.
-bool has_data(int first, int last) { return grids_with_values(first, last) >= (last > first ? 2 : 1); }
+bool has_data(int first, int last) {
+    return VAR_get_flag(first) < VKIND_DEEPER && grids_with_values(first, last) >= (last > first ? 2 : 1);
+}
 
 /// Draws the layers one after the other. Output is kept from the first that has values on. False if none has.
 bool draw_layers(DATA_info& data, Domain* domain) {
@@ -158,7 +169,8 @@ void tell_empty() {
         const GRD_report* grid = GRD_get_grid(i);
         float max = FMISS;
         float min = FMISS;
-        if (VAR_is_fit_GRID(i) == 0 || GRD_maxmin(grid, &max, &min) != 0 || max != FMISS) continue;
+        if ((VAR_is_fit_GRID(i) == 0 && VAR_is_calc_GRID(i) == 0) || GRD_maxmin(grid, &max, &min) != 0 || max != FMISS)
+            continue;
         const std::string what = VAR_make_datatype(grid->time, grid->ltype, grid->level, grid->var, grid->units);
         MESS_print(MESS_WARN, "No point of the grid has a value: %s\n", what.c_str());
         ZAV_note(STATUS_LAYER);
