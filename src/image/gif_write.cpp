@@ -6,6 +6,7 @@
 
 #include "frame/mess.h"
 #include "image/gif_lzw.h"
+#include "image/gif_parts.h"
 #include "image/img_file.h"
 #include "image/img_palette.h"
 #include "image/zavimg.h"
@@ -13,34 +14,11 @@
 namespace zav {
 namespace {
 
-constexpr int MOST_SIDE = 65535;
-
 struct State {
     int use_inter = 0;
     int trans = 0;
 };
 State state;
-
-void append_short(std::string& out, int value) {
-    out += static_cast<char>(value & 0xFF);
-    out += static_cast<char>(value >> 8);
-}
-
-void append_sizes(std::string& out, const IMG_report& image) {
-    append_short(out, image.width);
-    append_short(out, image.height);
-}
-
-/// The signature, the screen and the palette of 2^`bits` colours.
-void append_head(std::string& out, const IMG_report& image, const Indexed_picture& picture, int bits) {
-    out += "GIF89a";
-    append_sizes(out, image);
-    out += static_cast<char>(128 + 16 * (bits - 1) + (bits - 1));
-    out.append(2, '\0');
-    for (std::size_t i = 0; i < 1U << bits; ++i) {
-        for (const unsigned char part : picture.colors[i]) out += static_cast<char>(part);
-    }
-}
 
 /// Index of the background, -1 if the picture shows none of it.
 int background_index(const IMG_report& image, const Indexed_picture& picture) {
@@ -84,6 +62,33 @@ void store_indices(IMG_report* image, const Indexed_picture& picture) {
 
 }  // namespace
 
+int gif_index_bits(int colors) {
+    return std::max(static_cast<int>(std::bit_width(static_cast<unsigned>(colors - 1))), 1);
+}
+
+void gif_append_short(std::string& out, int value) {
+    out += static_cast<char>(value & 0xFF);
+    out += static_cast<char>(value >> 8);
+}
+
+void gif_append_head(std::string& out, int width, int height, const Pixel_color* colors, int bits) {
+    out += "GIF89a";
+    gif_append_short(out, width);
+    gif_append_short(out, height);
+    out += static_cast<char>(128 + 16 * (bits - 1) + (bits - 1));
+    out.append(2, '\0');
+    for (std::size_t i = 0; i < 1U << bits; ++i) {
+        for (const unsigned char part : colors[i]) out += static_cast<char>(part);
+    }
+}
+
+void gif_append_place(std::string& out, const Gif_place& place, bool interlaced, int code_size) {
+    out += ',';
+    for (const int value : {place.x, place.y, place.width, place.height}) gif_append_short(out, value);
+    out += static_cast<char>(interlaced ? 64 : 0);
+    out += static_cast<char>(code_size);
+}
+
 int GIF_interlace(int val) {
     state.use_inter = val;
     return 0;
@@ -95,7 +100,7 @@ int GIF_transparent(int val) {
 }
 
 int GIF_write(const std::string& filename, IMG_report* image) {
-    if (!img_check_picture(image, MOST_SIDE, "GIF_write")) return 0;
+    if (!img_check_picture(image, GIF_MOST_SIDE, "GIF_write")) return 0;
     MESS_print(MESS_DEBUG, "%d %d %d %d\n", image->width, image->height, image->depth, image->bytes_line);
     const Indexed_picture picture = img_index_pixels(*image, true);
     if (picture.lost > 0) {
@@ -103,20 +108,16 @@ int GIF_write(const std::string& filename, IMG_report* image) {
                    PALETTE_SIZE);
     }
     MESS_print(MESS_DEBUG, "num_color: %d\n", picture.count);
-    const int bits = std::max(static_cast<int>(std::bit_width(static_cast<unsigned>(picture.count - 1))), 1);
+    const int bits = gif_index_bits(picture.count);
     MESS_print(MESS_DEBUG, "num_color+: %d\n", 1 << bits);
     const int code_size = std::max(bits, 2);
     MESS_print(MESS_DEBUG, "code_size: %d\n", code_size);
 
     std::string out;
-    append_head(out, *image, picture, bits);
+    gif_append_head(out, image->width, image->height, picture.colors.data(), bits);
     const int background = state.trans != 0 ? background_index(*image, picture) : -1;
     if (background >= 0) append_control(out, background);
-    out += ',';
-    out.append(4, '\0');
-    append_sizes(out, *image);
-    out += static_cast<char>(state.use_inter != 0 ? 64 : 0);
-    out += static_cast<char>(code_size);
+    gif_append_place(out, {0, 0, image->width, image->height}, state.use_inter != 0, code_size);
     append_pixels(out, *image, picture, code_size);
     out += static_cast<char>(59);
     if (img_write_file(filename, out, "Unable to open GIF file\n") == 0) return 0;

@@ -12,7 +12,13 @@ namespace {
 /// Indices by pixel value: a table with open addressing, four times as large as what it holds.
 class Value_table {
   public:
-    explicit Value_table(Indexed_picture& picture) : picture_(picture) { slots_.fill(EMPTY); }
+    explicit Value_table(Indexed_picture& picture) : picture_(picture) {
+        slots_.fill(EMPTY);
+        low_.fill(EMPTY);
+    }
+
+    /// Index of a value of a byte that was taken before, else below 0.
+    int known(Pixel_value value) const { return value < low_.size() ? low_[value] : EMPTY; }
 
     /// Index of a value, a new one if it is met first; below 0 with the palette full.
     int take(Pixel_value value) {
@@ -23,6 +29,7 @@ class Value_table {
         }
         if (picture_.count == PALETTE_SIZE) return -1;
         slots_[slot] = static_cast<short>(picture_.count);
+        if (value < low_.size()) low_[value] = slots_[slot];
         picture_.values[static_cast<std::size_t>(picture_.count)] = value;
         return picture_.count++;
     }
@@ -32,6 +39,7 @@ class Value_table {
 
     Indexed_picture& picture_;
     std::array<short, 1024> slots_{};
+    std::array<short, 256> low_{};
 };
 
 }  // namespace
@@ -60,6 +68,10 @@ Indexed_picture img_index_pixels(const IMG_report& image, bool padded) {
         const auto line = static_cast<std::size_t>(y) * static_cast<std::size_t>(image.bytes_line);
         layout.read(image.data.data() + line, seen, row.data());
         for (std::size_t x = 0; x < row.size(); ++x, ++to) {
+            if (const int known = table.known(row[x]); known >= 0) {
+                *to = static_cast<unsigned char>(known);
+                continue;
+            }
             if (x > 0 && row[x] == row[x - 1]) {  // most of a chart: as its neighbour
                 *to = to[-1];
                 picture.lost += row[x] != picture.values[*to];

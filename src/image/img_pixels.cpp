@@ -97,7 +97,11 @@ void Pixel_layout::read(const unsigned char* line, std::size_t count, Pixel_valu
 }
 
 void Pixel_layout::store(unsigned char* line, std::size_t count, const unsigned char* indices) const {
-    if (bits_ >= 8) {
+    if (bits_ == 8) {
+        std::memcpy(line, indices, count);
+        return;
+    }
+    if (bits_ > 8) {
         std::memset(line, 0, count * bytes_);
         for (std::size_t x = 0; x < count; ++x) line[x * bytes_ + index_at_] = indices[x];
         return;

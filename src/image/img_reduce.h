@@ -20,6 +20,8 @@ class Color_reducer {
   public:
     /// Adds the colours of a picture.
     void count(const IMG_report& image);
+    /// Adds a colour that so many pixels have.
+    void add(const Pixel_color& color, std::uint64_t pixels);
     /// Chooses at most `most` colours: exactly those counted if they are no more.
     const std::vector<Pixel_color>& choose(std::size_t most);
     /// Index of the colour chosen that is nearest.
@@ -44,7 +46,6 @@ class Color_reducer {
     std::vector<Pixel_color> chosen_;
     std::unordered_map<std::uint32_t, int> nearest_;
 
-    void add(const Pixel_color& color, std::uint64_t pixels);
     Box make_box(std::size_t first, std::size_t last) const;
     void cut(std::vector<Box>& boxes, std::size_t which);
     Pixel_color color_of(const Box& box) const;
