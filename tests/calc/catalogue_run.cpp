@@ -30,6 +30,10 @@ bool is_out_of_range(double value) {
     return !(std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max()));
 }
 
+void free_grids() {
+    for (int i = 0; i < GRD_MAX; i++) GRD_free(GRD_get_grid(i));
+}
+
 }  // namespace
 
 Difference difference(const GRD_report& got, const Field& want, const Measure& measure) {
@@ -81,6 +85,7 @@ Difference difference(const GRD_report& got, const Field& want, const Measure& m
 }
 
 test::Output run_string(const std::string& string, const std::string& file) {
+    free_grids();  // as the program does behind each chart
     VAR_set_def_type(VTYPE_CONT);
     return test::capture([&] {
         ASSERT_EQ(VAR_setup(nullptr, string), 1) << string;
@@ -126,7 +131,7 @@ Catalogue::Catalogue() {
 }
 
 Catalogue::~Catalogue() {
-    for (int i = 0; i < GRD_MAX; i++) GRD_free(GRD_get_grid(i));
+    free_grids();
     VAR_reset();
 }
 
