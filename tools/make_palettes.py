@@ -53,11 +53,11 @@ HEAD = """\
 """
 
 FIELDS = """\
-field temp,vtemp,tmax,tmin,dewp,tsoil,wtmp,aptmp,skt,snot,vegt,uplst,botlst,brtmp temperature 0 C
-field uwnd,vwnd,ugust,vgust,vvel,dzdt,avort,rvort,pvort,adiv,diverg,conv,mconv signed 0
-field tmpa,presa,hghta,ptend,strf,vpot,li,li4,bli,pli,cin,shtfl,lhtfl signed 0
+field temp,vtemp,tmax,tmin,dewp,tsoil,wtmp,aptmp,skt,snot,vegt,uplst,botlst,brtmp,wetblb,wchill,wchill2,heatx temperature 0 C
+field uwnd,vwnd,ugust,vgust,vvel,dzdt,avort,rvort,pvort,adiv,diverg,conv,mconv,vconv,adv,lapl,dx,dy,def1,def2,ugeos,vgeos signed 0
+field tmpa,presa,hghta,ptend,strf,vpot,li,li4,bli,pli,cin,shtfl,lhtfl,show signed 0
 field rhum,shum,mixrat,pwat,apcp,cprcp,lprcp,prate,cprat,tcld,lcld,mcld,hcld,cwat,tcwat,weasd,snod,asnow wet
-field hght,gmht,geopt,hgtx,hgty,pres,pmsl,mslma,mslet,theta,thetae,thick height
+field hght,gmht,geopt,hgtx,hgty,pres,pmsl,mslma,mslet,theta,thetae,thetav,thick height
 field cape,hlcy heat
 field wspd,gust,maxgust,spc viridis
 field refzr,refzi,refzc,refd,refc,maxref plasma

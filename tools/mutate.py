@@ -29,7 +29,7 @@ WORK = ROOT / "build-mutate"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 LIBRARY = "libzav.so"
-TESTED = ["plot", "grid", "gks", "program", "var", "map", "calc", "files", "frame", "e2e", "fuzz"]
+TESTED = ["plot", "grid", "gks", "image", "program", "var", "map", "calc", "files", "physics", "frame", "e2e", "fuzz"]
 
 # ---------------------------------------------------------------- places of faults
 

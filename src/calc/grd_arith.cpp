@@ -25,32 +25,36 @@ int of_two(Math_frame& frame, const Value& value) {
     return 1;
 }
 
-/// Calls `take(at, from, count)` for all arguments of each run of points, `from` being the values of `count` points
-/// from `at` on, then `finish(at, count)`.
-template <class Take, class Finish>
-void for_runs(Math_frame& frame, const Take& take, const Finish& finish) {
-    for (std::size_t at = 0; at < frame.points(); at += POINTS_AT_ONCE) {
-        const std::size_t count = std::min(POINTS_AT_ONCE, frame.points() - at);
-        for (int number = 1; number <= frame.num; number++) {
-            const Math_argument argument(frame, number);
-            take(at, argument.from(at), count);
-        }
-        finish(at, count);
+/// A value for each of the points that are worked on at once.
+using Run = std::array<float, POINTS_AT_ONCE>;
+
+/// Takes all arguments of a run of points into what starts as `start`, by `take(value, argument)`.
+template <class Take>
+void take_run(const Math_frame& frame, std::size_t at, std::size_t count, Run& run, float start, const Take& take) {
+    run.fill(start);
+    for (int number = 1; number <= frame.num; number++) {
+        const Math_argument argument(frame, number);
+        const float* from = argument.from(at);
+        for (std::size_t i = 0; i < count; i++) run[i] = take(run[i], from[i]);
     }
 }
 
-/// Takes argument after argument into the result, which starts as `start` everywhere.
+/// Calls `work(at, count)` for all runs of points.
+template <class Work>
+void for_runs(const Math_frame& frame, const Work& work) {
+    for (std::size_t at = 0; at < frame.points(); at += POINTS_AT_ONCE)
+        work(at, std::min(POINTS_AT_ONCE, frame.points() - at));
+}
+
+/// A function of any number of arguments.
 template <class Take>
 int take_all(Math_frame& frame, float start, const Take& take) {
     if (!GRD_begin(frame, frame.num)) return 0;
-    float* result = frame.ptr[0];
-    std::fill_n(result, frame.points(), start);
-    for_runs(
-        frame,
-        [&](std::size_t at, const float* from, std::size_t count) {
-            for (std::size_t i = 0; i < count; i++) result[at + i] = take(result[at + i], from[i]);
-        },
-        [](std::size_t, std::size_t) {});
+    Run run;
+    for_runs(frame, [&](std::size_t at, std::size_t count) {
+        take_run(frame, at, count, run, start, take);
+        std::copy_n(run.begin(), count, frame.ptr[0] + at);
+    });
     return 1;
 }
 
@@ -82,26 +86,16 @@ int math_sum(Math_frame& frame) {
 
 int math_avg(Math_frame& frame) {
     if (!GRD_begin(frame, frame.num)) return 0;
-    float* result = frame.ptr[0];
-    std::fill_n(result, frame.points(), 0.0F);
-    std::array<int, POINTS_AT_ONCE> present{};
     const auto num = static_cast<float>(frame.num);
-    for_runs(
-        frame,
-        [&](std::size_t at, const float* from, std::size_t count) {
-            for (std::size_t i = 0; i < count; i++) {
-                const bool there = from[i] != FMISS;
-                result[at + i] = there ? result[at + i] + from[i] : result[at + i];
-                present[i] += there ? 1 : 0;
-            }
-        },
-        [&](std::size_t at, std::size_t count) {
-            for (std::size_t i = 0; i < count; i++) {
-                const float sum = result[at + i];
-                result[at + i] = present[i] == frame.num && sum != FMISS ? sum / num : FMISS;
-            }
-            present.fill(0);
-        });
+    Run sum;
+    Run present;
+    for_runs(frame, [&](std::size_t at, std::size_t count) {
+        take_run(frame, at, count, sum, 0.0F, [](float value, float a) { return a != FMISS ? value + a : value; });
+        take_run(frame, at, count, present, 0.0F,
+                 [](float value, float a) { return a != FMISS ? value + 1.0F : value; });
+        float* result = frame.ptr[0] + at;
+        for (std::size_t i = 0; i < count; i++) result[i] = present[i] == num && sum[i] != FMISS ? sum[i] / num : FMISS;
+    });
     return 1;
 }
 

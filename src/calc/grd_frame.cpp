@@ -67,7 +67,12 @@ bool Math_frame::given(int number) const {
     return number <= num && (grids[place(number)] != nullptr || values[place(number)] != FMISS);
 }
 
-bool GRD_is_dew_point(const GRD_report* grid) { return grid != nullptr && grid->var == VAR_search_var_num("dewp"); }
+bool GRD_is_variable(const GRD_report* grid, const char* name) {
+    const int number = VAR_search_var_num(name);
+    return grid != nullptr && number != 0 && grid->var == number;
+}
+
+bool GRD_is_dew_point(const GRD_report* grid) { return GRD_is_variable(grid, "dewp"); }
 
 bool GRD_begin(Math_frame& frame, int num) {
     for (int i = 1; i <= std::min(num, static_cast<int>(frame.function.convert.size())); i++)

@@ -75,7 +75,7 @@ const std::vector<Math_function> CATALOGUE = {
     // Moist air
     {"dewp", "t,rh", 2, 2, 1, GRID, Missing::ANY, in("K"), "", {"K"}, math_dewp},
     {"rhum", "t,td", 2, 2, 1, GRID, Missing::ANY, in("%"), "", {"K", "K"}, math_rhum},
-    {"wetblb", "t,humidity;p", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K"}, math_wetblb},
+    {"wetblb", "t,humidity;p", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "K?", "mb"}, math_wetblb},
     {"show", "t850,humidity,t500", 3, 3, 1, GRID, Missing::ANY, in("dC"), "", {"K", "K?", "K"}, math_show},
     {"wchill", "t,speed or t,u,v", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "m/s", "m/s"}, math_wchill},
     {"wchill2", "t,speed or t,u,v", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "m/s", "m/s"}, math_wchill2},
@@ -84,10 +84,10 @@ const std::vector<Math_function> CATALOGUE = {
     {"thetae", "t,humidity;p", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "K?", "mb"}, math_thetae},
     {"vtemp", "t,humidity;p", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "K?", "mb"}, math_vtemp},
     {"thetav", "t,humidity;p", 2, 3, 1, GRID, Missing::ANY, in("K"), "", {"K", "K?", "mb"}, math_thetav},
-    {"vapor", "td or t,rh", 1, 2, 1, GRID, Missing::ANY, in("mb"), "", {"K"}, math_vapor},
+    {"vapor", "td or t,rh", 1, 2, 1, GRID, Missing::ANY, in("mb"), "", {"K", "K?"}, math_vapor},
     {"pr_alt", "p", 1, 1, 1, NONE, Missing::ANY, in("m"), "", {"mb"}, math_pr_alt},
-    {"shum", "td;p or t,rh;p", 1, 3, 1, GRID, Missing::ANY, in("gm/kg"), "", {"K"}, math_shum},
-    {"mixrat", "td;p or t,rh;p", 1, 3, 1, GRID, Missing::ANY, in("gm/kg"), "", {"K"}, math_mixrat},
+    {"shum", "td;p or t,rh;p", 1, 3, 1, GRID, Missing::ANY, in("gm/kg"), "", {"K", "K?", "mb"}, math_shum},
+    {"mixrat", "td;p or t,rh;p", 1, 3, 1, GRID, Missing::ANY, in("gm/kg"), "", {"K", "K?", "mb"}, math_mixrat},
 
     // Winds
     {"wspd", "u,v", 2, 2, 1, GRID, Missing::ANY, in("m/s"), "", {"m/s", "m/s"}, math_wspd},
@@ -115,8 +115,8 @@ const std::vector<Math_function> CATALOGUE = {
     {"def2", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_def2},
     {"vconv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_vconv},
     {"rvort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_rvort},
-    {"avort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {}, math_avort},
-    {"adv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_SECOND_OF_THIRD, "Advection", {}, math_adv},
+    {"avort", "u,v", 2, 2, 1, GRID, Missing::OPERATOR, PER_METRE, "", {"m/s", "m/s"}, math_avort},
+    {"adv", "u,v,z", 3, 3, 1, GRID, Missing::OPERATOR, PER_SECOND_OF_THIRD, "Advection", {"m/s", "m/s"}, math_adv},
 };
 // clang-format on
 

@@ -80,6 +80,8 @@ bool GRD_begin(Math_frame& frame, int num, const char* units);
 void GRD_label(Math_frame& frame, const GRD_report* source);
 /// Says that the grids of a call are invalid. Result 0.
 int GRD_refuse();
+/// True if an argument is a grid of the variable `name`. Of a name that the variable table lacks, none is.
+bool GRD_is_variable(const GRD_report* grid, const char* name);
 /// True if an argument is a dew point by its variable.
 bool GRD_is_dew_point(const GRD_report* grid);
 

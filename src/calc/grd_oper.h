@@ -13,8 +13,9 @@ namespace zav {
 // the distance. A missing point stays missing. A grid that goes round the globe has no edge in x (calc/grd_cyclic.h).
 // Rows at a pole are missing, but in GRD_dy.
 //
-// Each gives the output grid values where it has none. 0, or -1 with a message when there is no memory; grids without
-// values or of different sizes give -1 too. An output grid may be one of the inputs.
+// Each gives the output grid values where it has none, and places where it has no size. 0, or -1 with a message when
+// there is no memory; grids without values or spacing and grids of different sizes give -1 too. An output grid may be
+// one of the inputs; one that shares its values with an input gets others.
 
 /// Along the rows, eastward.
 int GRD_dx(const GRD_report* grid, GRD_report* ogrid);
@@ -33,7 +34,8 @@ int GRD_deformation2(const GRD_report* ugrid, const GRD_report* vgrid, GRD_repor
 /// -u dz/dx - v dz/dy.
 int GRD_advection(const GRD_report* ugrid, const GRD_report* vgrid, const GRD_report* zgrid, GRD_report* agrid);
 
-// Work in place. 0, or -1 without values.
+// Work in place. 0, or -1 without values or for an unknown operation. Points that have no place on the earth become
+// missing. The current map domain stays.
 
 /// Combines each value z with f, twice the earth's rotation times the sine of latitude in 1e-5 per second. `oper` in
 /// any case: "add" z + f, "sub" z - f, "sub-" f - z, "mul" z f, "div" z / f, "div-" f / z.

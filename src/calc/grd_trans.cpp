@@ -173,7 +173,7 @@ int GRD_UVmax(const GRD_report* ugrid, const GRD_report* vgrid, float* max) {
     for (std::size_t i = 0; i < count; ++i) {
         const double u = ugrid->grid[i];
         const double v = vgrid->grid[i];
-        if (u == FMISS || v == FMISS || u == 0.0 || v == 0.0) continue;
+        if (u == FMISS || v == FMISS || u == 0.0 || v == 0.0 || !std::isfinite(u) || !std::isfinite(v)) continue;
         *max = std::max(*max, static_cast<float>(std::sqrt(u * u + v * v)));
     }
     return 0;
@@ -286,7 +286,8 @@ int GRD_units(GRD_report* grid, const std::string& units) {
         ZAV_note(STATUS_WORD);
         return -1;
     }
-    if (conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
+    const bool other = conversion.kind == Kind::scale || conversion.kind == Kind::lookup || unknown;
+    if (other && conversion.kind != Kind::none) change_values(grid, [&](float value) { return conversion(value); });
     if (units.empty()) return 0;
     grid->units = fit_text(units, GRD_UNITS_SIZE);
     UNIT_change(grid->info, grid->units);

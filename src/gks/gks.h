@@ -135,7 +135,7 @@ bool gtype_is_PIX(int type);
 bool gtype_is_WIN_PIX(int type);
 bool gtype_is_CAIRO(int type);
 
-/// True for workstations whose page is white paper in points with y upward: PostScript and pictures.
+/// True for workstations whose page is white paper with y upward: PostScript, HPGL and pictures.
 bool gtype_is_PAGE(int type);
 
 /// Starts the primitives' attributes and transformations for a workstation just opened or changed. `type`: 0 X

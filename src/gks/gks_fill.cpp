@@ -8,10 +8,10 @@
 #include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
-#include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_pixels.h"
 #include "gks/gks_tran.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
@@ -95,14 +95,7 @@ void fill_rings_on_display(Gint num_rings, const Gint* num_pt, const Gpt* array_
 
 void fill_rings_hpgl(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {
     ghpgl_set_fill_color(state.fill_color);
-    for (int ring = 0; ring < num_rings; array_pt += num_pt[ring], ++ring) {
-        if (num_pt[ring] < 1) continue;
-        ghpgl_move(array_pt[0].x, array_pt[0].y);
-        if (ring == 0) ghpgl_printf("PM0;");
-        for (int i = 1; i < num_pt[ring]; ++i) ghpgl_line(array_pt[i].x, array_pt[i].y);
-        ghpgl_printf("PM1;\n");
-    }
-    ghpgl_printf("PM2;FP1;\n");
+    ghpgl_rings(num_rings, num_pt, array_pt);
 }
 
 void fill_rings_postscript(Gint num_rings, const Gint* num_pt, const Gpt* array_pt) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "frame/mess.h"
 #include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
 #include "gks/gks_colr.h"
@@ -30,7 +31,8 @@ void gsetup_image_colors(IMG_report*, int) {}
 
 int gload_image(IMG_report* image, int x, int y) {
     const int type = gget_win_type();
-    if (!gtype_is_PAGE(type)) return 0;
+    if (gtype_is_HPGL(type)) MESS_print(MESS_WARN, "gload_image: HPGL can't hold an image\n");
+    if (!gtype_is_PS(type) && !gtype_is_CAIRO(type)) return 0;
     if (gtype_is_PS(type)) gps_image(image, x, y);
     if (gtype_is_CAIRO(type)) gcairo_image(image, x, y);
     return 1;

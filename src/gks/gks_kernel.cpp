@@ -16,6 +16,7 @@
 #include "gks/gks_out.h"
 #include "gks/gks_text.h"
 #include "gks/gks_tran.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
@@ -54,11 +55,19 @@ void clear_on_paper(const Glim& l) {
     gps_printf("fill\n");
 }
 
+constexpr Gint CORNERS = 4;
+
+std::array<Gpt, CORNERS> corners_of(const Glim& l) {
+    return {{{l.x_min, l.y_min}, {l.x_min, l.y_max}, {l.x_max, l.y_max}, {l.x_max, l.y_min}}};
+}
+
+void clear_on_plotter(const Glim& l) {
+    ghpgl_set_fill_color(GCOLR_BACK);
+    ghpgl_rings(1, &CORNERS, corners_of(l).data());
+}
+
 void clear_on_picture(const Glim& l) {
-    constexpr Gint corners = 4;
-    const std::array<Gpt, corners> points{
-        {{l.x_min, l.y_min}, {l.x_min, l.y_max}, {l.x_max, l.y_max}, {l.x_max, l.y_min}}};
-    gcairo_rings(1, &corners, points.data());
+    gcairo_rings(1, &CORNERS, corners_of(l).data());
     gcairo_clear();
 }
 
@@ -117,7 +126,7 @@ bool gtype_is_HPGL(int type) { return type == GWS_HPGL; }
 bool gtype_is_PIX(int type) { return type == GWS_PIX; }
 bool gtype_is_WIN_PIX(int type) { return gtype_is_WIN(type) || gtype_is_PIX(type); }
 bool gtype_is_CAIRO(int type) { return type == GWS_CAIRO; }
-bool gtype_is_PAGE(int type) { return gtype_is_PS(type) || gtype_is_CAIRO(type); }
+bool gtype_is_PAGE(int type) { return gtype_is_PS(type) || gtype_is_HPGL(type) || gtype_is_CAIRO(type); }
 
 int ginit_plot(int type) {
     if (type == -1) return -1;
@@ -184,6 +193,7 @@ int gclear_region(const Glim* limit) {
     gnew_obj(GOBJ_CLEAR_REGION, 1, sizeof(Glim), &l);
     if (gtype_is_WIN_PIX(type)) clear_on_display(l);
     if (gtype_is_PS(type)) clear_on_paper(l);
+    if (gtype_is_HPGL(type)) clear_on_plotter(l);
     if (gtype_is_CAIRO(type)) clear_on_picture(l);
     return 0;
 }

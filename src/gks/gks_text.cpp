@@ -5,11 +5,11 @@
 #include <cstring>
 
 #include "gks/cairo/gks_cairo.h"
-#include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_out.h"
 #include "gks/gks_text_state.h"
 #include "gks/gks_tran.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"

@@ -12,6 +12,7 @@
 #include "gks/cairo/gks_cairo.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
@@ -89,6 +90,8 @@ bool GPH_prints_on_stdout() {
     switch (device) {
         case GWS_PS:
             return FILE_is_stdio(gps_file_name(words)) != 0;
+        case GWS_HPGL:
+            return FILE_is_stdio(ghpgl_file_name(words)) != 0;
         case GWS_META:
             return FILE_is_stdio(gmeta_file_name(words)) != 0;
         case GWS_CAIRO:

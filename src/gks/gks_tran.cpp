@@ -7,9 +7,9 @@
 
 #include "gks/cairo/gks_cairo.h"
 #include "gks/gks.h"
-#include "gks/gks_hpgl.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_ws.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
@@ -97,9 +97,7 @@ void clip_printed() {
     } else if (gtype_is_CAIRO(type)) {
         gcairo_clip(left - CLIP_MARGIN, bottom - CLIP_MARGIN, right + CLIP_MARGIN, top + CLIP_MARGIN);
     } else if (gtype_is_HPGL(type)) {
-        ghpgl_printf("IW %.0f,%.0f,%.0f,%.0f;\n", static_cast<double>(left - CLIP_MARGIN),
-                     static_cast<double>(bottom - CLIP_MARGIN), static_cast<double>(right + CLIP_MARGIN),
-                     static_cast<double>(top + CLIP_MARGIN));
+        ghpgl_clip(left - CLIP_MARGIN, bottom - CLIP_MARGIN, right + CLIP_MARGIN, top + CLIP_MARGIN);
     }
 }
 
@@ -292,7 +290,7 @@ void gget_gviewport(Grectangle* clip_rect) {
     gget_xviewport(&pixels);
     *clip_rect = {pixels.x, pixels.y, pixels.width, pixels.height};
     const int type = gget_win_type();
-    if (!gtype_is_PAGE(type) && !gtype_is_HPGL(type)) return;
+    if (!gtype_is_PAGE(type)) return;
     const float left = xNDC_ps(state.cur_vp.x_min);
     const float bottom = yNDC_ps(state.cur_vp.y_min);
     clip_rect->x = static_cast<int>(left);

@@ -10,11 +10,11 @@
 #include "gks/cairo/gks_cairo.h"
 #include "gks/gks_colr.h"
 #include "gks/gks_evnt.h"
-#include "gks/gks_hpgl.h"
 #include "gks/gks_loop.h"
 #include "gks/gks_obj.h"
 #include "gks/gks_text.h"
 #include "gks/gks_tran.h"
+#include "gks/hpgl/gks_hpgl.h"
 #include "gks/meta/gks_meta.h"
 #include "gks/ps/gks_ps.h"
 #include "gks/x11/gks_x11.h"
@@ -170,6 +170,7 @@ void gnew_page() {
     if (!state.open_graphics) return;
     const int type = gget_win_type();
     if (gtype_is_PS(type)) gps_new_page();
+    if (gtype_is_HPGL(type)) ghpgl_new_page();
     if (gtype_is_META(type)) gmeta_new_picture();
     if (gtype_is_CAIRO(type)) gcairo_new_page();
     if (gtype_is_PAGE(type) || gtype_is_META(type)) gtran_clip();
@@ -178,12 +179,14 @@ void gnew_page() {
 
 void gkeep_output() {
     gps_keep();
+    ghpgl_keep();
     gmeta_keep();
     gcairo_keep();
 }
 
 void gbreak_off() {
     gps_break_off();
+    ghpgl_break_off();
     gmeta_break_off();
     gcairo_break_off();
     state.open_graphics = 0;

@@ -20,6 +20,7 @@ namespace {
 /// Most variables and records that a line names.
 constexpr std::size_t NAMED_MAX = 12;
 constexpr std::size_t CHOICES_MAX = 6;
+constexpr std::size_t RUNS_MAX = 12;
 
 /// Variable numbers from here to the end are those of ensemble members, a plain number in their last three digits.
 constexpr int ENSEMBLE_FIRST = 19000000;
@@ -149,8 +150,9 @@ struct Departure {
     bool time;
     bool member;
     bool type;
+    bool date;
 
-    int count() const { return ltype + level + time + member + type; }
+    int count() const { return ltype + level + time + member + type + date; }
 };
 
 bool key_fits(const Record_codes& record, const VAR_data& params, int type) {
@@ -172,19 +174,28 @@ bool time_fits(const Record_codes& record, int time) {
     return key_fits(record, key, MISS);
 }
 
-Departure departure_of(const Record_codes& record, const VAR_data& params, int type) {
-    return {params.ltype != MISS && record.ltype != params.ltype, params.level != MISS && record.level != params.level,
+Departure departure_of(const Record_codes& record, const VAR_data& params, int type, const Date& date) {
+    return {params.ltype != MISS && record.ltype != params.ltype,
+            params.level != MISS && record.level != params.level,
             !time_fits(record, params.time),
             std::find(params.var.begin(), params.var.end(), record.var) == params.var.end(),
-            type != MISS && record.type != type};
+            type != MISS && record.type != type,
+            !GRD_date_fits(date, record.date)};
 }
 
-/// How far a record is from a key; of equally many departures the one of nearer level and time.
-std::tuple<int, long, long> distance_of(const Record_codes& record, const VAR_data& params, int type) {
-    const Departure departure = departure_of(record, params, type);
+/// Minutes between a date that was asked for and another one, 0 where one of them isn't known.
+long date_apart(Date wanted, Date own) {
+    if (wanted.year < 0 || own.year == MISS) return 0;
+    return std::labs(DATE_num_sec(&wanted) - DATE_num_sec(&own)) / 60;
+}
+
+/// How far a record is from a key; of equally many departures the one of nearer level, date and time.
+std::tuple<int, long, long> distance_of(const Record_codes& record, const VAR_data& params, int type,
+                                        const Date& date) {
+    const Departure departure = departure_of(record, params, type, date);
     const auto apart = [](int one, int other) { return std::labs(static_cast<long>(one) - other); };
     return {departure.count() + (departure.ltype ? 1 : 0), apart(record.level, params.level),
-            std::labs(TIME_split(record.time).end - TIME_split(params.time).end)};
+            date_apart(date, record.date) + std::labs(TIME_split(record.time).end - TIME_split(params.time).end)};
 }
 
 std::string departure_text(const Departure& departure) {
@@ -192,6 +203,7 @@ std::string departure_text(const Departure& departure) {
     const auto add = [&text](bool said, const char* word) {
         if (said) text += (text.empty() ? "another " : ", ") + std::string(word);
     };
+    add(departure.date, "date");
     add(departure.time, "time");
     add(departure.level || departure.ltype, "level");
     add(departure.member, "member");
@@ -217,7 +229,21 @@ std::string date_text(const Record_codes& record) {
     return label;
 }
 
+/// The option that chooses a date.
+std::string date_option(const Date& date) {
+    return date.year == MISS
+               ? std::string()
+               : text_format(" -ho '#%04d%02d%02d%02d%02d'", date.year, date.month, date.day, date.hour, date.min);
+}
+
 }  // namespace
+
+bool GRD_date_fits(const Date& wanted, const Date& own) {
+    for (int Date::*field : {&Date::year, &Date::month, &Date::day, &Date::hour, &Date::min}) {
+        if (wanted.*field >= 0 && own.*field != MISS && wanted.*field != own.*field) return false;
+    }
+    return true;
+}
 
 Record_codes GRD_codes_of(const GRD_report& header, int number) {
     return {number, header.time, header.ltype, header.level, header.var, header.type, header.date};
@@ -232,36 +258,40 @@ void GRD_list_records(int grd_fd, int first, std::vector<Record_codes>* records)
     }
 }
 
-void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first) {
+void GRD_tell_nearest(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first,
+                      const Date& date) {
     const Record_codes* nearest = nullptr;
     for (const Record_codes& record : records) {
         if (!is_wanted_variable(record.var, params)) continue;
-        if (nearest == nullptr || distance_of(record, params, type) < distance_of(*nearest, params, type)) {
-            nearest = &record;
-        }
+        const bool nearer =
+            nearest == nullptr || distance_of(record, params, type, date) < distance_of(*nearest, params, type, date);
+        if (nearer) nearest = &record;
     }
     if (nearest == nullptr) {
         if (!records.empty()) MESS_print(MESS_WARN, "The file has: -va %s\n", variable_list(records).c_str());
         return;
     }
-    const Departure departure = departure_of(*nearest, params, type);
+    const Departure departure = departure_of(*nearest, params, type, date);
     if (departure.count() == 0) {
         const char* why = nearest->number < first ? "before the one that -gn names" : "but its values can't be read";
         MESS_print(MESS_WARN, "The file has it at record %d, %s\n", nearest->number, why);
         return;
     }
-    const std::string number = departure.type ? text_format(" -gt %d", nearest->type) : std::string();
+    std::string number = departure.type ? text_format(" -gt %d", nearest->type) : std::string();
+    if (departure.date) number += date_option(nearest->date);
     MESS_print(MESS_WARN, "The nearest in the file has %s: %s%s\n", departure_text(departure).c_str(),
                options_of(*nearest).c_str(), number.c_str());
 }
 
-void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first) {
+void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& params, int type, int first,
+                     const Date& date) {
     const Record_codes* taken = nullptr;
     const Record_codes* last = nullptr;
     std::size_t others = 0;
+    std::size_t runs = 0;
     std::string choices;
     for (const Record_codes& record : records) {
-        if (record.number < first || !key_fits(record, params, type)) continue;
+        if (record.number < first || !key_fits(record, params, type) || !GRD_date_fits(date, record.date)) continue;
         if (taken == nullptr) taken = last = &record;
         const bool same = record.var == taken->var && record.time == taken->time && record.ltype == taken->ltype &&
                           record.level == taken->level && record.type == taken->type;
@@ -269,13 +299,15 @@ void GRD_tell_choice(const std::vector<Record_codes>& records, const VAR_data& p
         others++;
         const bool new_run = date_text(record) != date_text(*last);
         last = &record;
-        if (!new_run && others >= CHOICES_MAX) continue;
+        if (new_run ? ++runs >= RUNS_MAX : others >= CHOICES_MAX) continue;
         choices += (choices.empty() ? "" : ", ") + std::to_string(record.number);
         if (new_run) choices += " (" + date_text(record) + ")";
     }
     if (others == 0) return;
-    MESS_print(MESS_WARN, "%zu records fit %s; number %d (%s) is taken. To choose, -gn NUMBER: %s\n", others + 1,
-               options_of(*taken).c_str(), taken->number, date_text(*taken).c_str(), choices.c_str());
+    if (runs >= RUNS_MAX) choices += text_format(", ..., %d (%s)", last->number, date_text(*last).c_str());
+    const char* how = runs > 0 && GRD_get_info()->own_dates ? "-ho DATE or -gn NUMBER" : "-gn NUMBER";
+    MESS_print(MESS_WARN, "%zu records fit %s; number %d (%s) is taken. To choose, %s: %s\n", others + 1,
+               options_of(*taken).c_str(), taken->number, date_text(*taken).c_str(), how, choices.c_str());
 }
 
 }  // namespace zav

@@ -64,7 +64,8 @@ void complete_list(int fd, int first, bool all, std::vector<Record_codes>* recor
 }
 
 /// Tells what wasn't found and what comes nearest to it, and where several records would have done.
-void report_search(const Words& words, int fd, int type, int first, std::vector<Record_codes> records) {
+void report_search(const Words& words, int fd, int type, int first, const Date& date,
+                   std::vector<Record_codes> records) {
     bool missing = false;
     for (int i = 0; i < VAR_get_num(); i++) missing |= VAR_is_fit_GRID(i) != 0 && GRD_is_empty(GRD_get_grid(i));
     complete_list(fd, first, missing, &records);
@@ -72,14 +73,35 @@ void report_search(const Words& words, int fd, int type, int first, std::vector<
         if (VAR_is_fit_GRID(i) == 0) continue;
         const VAR_data& params = *VAR_get_var(i);
         if (!GRD_is_empty(GRD_get_grid(i))) {
-            if (VAR_is_get_GRID(i) != 0) GRD_tell_choice(records, params, type, first);
+            if (VAR_is_get_GRID(i) != 0) GRD_tell_choice(records, params, type, first, date);
             continue;
         }
         MESS_print(MESS_WARN, "%s%d ", words.no_grid, i);
         VAR_print_info(MESS_WARN, &params);
-        GRD_tell_nearest(records, params, type, first);
+        GRD_tell_nearest(records, params, type, first, date);
         ZAV_note(STATUS_LAYER);
     }
+}
+
+/// True if the file has a record of that date.
+bool has_date(int fd, const Date& date) {
+    GRD_report header;
+    GRD_init(&header);
+    for (int number = 0; GRD_read(fd, &header, GRD_READ_HEADER, &number) == 0; number++) {
+        if (header.date.year != MISS && GRD_date_fits(date, header.date)) return true;
+    }
+    return false;
+}
+
+/// The date that the records of a file with dates of their own must have: the one that the user forces, or that of the
+/// file's name if it has records of it. Unknown where the user names a record by its number.
+Date date_of_records(int fd, const Date* of_name) {
+    Date date;
+    if (!GRD_get_info()->own_dates || RES_get("grid_num") != nullptr) return date;
+    FILE_get_time(&date);
+    const bool forced = date.year >= 0 || date.month >= 0 || date.day >= 0 || date.hour >= 0 || date.min >= 0;
+    if (forced || of_name == nullptr || of_name->year == MISS) return date;
+    return has_date(fd, *of_name) ? *of_name : Date();
 }
 
 /// The search in one file. False if it can't be opened.
@@ -89,9 +111,10 @@ bool search_single(const std::string& name, const Words& words, const Date* date
     int type = MISS;
     RES_getval("grid_type", &type, CV_int);
     const int first = std::max(text_to_int(FILE_get_ext_info()), 0);
+    const Date wanted = date_of_records(fd, date);
     std::vector<Record_codes> walked;
-    GRD_search_from(fd, first, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num(), &walked);
-    report_search(words, fd, type, first, std::move(walked));
+    GRD_search_from(fd, first, GRD_get_grids(), VAR_get_vars().data(), type, VAR_get_num(), wanted, &walked);
+    report_search(words, fd, type, first, wanted, std::move(walked));
     GRD_close(fd);
     return true;
 }

@@ -127,6 +127,16 @@ void native_read_domain(std::FILE* file, int version, GRD_report* grd) {
     discard_impossible(domain);
 }
 
+Domain native_domain(const Domain& grid) {
+    Domain domain = on_sphere(grid);
+    const double factor = at_60_degrees(domain);
+    if (factor == 1.0) return domain;
+    domain.dx = static_cast<float>(factor * static_cast<double>(domain.dx));
+    domain.dy = static_cast<float>(factor * static_cast<double>(domain.dy));
+    domain.param[0] = FMISS;
+    return domain;
+}
+
 std::string native_domain_line(const Domain& grid) {
     const Domain domain = on_sphere(grid);
     std::string line;

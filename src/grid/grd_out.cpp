@@ -1,5 +1,6 @@
 #include "grid/grd_out.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "frame/string.h"
 #include "grid/grd_read.h"
 #include "grid/grd_tool.h"
+#include "grid/netcdf/grd_cdf.h"
 
 namespace zav {
 namespace {
@@ -71,10 +73,13 @@ int open_output(const std::string& name, int type, const Dialogue& words) {
 
 bool write_grid(int grd_fd, GRD_report* grid, const GRD_info* info) {
     int number = 0;
-    const bool started = GRD_putinfo(grd_fd, info) == 0;
-    const bool written = GRD_write(grd_fd, grid, GRD_READ_ALL, &number) == 0;
-    GRD_close(grd_fd);
-    return started && written;
+    GRD_info file = *info;
+    file.max_x = std::max(file.max_x, grid->domain.nx);
+    file.max_y = std::max(file.max_y, grid->domain.ny);
+    const bool started = GRD_putinfo(grd_fd, &file) == 0;
+    const bool written = started && GRD_write(grd_fd, grid, GRD_READ_ALL, &number) == 0;
+    const bool closed = GRD_close(grd_fd) == 0;
+    return written && closed;
 }
 
 void complete_labels(GRD_report* grid, int kind) {
@@ -108,9 +113,11 @@ int GRD_out_file(int type) {
 int GRD_save_file(const std::string& filename, GRD_report* grid, GRD_info* info, int type) {
     if (type == 0) return 0;
     const std::string name = FILE_add_path(RES_get("grid_path"), filename);
-    const int fd = open_output(name, type, {"GRD_save_file", "open"});
-    if (fd < 0) return 0;
-    if (write_grid(fd, grid, info)) return 1;
+    // A file that is there stays as it is where the new grid can't be kept in one.
+    const bool keeps = type != GRD_TYPE_CDF || CDF_keeps(grid);
+    const int fd = keeps ? open_output(name, type, {"GRD_save_file", "open"}) : -1;
+    if (keeps && fd < 0) return 0;
+    if (keeps && write_grid(fd, grid, info)) return 1;
     MESS_print(MESS_WARN, "GRD_save_file: Unable to create grid file: %s\n", name.c_str());
     ZAV_note(STATUS_OUTPUT);
     return 0;
@@ -124,7 +131,10 @@ int GRD_open_out_file(const std::string& filename, int type) {
 }
 
 int GRD_save_grid(int grd_fd, GRD_report* grid, GRD_info* info) {
-    write_grid(grd_fd, grid, info);
+    if (!write_grid(grd_fd, grid, info)) {
+        MESS_print(MESS_WARN, "GRD_save_grid: Unable to write grid file\n");
+        ZAV_note(STATUS_OUTPUT);
+    }
     return 0;
 }
 

@@ -89,7 +89,7 @@ int GRD_chktype(const std::string& filename) {
     if (first == ' ' || (first >= '0' && first <= '9')) return GRD_TYPE_OLD;
     if (begins(text, "ZAVGRID4")) return GRD_TYPE_DOMAIN;
     if (begins(text, "ZAVGRID")) return GRD_TYPE_TEXT;
-    if (begins(text, "CDF")) return GRD_TYPE_CDF;
+    if (begins(text, "CDF") || begins(text, "\x89HDF\r\n\x1a\n")) return GRD_TYPE_CDF;
     if (begins(text, "GRIB") || first == '*' || first == '\x01') return GRD_TYPE_GRIB;
     if (begins(text, "GRID")) return GRD_TYPE_MESSAGE;
     return text.find("GRIB") != std::string_view::npos ? static_cast<int>(GRD_TYPE_GRIB) : -1;
@@ -137,6 +137,7 @@ GRD_file* GRD_get_gfile(int ind) {
 int GRD_getinfo(int grd_fd, GRD_info* info) {
     GRD_file* gfile = GRD_get_gfile(grd_fd);
     if (gfile == nullptr) return -1;
+    if (info != nullptr) info->own_dates = false;
     if (is_native(gfile->type)) return native_getinfo(gfile, info);
     switch (gfile->type) {
         case GRD_TYPE_CDF:
@@ -223,11 +224,11 @@ int GRD_close(int grd_fd) {
     if (!valid_handle(grd_fd)) return -1;
     auto& slot = state.gfile[static_cast<std::size_t>(grd_fd)];
     if (!slot) return 0;
-    if (slot->type == GRD_TYPE_CDF) CDF_close(slot.get());
+    const bool complete = slot->type != GRD_TYPE_CDF || CDF_close(slot.get()) == 0;
     if (slot->type == GRD_TYPE_GRIB) GRIB_reset();
     if (slot->file.get() == stdout) std::fflush(stdout);
     slot.reset();
-    return 0;
+    return complete ? 0 : -1;
 }
 
 int GRD_setpos(int grd_fd, long offset, int grdnum) {

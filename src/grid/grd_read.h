@@ -31,7 +31,7 @@ int GRD_read(int grd_fd, GRD_report* grd, int rep_type, int* grdnum);
 int GRD_write(int grd_fd, GRD_report* grd, int rep_type, int* grd_num);
 /// Back to the first record. 0 or -1.
 int GRD_rewind(int grd_fd);
-/// Closes a file. 0, or -1 for a bad handle.
+/// Closes a file. 0; -1 for a bad handle, and for a netCDF file that doesn't hold all that was written.
 int GRD_close(int grd_fd);
 
 /// GRIB only: moves to a byte offset and calls the record there number `grdnum`. Result 1.

@@ -124,6 +124,18 @@ int GRD_read_file_date(const Date* date, const std::string& extra, GRD_report* g
     return read_one(name, date, extra, "GRD_read_file_date", grid, info, type);
 }
 
+void GRD_learn_names(const Date* date) {
+    if (GRD_get_specs().nspec != 0) return;
+    std::string name;
+    FILE_set_date(date, name);
+    int type = input_type();
+    if (type == GRD_TYPE_ANY) type = GRD_chktype(name);
+    if (type != GRD_TYPE_CDF) return;
+    const Open_grid file(GRD_open(name, 0, &type));
+    GRD_info info;
+    GRD_getinfo(file.fd(), &info);
+}
+
 int GRD_get_file_domain(const std::string& filename, Domain* domain) {
     int type = MISS;
     RES_getval("grid_type", &type, CV_int);

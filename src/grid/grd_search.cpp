@@ -59,11 +59,11 @@ float constant_value(const std::string& name) {
 }  // namespace
 
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num) {
-    return GRD_search_from(grd_fd, 0, grids, params, type, num, nullptr);
+    return GRD_search_from(grd_fd, 0, grids, params, type, num, Date(), nullptr);
 }
 
 int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num,
-                    std::vector<Record_codes>* walked) {
+                    const Date& date, std::vector<Record_codes>* walked) {
     const bool all = num < 0;
     const int count = std::abs(num);
     std::vector<bool> open(static_cast<std::size_t>(count));
@@ -75,6 +75,7 @@ int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* pa
     for (int number = first; missing > 0; number++) {
         if (GRD_read(grd_fd, &record, GRD_READ_HEADER, &number) != 0) break;
         if (walked != nullptr) walked->push_back(GRD_codes_of(record, number));
+        if (!GRD_date_fits(date, record.date)) continue;
         for (int i = 0; i < count; i++) {
             if (!open[i] || GRD_test(&record, &params[i], type) == 0) continue;
             if (!read_whole(grd_fd, &grids[i], number, params[i].units)) continue;

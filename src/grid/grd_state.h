@@ -32,6 +32,9 @@ int native_read(GRD_file* gfile, GRD_report* grd, int rep_type, int* grdnum);
 int native_write(GRD_file* gfile, GRD_report* grd);
 /// Reads the domain line. `version` is the record's format digit.
 void native_read_domain(std::FILE* file, int version, GRD_report* grd);
+/// The domain that formats without an earth's shape and without a polar map's true latitude keep in place of a grid's
+/// own: points on the sphere, with the steps of a polar map as they are at 60 degrees.
+Domain native_domain(const Domain& grid);
 /// The domain line as it is written, with its line end.
 std::string native_domain_line(const Domain& domain);
 

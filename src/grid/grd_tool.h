@@ -80,9 +80,10 @@ int GRD_test(const GRD_report* grid, const VAR_data* params, int type);
 /// Fills `grids[i]` from an open file for each of `num` keys; the first record that fits wins. Filled ones are left,
 /// and so are entries that aren't plain variables, unless `num` is negative. 1 when none is missing, else 0.
 int GRD_search(int grd_fd, GRD_report* grids, const VAR_data* params, int type, int num);
-/// The same from record `first` on. The headers that were met go into `walked`, unless it is null.
+/// The same from record `first` on, of records whose dates have the fields of `date`. The headers that were met go into
+/// `walked`, unless it is null.
 int GRD_search_from(int grd_fd, int first, GRD_report* grids, const VAR_data* params, int type, int num,
-                    std::vector<Record_codes>* walked);
+                    const Date& date, std::vector<Record_codes>* walked);
 /// The same for piece `ind` of a model in several files: each piece is copied to its place. The last that fits wins.
 int GRD_search_piece(int grd_fd, int ind, GRD_report* grids, const VAR_data* params, int num);
 /// Fills the table for the variable list from the files of a date, calculates what is to be calculated and writes what
@@ -111,6 +112,8 @@ std::string GRD_piece_file(int ind, const Date* date);
 int GRD_read_file(const std::string& filename, GRD_report* grid, GRD_info* info, int* type);
 /// One grid of the file of a date; `extra` is the selector. Results as GRD_read_file.
 int GRD_read_file_date(const Date* date, const std::string& extra, GRD_report* grid, GRD_info* info, int* type);
+/// Makes the variables of the file of a date known that only the file itself has names for.
+void GRD_learn_names(const Date* date);
 /// Domain of the first fitting record of a file. 1 or -1.
 int GRD_get_file_domain(const std::string& filename, Domain* domain);
 /// The same for the file of a date, null for the date of the run; for a model in pieces the whole. 1 or -1.

@@ -71,6 +71,7 @@ struct GRD_info {
     int max_y = 0;      ///< points in y, for netCDF output
     int grid_type = 0;  ///< 0 regular; 1: the file has arrays of point coordinates
     Date date;
+    bool own_dates = false;  ///< its records have dates of their own, which labels tell and the user may choose by
 };
 
 /// An open grid file.
@@ -84,6 +85,7 @@ struct GRD_file {
     int grid = 0;        ///< GRIB: edition of the first message, 10 for edition 0 of centre 98; netCDF: "grid_type"
     int type = 0;        ///< file type
     int itype = 0;       ///< subtype: 3 for binary files of type 4; GRIB header style; netCDF data set code
+    int layout = 0;      ///< netCDF: which of the layouts of grid/netcdf/grd_cdf.cpp it is in
     std::string var_nm;  ///< netCDF: the variable forced by the environment
     std::array<int, GRD_CDF_VARS> var{};  ///< netCDF: variable codes
     int var_num = 0;                      ///< netCDF: number of usable variables

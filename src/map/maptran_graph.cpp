@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "map/maptran_state.h"
+#include "physics/thermo.h"
 
 namespace zav {
 namespace {
@@ -14,14 +15,8 @@ constexpr double KELVIN = 273.15;
 
 float kelvin(double celsius) { return celsius == FMISS ? FMISS : static_cast<float>(celsius + KELVIN); }
 
-/// Potential temperature (K) of air at `temp` (K) and `pr` (mb). FMISS for values that aren't above 0.
-float potential_temperature(float temp, float pr) {
-    if (temp <= 0.0F || pr <= 0.0F) return FMISS;
-    return static_cast<float>(temp * std::pow(1000.0 / pr, 0.286));
-}
-
 double log_theta(double celsius, double pressure) {
-    return std::log(static_cast<double>(potential_temperature(kelvin(celsius), static_cast<float>(pressure))));
+    return std::log(static_cast<double>(pot_temp(kelvin(celsius), static_cast<float>(pressure))));
 }
 
 /// Pressure at a temperature (degrees Celsius) and potential temperature.

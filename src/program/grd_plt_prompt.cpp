@@ -12,6 +12,7 @@
 #include "frame/string.h"
 #include "frame/system.h"
 #include "frame/zav.h"
+#include "grid/grd_tool.h"
 #include "plot/contour/cont.h"
 #include "program/grd_plt.h"
 #include "station/cty_tool.h"
@@ -83,7 +84,13 @@ bool take_level(const std::string& text, bool given) {
 /// Compiles the variable string. False, with a warning, if nothing of it can be read; a layer that nobody knows is told
 /// of, and the others are drawn.
 bool take_variable(bool given) {
-    const bool compiled = VAR_setup(nullptr, state.variable) != 0;
+    bool compiled = VAR_setup(nullptr, state.variable) != 0;
+    if (!VAR_unknown().empty()) {
+        Date date;
+        GRD_get_date(&date);
+        GRD_learn_names(&date);
+        compiled = VAR_setup(nullptr, state.variable) != 0;
+    }
     const std::vector<int> unknown = VAR_unknown();
     if (!compiled || static_cast<int>(unknown.size()) == VAR_get_num()) {
         refuse("Variable", state.variable, given);

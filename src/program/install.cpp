@@ -5,12 +5,15 @@
 #include "files/date.h"
 #include "files/files.h"
 #include "frame/hooks.h"
+#include "gks/gks_colr.h"
 #include "gks/gks_ws.h"
 #include "grid/grd_tool.h"
+#include "image/zavimg.h"
 #include "map/region.h"
 #include "plot/background/map.h"
 #include "plot/page/colors.h"
 #include "plot/page/plt_labl.h"
+#include "plot/page/plt_tool.h"
 #include "plot/station/raw_plt.h"
 #include "var/var_tool.h"
 
@@ -69,12 +72,23 @@ void install_grid_hooks() {
     hooks.calc_var = GRD_calc_var;
 }
 
+/// The picture of the workstation is had by nothing yet: get_picture stays empty.
+void install_image_hooks() {
+    image_hooks& hooks = IMG_hooks();
+    hooks.window_depth = gget_win_depth;
+    hooks.background = gget_back_color;
+    hooks.window_title = []() -> std::string { return gget_win_title(); };
+    hooks.view_offset = PLT_get_view_offset;
+    hooks.label = [](int position) -> std::string { return PLT_get_label(position, 0); };
+}
+
 }  // namespace
 
 void ZAV_install_hooks() {
     install_frame_hooks();
     install_variable_hooks();
     install_grid_hooks();
+    install_image_hooks();
     DATE_set_model_lookup(VAR_model);
     CLR_install();
     MAP_set_raw_func(RAW_plot_file);

@@ -172,7 +172,8 @@ int VAR_dec_var(const std::string& str, VAR_data* data) {
 
     const ensemble ens = read_ensemble(str);
     const std::size_t dash = str.find('-');
-    const std::string rest = ens.used ? ens.abbr : (dash == std::string::npos ? str : str.substr(dash + 1));
+    const bool whole = dash == std::string::npos || VAR_find_abbr(str) != nullptr;
+    const std::string rest = ens.used ? ens.abbr : (whole ? str : str.substr(dash + 1));
     const int num = variable_number(rest);
     data->var[0] = num;
     if (num != 0) {

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <deque>
 #include <limits>
 #include <new>
 #include <unordered_map>
@@ -15,6 +16,11 @@ constexpr std::size_t TABLE_MAX = 750;
 constexpr std::size_t DESC_NAME_SIZE = 50;
 constexpr std::size_t DESC_ABBR_SIZE = 10;
 
+/// Numbers of variables that data files bring along: those that have room for an ensemble code, then further ones.
+constexpr int OWN_FIRST = 700;
+constexpr int OWN_COUNT = 300;
+constexpr int OWN_FURTHER = 300000000;
+
 /// The variable table with an index by number and one by abbreviation in lower case. The first entry of each counts.
 struct State {
     bool done = false;  // read, or found absent at `path`
@@ -24,6 +30,25 @@ struct State {
     std::unordered_map<std::string, std::size_t> by_abbr;
 };
 State state;
+
+/// Variables that data files bring along. They outlive the table's file.
+struct Own {
+    std::deque<VAR_desc> list;
+    std::unordered_map<std::string, std::size_t> by_abbr;
+};
+Own own;
+
+int own_number(std::size_t place) {
+    const int count = static_cast<int>(place);
+    return count < OWN_COUNT ? OWN_FIRST + count : OWN_FURTHER + count;
+}
+
+const VAR_desc* find_own(int num) {
+    const bool further = num >= OWN_FURTHER;
+    const long place = further ? num - OWN_FURTHER : num - OWN_FIRST;
+    const bool held = place >= (further ? OWN_COUNT : 0) && place < static_cast<long>(own.list.size());
+    return held && (further || place < OWN_COUNT) ? &own.list[static_cast<std::size_t>(place)] : nullptr;
+}
 
 std::string lower(const std::string& text) {
     std::string low = text;
@@ -121,14 +146,17 @@ int VAR_read_varfile() {
 
 const VAR_desc* VAR_find_abbr(const std::string& abbr) {
     need_table();
-    const auto hit = state.by_abbr.find(lower(abbr));
-    return hit == state.by_abbr.end() ? nullptr : &state.list[hit->second];
+    const std::string key = lower(abbr);
+    const auto hit = state.by_abbr.find(key);
+    if (hit != state.by_abbr.end()) return &state.list[hit->second];
+    const auto brought = own.by_abbr.find(key);
+    return brought == own.by_abbr.end() ? nullptr : &own.list[brought->second];
 }
 
 const VAR_desc* VAR_find_num(int num) {
     need_table();
     const auto hit = state.by_num.find(num);
-    return hit == state.by_num.end() ? nullptr : &state.list[hit->second];
+    return hit == state.by_num.end() ? find_own(num) : &state.list[hit->second];
 }
 
 std::string VAR_str(int variable, const std::string& units) {
@@ -149,6 +177,17 @@ std::string VAR_abbr(int variable) {
     const int num = plain_number(variable);
     const VAR_desc* desc = VAR_find_num(num);
     return desc == nullptr ? text_format("v%d", num) : desc->abbr;
+}
+
+int VAR_add(const std::string& abbr, const std::string& name) {
+    if (const VAR_desc* known = VAR_find_abbr(abbr)) return known->ind[0];
+    VAR_desc desc;
+    desc.ind[0] = own_number(own.list.size());
+    desc.abbr = abbr;
+    desc.name = fit_text(name.empty() ? abbr : name, DESC_NAME_SIZE);
+    own.by_abbr[lower(abbr)] = own.list.size();
+    own.list.push_back(desc);
+    return desc.ind[0];
 }
 
 int VAR_search_var_num(const std::string& str) {

@@ -52,11 +52,11 @@ TEST(GrdTrans, MaxMin) {
 
 TEST(GrdTrans, LargestWindPassesOverZeroComponents) {
     float max = 0;
-    const GRD_report u = make_grid(4, 1, {3, 100, FMISS, -6});
-    const GRD_report v = make_grid(4, 1, {4, 0, 50, 8});
+    const GRD_report u = make_grid(6, 1, {3, 100, FMISS, -6, INFINITY, 1});
+    const GRD_report v = make_grid(6, 1, {4, 0, 50, 8, 1, NAN});
     EXPECT_EQ(GRD_UVmax(&u, &v, &max), 0);
     EXPECT_FLOAT_EQ(max, 10);
-    const GRD_report calm = make_grid(4, 1, {0, 0, 0, 0});
+    const GRD_report calm = make_grid(6, 1, {0, 0, 0, 0, 0, 0});
     EXPECT_EQ(GRD_UVmax(&u, &calm, &max), 0);
     EXPECT_EQ(max, FMISS);
     EXPECT_EQ(GRD_UVmax(&u, nullptr, &max), -1);

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "gks/gks_hpgl.h"
 #include "gks/kernel_scene.h"
 #include "gks/meta/gks_meta.h"
 

@@ -353,13 +353,13 @@ TEST_F(SearchFile, ExistingFilesAreLeftAlone) {
     GRD_report back;
     ASSERT_EQ(GRD_read_file(name, &back, &info, &type), 1);
     EXPECT_TRUE(std::equal(&back.grid[0], &back.grid[6], &grid.grid[0]));
-    test::capture([&] { EXPECT_EQ(GRD_save_file(dir.file("new.cdf"), &grid, &info, 11), 0); });
+    test::capture([&] { EXPECT_EQ(GRD_save_file(dir.file("new.cdf"), &grid, &info, GRD_TYPE_GRIB), 0); });
 }
 
 TEST_F(SearchFile, TheVariableListIsFilledAndWritten) {
     const std::string source = test::data_file("gfs_2p5deg_f120_cut.grib2");
     RES_new(0, "file_path", (test::source_dir() + "/share/zav").c_str(), CV_string);
-    for (const char* word : {"zav:@out_%v.grd", "zavb:@out_%v.grd"}) {
+    for (const char* word : {"zav:@out_%v.grd", "zavb:@out_%v.grd", "cdf:@out_%v.grd"}) {
         for (const char* name : {"out_temp.grd", "out_hght.grd"}) std::filesystem::remove(name);
         RES_new(0, "out_file", word, CV_string);
         VAR_set_def_type(VTYPE_CONT);

@@ -103,7 +103,9 @@ class ConeMap {
 /// and another size: `scale` are its lengths in parts of the message's.
 template <class Map>
 void place(const Map& theirs, const GribPlane& grid, int ydir, double scale, Domain* domain) {
-    const Place first = theirs.forward({grid.lat1, grid.lon1});
+    Place first = theirs.forward({grid.lat1, grid.lon1});
+    first.x += grid.east / MAP_UNIT;
+    first.y += grid.north / MAP_UNIT;
     const double half_x = steps(domain->nx) * grid.dx / MAP_UNIT / 2.0;
     const double half_y = steps(domain->ny) * grid.dy / MAP_UNIT / 2.0;
     const Place centre{domain->nx > 1 ? first.x + half_x : first.x, domain->ny > 1 ? first.y + ydir * half_y : first.y};

@@ -44,6 +44,8 @@ struct GribPlane {
     bool south = false;  ///< seen from the south pole
     double dx = 0.0;
     double dy = 0.0;
+    double east = 0.0;  ///< metres on the map from lat1, lon1 to the first point, where that isn't lat1, lon1 itself
+    double north = 0.0;
     GribEarth earth;
 };
 

@@ -283,9 +283,10 @@ int DATA_plot_grid(int ind, DATA_info* info) {
     return last;
 }
 
-/// The date of labels: that of the file's name, or where the name tells none, the grid's own.
+/// The date of labels: that of the file's name, or where the name tells none, and in files of several dates, the grid's
+/// own.
 void label_date(const Date& of_file, const GRD_report* grid) {
-    const bool own = of_file.year == MISS && GRD_has_values(grid);
+    const bool own = GRD_has_values(grid) && (of_file.year == MISS || GRD_get_info()->own_dates);
     PLT_label_date(own && grid->date.year != MISS ? &grid->date : own ? &GRD_get_info()->date : &of_file);
 }
 

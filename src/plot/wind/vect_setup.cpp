@@ -38,27 +38,25 @@ void recall_choices(int ind) {
     if (memory.color_high != FMISS) CONT_set_color_range(memory.color_high, 0.0F);
 }
 
+/// Speed of a wind, FMISS where a component is missing or not finite.
+float speed_of(float u, float v) {
+    const bool wind = u != FMISS && v != FMISS && std::isfinite(u) && std::isfinite(v);
+    return wind ? std::hypot(u, v) : FMISS;
+}
+
 /// Largest speed of a field in which each wind runs along an axis, where GRD_UVmax finds none; FMISS without winds.
 float largest_axis_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
     const auto points = [](const Domain& d) { return static_cast<std::size_t>(d.nx) * static_cast<std::size_t>(d.ny); };
     const std::size_t count = std::min(points(ugrid.domain), points(vgrid.domain));
     float max = FMISS;
-    for (std::size_t i = 0; i < count; ++i) {
-        const float u = ugrid.grid[i];
-        const float v = vgrid.grid[i];
-        if (u != FMISS && v != FMISS) max = std::max(max, std::hypot(u, v));
-    }
+    for (std::size_t i = 0; i < count; ++i) max = std::max(max, speed_of(ugrid.grid[i], vgrid.grid[i]));
     return max;
 }
 
 /// Largest speed of the winds that the map shows, FMISS where it shows none or all count.
 float largest_shown_speed(const GRD_report& ugrid, const GRD_report& vgrid) {
     float max = FMISS;
-    CONT_each_shown(ugrid, [&](std::size_t k) {
-        const float u = ugrid.grid[k];
-        const float v = vgrid.grid[k];
-        if (u != FMISS && v != FMISS) max = std::max(max, std::hypot(u, v));
-    });
+    CONT_each_shown(ugrid, [&](std::size_t k) { max = std::max(max, speed_of(ugrid.grid[k], vgrid.grid[k])); });
     return max;
 }
 
