@@ -88,13 +88,23 @@ int math_avg(Math_frame& frame) {
     if (!GRD_begin(frame, frame.num)) return 0;
     const auto num = static_cast<float>(frame.num);
     Run sum;
-    Run present;
+    std::array<int, POINTS_AT_ONCE> missing;
     for_runs(frame, [&](std::size_t at, std::size_t count) {
-        take_run(frame, at, count, sum, 0.0F, [](float value, float a) { return a != FMISS ? value + a : value; });
-        take_run(frame, at, count, present, 0.0F,
-                 [](float value, float a) { return a != FMISS ? value + 1.0F : value; });
+        sum.fill(0.0F);
+        missing.fill(0);
+        for (int number = 1; number <= frame.num; number++) {
+            const Math_argument argument(frame, number);
+            const float* from = argument.from(at);
+            for (std::size_t i = 0; i < count; i++) {
+                sum[i] += from[i];
+                missing[i] |= static_cast<int>(from[i] == FMISS);
+            }
+        }
         float* result = frame.ptr[0] + at;
-        for (std::size_t i = 0; i < count; i++) result[i] = present[i] == num && sum[i] != FMISS ? sum[i] / num : FMISS;
+        for (std::size_t i = 0; i < count; i++) {
+            const float mean = sum[i] / num;
+            result[i] = (missing[i] != 0) | (sum[i] == FMISS) ? FMISS : mean;
+        }
     });
     return 1;
 }

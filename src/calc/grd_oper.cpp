@@ -144,14 +144,21 @@ auto result(const Points& points, const Steps& step, const Formula& formula) {
     return missing ? decltype(value + value){} + FMISS : value;
 }
 
-/// Works out `LANES` columns: by the plain formula, and again with regard to missing values if it met any.
+/// `LANES` columns with regard to missing values.
 template <std::size_t Fields, class Formula>
-void put_lanes(const Rows<Fields>& rows, int column, const Steps& step, float* to, const Formula& formula) {
-    const Inner_points<Fields, true> whole{rows, column};
-    Lanes values = formula(whole, step);
-    for (std::size_t field = 0; field < Fields; field++) whole.east(field, 0);
-    if (any(whole.missing)) values = result<Fields>(Inner_points<Fields, false>{rows, column}, step, formula);
+void put_careful(const Rows<Fields>& rows, int column, const Steps& step, float* to, const Formula& formula) {
+    const Lanes values = result<Fields>(Inner_points<Fields, false>{rows, column}, step, formula);
     std::memcpy(to + column, &values, sizeof values);
+}
+
+/// `LANES` columns by the plain formula. Where it met a missing value.
+template <std::size_t Fields, class Formula>
+Mask put_plain(const Rows<Fields>& rows, int column, const Steps& step, float* to, const Formula& formula) {
+    const Inner_points<Fields, true> whole{rows, column};
+    const Lanes values = formula(whole, step);
+    for (std::size_t field = 0; field < Fields; field++) whole.east(field, 0);
+    std::memcpy(to + column, &values, sizeof values);
+    return whole.missing;
 }
 
 template <std::size_t Fields, class Formula>
@@ -160,7 +167,13 @@ void do_row(const Rows<Fields>& rows, int nx, int cycle, const Steps& step, floa
     const auto put = [&](int i) { to[i] = result<Fields>(Any_point<Fields>{rows, i, count, cycle}, step, formula); };
     int i = 0;
     for (; i < std::min(REACH, count); i++) put(i);
-    for (; i + LANES <= count - REACH; i += LANES) put_lanes<Fields>(rows, i, step, to, formula);
+    for (; i + 2 * LANES <= count - REACH; i += 2 * LANES) {
+        const Mask missing =
+            put_plain<Fields>(rows, i, step, to, formula) | put_plain<Fields>(rows, i + LANES, step, to, formula);
+        if (!any(missing)) continue;
+        put_careful<Fields>(rows, i, step, to, formula);
+        put_careful<Fields>(rows, i + LANES, step, to, formula);
+    }
     for (; i < count; i++) put(i);
     if (count < nx) to[count] = to[0];
 }

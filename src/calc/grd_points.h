@@ -42,8 +42,8 @@ void math_points(Math_frame& frame, int result, const Value& value) {
 #pragma GCC ivdep
             for (std::size_t i = 0; i < count; i++) {
                 const bool missing = ((from[I][i] == FMISS) | ...);
-                const auto result = static_cast<float>(value(from[I][i]...));
-                to[start + i] = missing ? FMISS : result;
+                const auto worked_out = static_cast<float>(value(from[I][i]...));
+                to[start + i] = missing ? FMISS : worked_out;
             }
         }
         (std::make_index_sequence<sizeof...(Numbers)>{});
