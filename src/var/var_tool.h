@@ -105,8 +105,8 @@ std::string VAR_str(int variable, const std::string& units = "");
 std::string VAR_abbr(int variable);
 /// Number of an abbreviation, any case; 0 if unknown.
 int VAR_search_var_num(const std::string& str);
-/// Makes a variable of a data file's own known, by its name in that file and its long name; an abbreviation that is known
-/// stays what it is. Its number, which holds for this run.
+/// Makes a variable of a data file's own known, by its name in that file and its long name; an abbreviation that is
+/// known stays what it is. Its number, which holds for this run.
 int VAR_add(const std::string& abbr, const std::string& name);
 /// Name that the variable menu file gives to an abbreviation, any case. 1, or 0.
 int VAR_search_name_file(const std::string& str, std::string& name);
