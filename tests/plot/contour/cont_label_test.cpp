@@ -103,6 +103,36 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
     }
 }
 
+/// On a refined field of which the map shows a part, labels stand on the columns and rows of the grid itself.
+TEST_F(ContLabel, ARefinedFieldKeepsTheLatticeOfItsGrid) {
+    constexpr int STEPS = 3;
+    const std::vector<int> no_columns;
+    for (const bool steep : {true, false}) {
+        GRD_report grid = field(11, 9, [](int, int) { return 0.0F; });
+        // Rows 2 to 8 of the grid from the bottom.
+        GRD_report refined = field(
+            31, 19, [steep](int column, int row) { return static_cast<float>(steep ? column : row) / STEPS - 0.1F; });
+        start_contours(CONT_LINE);
+        set_interval(0, 1, 12);
+        cont.label_skip = 4;
+        cont.x_label_space = 5;
+        cont.y_label_space = 3;
+        draw(refined);
+        cont.text_size = 0.001F;
+        std::vector<Cont_spot> spots;
+        cont_lattice_spots({&grid, &refined, STEPS, no_columns, -2 * STEPS}, &spots);
+        std::vector<std::string> found;
+        for (const Cont_spot& spot : spots) {
+            EXPECT_EQ(spot.steep, steep);
+            found.push_back(text_format("%g at %.1f", spot.label.level, steep ? spot.pt.y : spot.pt.x));
+        }
+        std::sort(found.begin(), found.end());
+        const std::vector<std::string> rows{"0 at 12.5", "0 at 3.5", "4 at 12.5", "4 at 3.5", "8 at 12.5", "8 at 3.5"};
+        const std::vector<std::string> columns{"0 at 0.5", "0 at 15.5", "4 at 0.5", "4 at 15.5"};
+        EXPECT_EQ(found, steep ? rows : columns);
+    }
+}
+
 TEST_F(ContLabel, NothingIsLabelledWhen) {
     GRD_report ramp = field(40, 30, [](int column, int) { return static_cast<float>(column); });
     const auto count = [&](auto settings) {
