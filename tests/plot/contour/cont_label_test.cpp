@@ -5,6 +5,7 @@
 
 #include "frame/resrc.h"
 #include "frame/string.h"
+#include "grid/grd_tool.h"
 #include "plot/contour/cont_support.h"
 #include "plot/contour/cont_texts.h"
 #include "plot/page/plt_room.h"
@@ -225,6 +226,38 @@ TEST_F(ContLabel, APoleIsOnePoint) {
                 return e.j == 6 && e.i == 5;
             })) << column;
             globe.grid[column] = 50;
+        }
+    }
+}
+
+class LabelPage : public MetaPlot {};
+
+/// The points of a fine grid give labels no places: those of a level stand 60 mm apart, as many as its line holds.
+TEST_F(LabelPage, LabelsOfALevelStandApartOnFineGrids) {
+    RES_put("color_label", "Red");
+    Cont_paper paper{};
+    const Drawn drawn = plot("ll,40,-100,401,301,0.1", [&paper] {
+        cont = Cont_state{};
+        cont.cont_type = CONT_LINE;
+        cont.label_skip = 1;
+        set_interval(0, 50, 6);
+        GRD_report grid;
+        MAP_get_domain(&grid.domain);
+        ASSERT_EQ(GRD_alloc(&grid), 1);
+        for (std::size_t k = 0; k < GRD_points(&grid); ++k) grid.grid[k] = static_cast<float>(k / 401) + 0.5F;
+        CONT_draw(&grid);
+        paper = cont_paper();
+    });
+    RES_put("color_label", "");
+    std::map<std::string, std::vector<Gpt>> labels;
+    for (const Drawn_mark& text : drawn.texts) labels[text.str].push_back(paper.at(text.pts[0]));
+    EXPECT_EQ(labels.size(), 5U);
+    for (const auto& [text, places] : labels) {
+        EXPECT_GT(places.size(), 1U) << text;
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            for (std::size_t k = 0; k < i; ++k) {
+                EXPECT_GE(std::hypot(places[i].x - places[k].x, places[i].y - places[k].y), 60.0F) << text;
+            }
         }
     }
 }
