@@ -212,5 +212,18 @@ TEST_F(Grib, CountsBeyondTheDataTakeNoMemory) {
     }
 }
 
+/// A grid without points, or of a side that is longer than 2000, isn't decoded; the next one is.
+TEST_F(Grib, SidesOfEdition1HaveLimits) {
+    for (const auto& [nx, ny] : {std::pair{0, 2}, {2, 0}, {2001, 2}, {2, 2001}, {2, 2000}, {2000, 2}}) {
+        const bool good = nx * ny == 4000;
+        const Bytes one = message1([](Bytes&) {}, latlon1(nx, ny, 0), Bytes(2 * 2001, 5), 8);
+        const auto records = read(join({one, good1(7)}));
+        ASSERT_EQ(records.size(), 2U);
+        EXPECT_EQ(values(records[0]), good ? Values(4000, 5.0F) : Values{}) << nx << ' ' << ny;
+        EXPECT_EQ(records[0].domain.ny, good ? ny : MISS) << nx << ' ' << ny;
+        EXPECT_EQ(values(records[1]), Values(4, 7.0F));
+    }
+}
+
 }  // namespace
 }  // namespace zav::grib_test
