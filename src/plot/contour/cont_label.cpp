@@ -222,6 +222,7 @@ void cont_label_attributes() {
 bool cont_start_labels(float size) {
     const Gattribs& attrib = cont_is_filled() ? cont.fill_lab_attr : cont.ln_lab_attr;
     if (cont.fill_lab_attr.color == CLR_NONE || attrib.color == CLR_NONE) return false;
+    if (!PLT_letter()) GPH_text_attr(nullptr, 1.0F);  // another layer's letters may be wide
     GPH_text_attr(&attrib, cont.scale * cont.vert_size * CONT_TEXT_SHARE);
     cont.text_size = attrib.height == FMISS ? size : size * attrib.height;
     return true;

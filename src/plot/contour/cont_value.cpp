@@ -45,6 +45,7 @@ Gattribs value_attributes(float value) {
     Gattribs attrib;
     CONT_get_fill_attrib(value, &attrib);
     if (attrib.width == FMISS) attrib.width = 0.0F;
+    if (attrib.expan == FMISS && !PLT_letter()) attrib.expan = 1.0F;
     return attrib;
 }
 
@@ -158,6 +159,7 @@ void cont_draw_values(const GRD_report& grid) {
     const Gtext_align align{side_of_point(), GHALF_VERT};
     gset_text_align(&align);
     gset_text_width(0.0F);
+    if (!PLT_letter()) gset_expan(1.0F);
     if (PLT_letter() || cont.skip_given) {
         draw_by_step(grid);
     } else {

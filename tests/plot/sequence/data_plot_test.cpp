@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "calc/grd_calc.h"
@@ -171,25 +172,37 @@ TEST_F(DataPage, BarHasItsAttributes) {
     EXPECT_EQ(drawn.paths.back().number("PL_CLR"), CLR_get_ind("red"));
 }
 
-/// The width of letters that a map's lines or another layer asked for isn't taken on by numbers without one.
-TEST_F(DataPage, ValuesHaveTheUsualWidth) {
+/// The letters that a map's lines or another layer asked for aren't taken on by numbers and labels without their own.
+TEST_F(DataPage, NumbersHaveTheUsualLetters) {
     RES_put("color_label", "Red");
-    const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [] {
-        cont = Cont_state{};
-        cont.cont_type = CONT_VALUE;
-        GRD_report grid;
-        MAP_get_domain(&grid.domain);
-        ASSERT_EQ(GRD_alloc(&grid), 1);
-        std::fill_n(grid.grid.get(), GRD_points(&grid), 42.0F);
-        Gattribs wide;
-        ATTRIB_init(&wide);
-        wide.width = 3;
-        GPH_text_attr(&wide, 0.01F);
-        CONT_draw(&grid);
-    });
+    for (const int type : {CONT_VALUE, CONT_LINE}) {
+        const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [type] {
+            cont = Cont_state{};
+            cont.cont_type = type;
+            cont.label_skip = 1;
+            cont.ext_radius = 5;
+            if (type == CONT_LINE) cont.intrvl = 5;
+            cont.conlo = cont.cbase = cont.grid_min = 0;
+            cont.grid_max = 25;
+            cont.num_cont = 5;
+            GRD_report grid;
+            MAP_get_domain(&grid.domain);
+            ASSERT_EQ(GRD_alloc(&grid), 1);
+            for (int k = 0; k < 61 * 45; ++k) grid.grid[k] = static_cast<float>(std::hypot(k / 61 - 22, k % 61 - 30));
+            Gattribs wide;
+            ATTRIB_init(&wide);
+            wide.width = 3;
+            wide.expan = 2;
+            GPH_text_attr(&wide, 0.01F);
+            CONT_draw(&grid);
+        });
+        ASSERT_GT(drawn.texts.size(), 5U);
+        for (const test::Drawn_mark& text : drawn.texts) {
+            EXPECT_EQ(text.number("TE_WDTH"), 0) << type << text.str;
+            EXPECT_EQ(text.number("TE_EXP"), 1) << type << text.str;
+        }
+    }
     RES_put("color_label", "");
-    ASSERT_FALSE(drawn.texts.empty());
-    for (const test::Drawn_mark& text : drawn.texts) EXPECT_EQ(text.number("TE_WDTH"), 0) << text.str;
 }
 
 /// However many layers want them, a frame has one colour bar and one key of the vectors.
