@@ -205,6 +205,31 @@ TEST_F(DataPage, NumbersHaveTheUsualLetters) {
     RES_put("color_label", "");
 }
 
+/// Numbers of a band without an expansion of its own don't take on another band's.
+TEST_F(DataPage, BandsOfValuesKeepTheirLetters) {
+    const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [] {
+        cont = Cont_state{};
+        cont.cont_type = CONT_VALUE;
+        cont.intrvl = 10;
+        cont.conlo = cont.cbase = cont.grid_min = 0;
+        cont.grid_max = 60;
+        cont.num_cont = 6;
+        CONT_set_fill_colors("red:te=2,blue", 1);
+        GRD_report grid;
+        MAP_get_domain(&grid.domain);
+        ASSERT_EQ(GRD_alloc(&grid), 1);
+        for (int k = 0; k < 61 * 45; ++k) grid.grid[k] = static_cast<float>(k % 61);
+        CONT_draw(&grid);
+    });
+    std::map<float, int> wide;
+    for (const test::Drawn_mark& text : drawn.texts) {
+        const bool red = text.number("TE_CLR") == static_cast<float>(CLR_get_ind("red"));
+        EXPECT_EQ(text.number("TE_EXP", 1), red ? 2 : 1) << text.str;
+        wide[text.number("TE_EXP", 1)]++;
+    }
+    EXPECT_EQ(wide.size(), 2U);
+}
+
 /// However many layers want them, a frame has one colour bar and one key of the vectors.
 TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
     int frames = 0;
