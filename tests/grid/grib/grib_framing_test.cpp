@@ -1,5 +1,9 @@
 // Damage between and inside messages: what stands behind it is still found, and the damage is told.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
 
 #include "grid/grib/grib_messages.h"
 
@@ -145,6 +149,80 @@ TEST_F(Grib, IndexLinesThatAreTooLongOrNoneDontEndTheSearch) {
     EXPECT_NE(text.find("GRIB index line is too long: " + size + " b / GRIB T6"), std::string::npos) << text;
     EXPECT_EQ(text.find("too long"), text.rfind("too long"));
     EXPECT_NE(text.find("GRIB index line has no offset: no offset"), std::string::npos) << text;
+}
+
+/// One group of complex packing as long as the counts tell, with the number 7 for all its points, or of `width` bits.
+Bytes one_group(std::int64_t points, int miss_type, int width) {
+    Bytes section = section2(5, 47);
+    set(section, 6, points, 4);
+    set(section, 10, 2, 2);
+    set(section, 20, 8);
+    set(section, 23, miss_type);
+    set(section, 32, 1, 4);
+    set(section, 36, width);
+    set(section, 43, points, 4);
+    return section;
+}
+
+/// Lets the process have so many octets of addresses more than now, while it lives.
+class Narrow {
+  public:
+    explicit Narrow(rlim_t more) {
+        getrlimit(RLIMIT_AS, &before_);
+        rlim_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlimit narrow{pages * static_cast<rlim_t>(getpagesize()) + more, before_.rlim_max};
+        setrlimit(RLIMIT_AS, &narrow);
+    }
+    ~Narrow() { setrlimit(RLIMIT_AS, &before_); }
+    Narrow(const Narrow&) = delete;
+    Narrow& operator=(const Narrow&) = delete;
+
+  private:
+    rlimit before_{};
+};
+
+/// Counts alone, of values beyond the grid or of points without bits, take no memory.
+TEST_F(Grib, CountsBeyondTheDataTakeNoMemory) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs the address space";
+#endif
+    struct Case {
+        int side;
+        Bytes packing;
+        Values expected;
+        const char* told;
+    };
+    for (const Case& c :
+         {Case{2, one_group(0xFFFFFFFF, 1, 0), {7, 7, 7, 7}, ""},
+          Case{5000, one_group(25000000, 0, 8), {}, "GRIB_DS: data section too short for its grid\n"}}) {
+        MESS_set(0, MESS_WARN);
+        std::vector<GRD_report> records;
+        const Bytes bytes =
+            message2(0, {identification(), latlon(c.side, c.side, 0), product(), c.packing, bitmap(255), data({7})});
+        const test::Output said = test::capture([&] {
+            const Narrow narrow(50000000);
+            records = read(bytes);
+        });
+        ASSERT_EQ(records.size(), 1U);
+        EXPECT_EQ(values(records[0]), c.expected) << c.side;
+        const std::string text = said.out + said.err;
+        EXPECT_NE(text.find(c.told), std::string::npos) << text;
+        EXPECT_EQ(text.find("No memory"), std::string::npos) << text;
+    }
+}
+
+/// A grid without points, or of a side that is longer than 2000, isn't decoded; the next one is.
+TEST_F(Grib, SidesOfEdition1HaveLimits) {
+    for (const auto& [nx, ny] : {std::pair{0, 2}, {2, 0}, {2001, 2}, {2, 2001}, {2, 2000}, {2000, 2}}) {
+        const bool good = nx * ny == 4000;
+        const Bytes one = message1([](Bytes&) {}, latlon1(nx, ny, 0), Bytes(2 * 2001, 5), 8);
+        const auto records = read(join({one, good1(7)}));
+        ASSERT_EQ(records.size(), 2U);
+        EXPECT_EQ(values(records[0]), good ? Values(4000, 5.0F) : Values{}) << nx << ' ' << ny;
+        EXPECT_EQ(records[0].domain.ny, good ? ny : MISS) << nx << ' ' << ny;
+        EXPECT_EQ(values(records[1]), Values(4, 7.0F));
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "frame/resrc.h"
 #include "frame/string.h"
+#include "grid/grd_tool.h"
 #include "plot/contour/cont_support.h"
 #include "plot/contour/cont_texts.h"
 #include "plot/page/plt_room.h"
@@ -103,6 +104,36 @@ TEST_F(ContLabel, LinesAreLabelledOnTheLattice) {
     }
 }
 
+/// On a refined field of which the map shows a part, labels stand on the columns and rows of the grid itself.
+TEST_F(ContLabel, ARefinedFieldKeepsTheLatticeOfItsGrid) {
+    constexpr int STEPS = 3;
+    const std::vector<int> no_columns;
+    for (const bool steep : {true, false}) {
+        GRD_report grid = field(11, 9, [](int, int) { return 0.0F; });
+        // Rows 2 to 8 of the grid from the bottom.
+        GRD_report refined = field(
+            31, 19, [steep](int column, int row) { return static_cast<float>(steep ? column : row) / STEPS - 0.1F; });
+        start_contours(CONT_LINE);
+        set_interval(0, 1, 12);
+        cont.label_skip = 4;
+        cont.x_label_space = 5;
+        cont.y_label_space = 3;
+        draw(refined);
+        cont.text_size = 0.001F;
+        std::vector<Cont_spot> spots;
+        cont_lattice_spots({&grid, &refined, STEPS, no_columns, -2 * STEPS}, &spots);
+        std::vector<std::string> found;
+        for (const Cont_spot& spot : spots) {
+            EXPECT_EQ(spot.steep, steep);
+            found.push_back(text_format("%g at %.1f", spot.label.level, steep ? spot.pt.y : spot.pt.x));
+        }
+        std::sort(found.begin(), found.end());
+        const std::vector<std::string> rows{"0 at 12.5", "0 at 3.5", "4 at 12.5", "4 at 3.5", "8 at 12.5", "8 at 3.5"};
+        const std::vector<std::string> columns{"0 at 0.5", "0 at 15.5", "4 at 0.5", "4 at 15.5"};
+        EXPECT_EQ(found, steep ? rows : columns);
+    }
+}
+
 TEST_F(ContLabel, NothingIsLabelledWhen) {
     GRD_report ramp = field(40, 30, [](int column, int) { return static_cast<float>(column); });
     const auto count = [&](auto settings) {
@@ -195,6 +226,38 @@ TEST_F(ContLabel, APoleIsOnePoint) {
                 return e.j == 6 && e.i == 5;
             })) << column;
             globe.grid[column] = 50;
+        }
+    }
+}
+
+class LabelPage : public MetaPlot {};
+
+/// The points of a fine grid give labels no places: those of a level stand 60 mm apart, as many as its line holds.
+TEST_F(LabelPage, LabelsOfALevelStandApartOnFineGrids) {
+    RES_put("color_label", "Red");
+    Cont_paper paper{};
+    const Drawn drawn = plot("ll,40,-100,401,301,0.1", [&paper] {
+        cont = Cont_state{};
+        cont.cont_type = CONT_LINE;
+        cont.label_skip = 1;
+        set_interval(0, 50, 6);
+        GRD_report grid;
+        MAP_get_domain(&grid.domain);
+        ASSERT_EQ(GRD_alloc(&grid), 1);
+        for (std::size_t k = 0; k < GRD_points(&grid); ++k) grid.grid[k] = static_cast<float>(k / 401) + 0.5F;
+        CONT_draw(&grid);
+        paper = cont_paper();
+    });
+    RES_put("color_label", "");
+    std::map<std::string, std::vector<Gpt>> labels;
+    for (const Drawn_mark& text : drawn.texts) labels[text.str].push_back(paper.at(text.pts[0]));
+    EXPECT_EQ(labels.size(), 5U);
+    for (const auto& [text, places] : labels) {
+        EXPECT_GT(places.size(), 1U) << text;
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            for (std::size_t k = 0; k < i; ++k) {
+                EXPECT_GE(std::hypot(places[i].x - places[k].x, places[i].y - places[k].y), 60.0F) << text;
+            }
         }
     }
 }

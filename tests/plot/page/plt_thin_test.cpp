@@ -73,5 +73,40 @@ TEST_F(Thin, MarksStandApartAndLeaveNoHole) {
     }
 }
 
+/// Where rows lie closer than marks, whole rows of a curved grid are left out: circles about the pole with marks on
+/// them are always a room apart.
+TEST_F(Thin, RowsOfCurvedGridsAreTakenWhole) {
+    Domain domain;
+    DOM_decode("ll,50,0,360,60,1,0.5", &domain);
+    plot("ps:90:0:60,90,0,81,81,1", [&] {
+        GRD_report grid;
+        grid.domain = domain;
+        ASSERT_EQ(CONT_place_points(grid), 0);
+        const auto place = [&](int i, int j, Gpt* pt) {
+            *pt = {CONT_grid_x()[j * domain.nx + i], CONT_grid_y()[j * domain.nx + i]};
+            return pt->x != FMISS;
+        };
+        const PLT_room room{8.5F, 8.5F};
+        std::vector<int> marks(domain.ny, 0);
+        const PLT_lattice lattice{domain.nx, domain.ny, place, [](int, int) { return true; }};
+        for (const PLT_grid_point& point : PLT_thin(lattice, room)) marks[point.j]++;
+        float last = -INFINITY;
+        int rows = 0;
+        for (int j = 0; j < domain.ny; ++j) {
+            if (marks[j] == 0) continue;
+            Gpt side;
+            Gpt other;
+            ASSERT_TRUE(place(0, j, &side) && place(180, j, &other));
+            side = PLT_on_paper(side);
+            other = PLT_on_paper(other);
+            const float radius = std::hypot(side.x - other.x, side.y - other.y) / 2;
+            EXPECT_GT(radius - last, 0.97F * room.width) << j;
+            last = radius;
+            ++rows;
+        }
+        EXPECT_GT(rows, 4);
+    });
+}
+
 }  // namespace
 }  // namespace zav

@@ -171,6 +171,27 @@ TEST_F(DataPage, BarHasItsAttributes) {
     EXPECT_EQ(drawn.paths.back().number("PL_CLR"), CLR_get_ind("red"));
 }
 
+/// The width of letters that a map's lines or another layer asked for isn't taken on by numbers without one.
+TEST_F(DataPage, ValuesHaveTheUsualWidth) {
+    RES_put("color_label", "Red");
+    const test::Drawn drawn = plot("lc:45:-97:45,45,-97,61,45,1", [] {
+        cont = Cont_state{};
+        cont.cont_type = CONT_VALUE;
+        GRD_report grid;
+        MAP_get_domain(&grid.domain);
+        ASSERT_EQ(GRD_alloc(&grid), 1);
+        std::fill_n(grid.grid.get(), GRD_points(&grid), 42.0F);
+        Gattribs wide;
+        ATTRIB_init(&wide);
+        wide.width = 3;
+        GPH_text_attr(&wide, 0.01F);
+        CONT_draw(&grid);
+    });
+    RES_put("color_label", "");
+    ASSERT_FALSE(drawn.texts.empty());
+    for (const test::Drawn_mark& text : drawn.texts) EXPECT_EQ(text.number("TE_WDTH"), 0) << text.str;
+}
+
 /// However many layers want them, a frame has one colour bar and one key of the vectors.
 TEST_F(DataPage, BarAndKeyStandOnceAFrame) {
     int frames = 0;
