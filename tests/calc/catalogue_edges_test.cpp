@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <string>
 
 #include "calc/catalogue_run.h"
 #include "calc/grd_calc.h"
