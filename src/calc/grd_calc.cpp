@@ -36,12 +36,29 @@ std::string function_of(const std::string& str) {
     return split_name(str, type);
 }
 
-/// Units and label that the entry asks for.
-void finish_result(GRD_report* grid, const std::string& units) {
-    if (!units.empty()) GRD_units(grid, units);
+using Frame_grids = std::array<GRD_report*, GRD_MATH_MAX>;
+
+/// The label of a result's time. Records of files in the own formats have no date, only such a label: without a date
+/// the result takes that of an argument for the same time, and without one names no date.
+std::string time_label(const GRD_report* result, const Frame_grids& arguments) {
+    const int model = result->source * 1000 + result->model;
     std::string label;
-    DATE_make_label_for_time(grid->time, grid->source * 1000 + grid->model, &grid->date, label);
-    grid->datim = fit_text(label, GRD_DATIM_SIZE);
+    if (result->date.year != MISS) {
+        DATE_make_label_for_time(result->time, model, &result->date, label);
+        return label;
+    }
+    const auto told = std::find_if(arguments.begin(), arguments.end(), [result](const GRD_report* grid) {
+        return grid != nullptr && GRD_has_values(grid) && grid->time == result->time && !grid->datim.empty();
+    });
+    if (told != arguments.end()) return (*told)->datim;
+    DATE_make_label_for(result->time, model, 0, label);
+    return label;
+}
+
+/// Units and label that the entry asks for.
+void finish_result(GRD_report* grid, const std::string& units, const Frame_grids& arguments) {
+    if (!units.empty()) GRD_units(grid, units);
+    grid->datim = fit_text(time_label(grid, arguments), GRD_DATIM_SIZE);
 }
 
 /// Evaluates entry `j`. True if it takes the next entry with it, as its second result.
@@ -55,7 +72,7 @@ bool evaluate(int j, int level) {
     GRD_make_datatype(result, "");
     const bool vector = VAR_is_FUNC_VECT(j + 1) != 0 || VAR_is_SUBFUNC_VECT(j + 1) != 0;
     const int results = vector ? 2 : 1;
-    std::array<GRD_report*, GRD_MATH_MAX> grds{};
+    Frame_grids grds{};
     std::array<float, GRD_MATH_MAX> values{};
     values.fill(FMISS);
     grds[0] = result;
@@ -69,8 +86,10 @@ bool evaluate(int j, int level) {
         if (vector) GRD_free(next);
         return vector;
     }
-    finish_result(result, VAR_get_units(j));
-    if (vector) finish_result(next, VAR_get_units(j + 1));
+    Frame_grids arguments = grds;  // the results may have the labels of an earlier time
+    std::fill_n(arguments.begin(), results, nullptr);
+    finish_result(result, VAR_get_units(j), arguments);
+    if (vector) finish_result(next, VAR_get_units(j + 1), arguments);
     return vector;
 }
 

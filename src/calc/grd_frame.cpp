@@ -26,7 +26,8 @@ bool make_result(GRD_report* result, GRD_report* const* first, GRD_report* const
             GRD_make_datatype(result, "");
         }
     }
-    return GRD_alloc(result) == 1;
+    // A function of numbers alone has no points: that is no lack of memory.
+    return GRD_points(result) > 0 && GRD_alloc(result) == 1;
 }
 
 /// The functions walk through all grids of a frame at once, so all have to have the size of the first.

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <string>
 
 #include "calc/catalogue_run.h"
 #include "calc/grd_calc.h"
+#include "files/date.h"
 #include "grid/grd_tool.h"
 #include "support/table.h"
 #include "var/var_tool.h"
@@ -45,6 +47,24 @@ TEST_F(Catalogue_edges, AGridThatHasDataIsKept) {
     const test::Output said = test::capture([] { EXPECT_EQ(GRD_calc_var(), 1); });
     EXPECT_EQ(said.out + said.err, "");
     for (const int j : {0, 1, 3, 5, 6}) EXPECT_EQ(GRD_get_grid(j)->grid[0], 12345.0F) << j;
+}
+
+// Records of native files have no date, and a chart of 1980 would be the result.
+TEST_F(Catalogue_edges, WithoutADateTheLabelIsThatOfAnArgument) {
+    run_string("h120:500:add(temp,mul(hght,#2))", sample_file());
+    const auto again = [](int first_time) {
+        for (const int j : {0, 2}) GRD_free(GRD_get_grid(j));
+        for (const int j : {1, 3}) {
+            DATE_init(&GRD_get_grid(j)->date);
+            GRD_get_grid(j)->datim = "label of " + std::to_string(j);
+        }
+        GRD_get_grid(1)->time = first_time;
+        test::capture([] { EXPECT_EQ(GRD_calc_var(), 1); });
+        return GRD_get_grid(0)->datim;
+    };
+    EXPECT_EQ(again(120), "label of 1");
+    EXPECT_EQ(GRD_get_grid(2)->datim, "label of 3");
+    EXPECT_EQ(again(24), "label of 3");  // by way of the inner function
 }
 
 TEST_F(Catalogue_edges, AnOuterFunctionOfAFailedOneFails) {
