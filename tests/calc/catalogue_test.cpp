@@ -158,16 +158,5 @@ TEST_F(Catalogue_strings, NestThreeDeep) {
     }
 }
 
-TEST_F(Catalogue_strings, DerivativesCrossTheSeam) {
-    run_string("h120:500:dx(temp)", sample_file());
-    const GRD_report& grid = *GRD_get_grid(0);
-    const GRD_report& temp = *GRD_get_grid(1);
-    const double metres = 2 * 2.5 * 1.11195 * std::cos(50 * std::acos(-1.0) / 180);
-    const int row = 16 * 144;  // 50 degrees north
-    const auto slope = [&](int left, int right) { return (temp.grid[row + right] - temp.grid[row + left]) / metres; };
-    EXPECT_NEAR(grid.grid[row], slope(143, 1), 1e-4);
-    EXPECT_NEAR(grid.grid[row + 143], slope(142, 0), 1e-4);
-}
-
 }  // namespace
 }  // namespace zav::truth

@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <map>
 #include <sstream>
-#include <tuple>
 
 #include "calc/grd_oper.h"
 #include "calc/grd_trans.h"
@@ -114,25 +112,6 @@ TEST(GrdPlaces, PointsOffTheEarthAreMissing) {
 
 // Functions
 
-/// Central differences in double precision of winds on the whole globe, with the turning of the earth.
-std::vector<double> worked_vorticity(const std::vector<Place>& u, const std::vector<Place>& v, double planetary) {
-    constexpr int NX = 144;
-    constexpr int NY = 73;
-    std::vector<double> vorticity(NX * NY, FMISS);
-    for (int j = 1; j < NY - 1; ++j) {
-        const double lat = (90 - 2.5 * j) * RADIANS;
-        for (int i = 0; i < NX; ++i) {
-            const auto at = [&](const std::vector<Place>& f, int column, int row) {
-                return f[static_cast<std::size_t>(row * NX + (column + NX) % NX)].value;
-            };
-            const double across = (at(v, i + 1, j) - at(v, i - 1, j)) / (5 * DEGREE * std::cos(lat));
-            const double along = (at(u, i, j - 1) - at(u, i, j + 1)) / (5 * DEGREE);
-            vorticity[static_cast<std::size_t>(j * NX + i)] = across - along + planetary * std::sin(lat);
-        }
-    }
-    return vorticity;
-}
-
 const std::string PRESSURE = "typeOfLevel=isobaricInhPa,level=";
 
 GRD_report vorticity_of(const std::string& path, const std::string& function, const std::string& level) {
@@ -141,23 +120,6 @@ GRD_report vorticity_of(const std::string& path, const std::string& function, co
     GRD_report result;
     EXPECT_EQ(call_math(function, {&u, &v}, &result), 1) << path;
     return result;
-}
-
-TEST(GrdFields, VorticityOfAForecastHasNoSeam) {
-    if (!test::have_program("grib_get_data")) GTEST_SKIP() << "no ecCodes";
-    for (const auto& [name, level] :
-         {std::pair{"gfs_2p5deg_f120_cut.grib2", "250"}, {"gfs_2p5deg_f120.grib2", "500"}}) {
-        const std::string path = test::data_file(name);
-        if (path.empty()) continue;
-        const std::vector<Place> u = listed(path, PRESSURE + level + ",shortName=u");
-        const std::vector<Place> v = listed(path, PRESSURE + level + ",shortName=v");
-        for (const auto& [function, planetary] : {std::pair{"rvort", 0.0}, {"avort", ROTATION}}) {
-            const GRD_report result = vorticity_of(path, function, level);
-            const std::vector<double> worked = worked_vorticity(u, v, planetary);
-            for (std::size_t k = 0; k < worked.size(); ++k)
-                ASSERT_NEAR(result.grid[k], worked[k], 2e-5) << function << ' ' << k;
-        }
-    }
 }
 
 /// The models' own vorticity comes from finer grids and the whole sphere, so that it can agree in the large only.
@@ -183,35 +145,6 @@ TEST(GrdFields, AbsoluteVorticityIsThatOfTheModels) {
         EXPECT_GT((n * ab - a * b) / std::sqrt((n * aa - a * a) * (n * bb - b * b)), row.correlation) << row.file;
         EXPECT_LT(std::fabs(a - b) / n, row.difference) << row.file;
     }
-}
-
-TEST(GrdFields, FunctionsAreThoseOfTheirOperators) {
-    const auto field = [](double a) {
-        return made_grid("ll,40,0,7,6,1,1", [&](int i, int j) { return 20 * std::sin(a * i + j * j / a); });
-    };
-    GRD_report u = field(1.1), v = field(0.7), z = field(0.3);
-    using Operator = std::function<int(GRD_report*)>;
-    const std::vector<std::tuple<const char*, float, std::vector<GRD_report*>, Operator>> rows{
-        {"dx", 1, {&z}, [&](GRD_report* out) { return GRD_dx(&z, out); }},
-        {"dy", 1, {&z}, [&](GRD_report* out) { return GRD_dy(&z, out); }},
-        {"lapl", 1, {&z}, [&](GRD_report* out) { return GRD_laplacian(&z, out); }},
-        {"conv", 1, {&u, &v}, [&](GRD_report* out) { return GRD_converge(&u, &v, nullptr, out); }},
-        {"diverg", -1, {&u, &v}, [&](GRD_report* out) { return GRD_converge(&u, &v, nullptr, out); }},
-        {"diverg", -1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_converge(&u, &v, &z, out); }},
-        {"vconv", 1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_converge(&u, &v, &z, out); }},
-        {"def1", 1, {&u, &v}, [&](GRD_report* out) { return GRD_deformation1(&u, &v, out); }},
-        {"def2", 1, {&u, &v}, [&](GRD_report* out) { return GRD_deformation2(&u, &v, out); }},
-        {"adv", 1, {&u, &v, &z}, [&](GRD_report* out) { return GRD_advection(&u, &v, &z, out); }},
-    };
-    for (const auto& [name, sign, arguments, run] : rows) {
-        GRD_report result, expected;
-        ASSERT_EQ(call_math(name, arguments, &result) - run(&expected), 1) << name;
-        for (int k = 0; k < 42; ++k) ASSERT_EQ(result.grid[k], sign * expected.grid[k]) << name << ' ' << k;
-    }
-    GRD_report east, north, dx, dy, no_level;
-    ASSERT_EQ(call_math("grad", {&z}, &east, &north) - GRD_dx(&z, &dx) - GRD_dy(&z, &dy), 1);
-    for (int k = 0; k < 42; ++k) ASSERT_TRUE(east.grid[k] == dx.grid[k] && north.grid[k] == dy.grid[k]) << k;
-    EXPECT_EQ(call_math("uq", {&z, &u}, &no_level), 0);
 }
 
 TEST(GrdFields, UnitsAndLabels) {
@@ -269,6 +202,8 @@ TEST(GrdFields, UnitsAndLabels) {
         EXPECT_EQ(result.var, *row.var == 0 ? 0 : VAR_search_var_num(row.var)) << row.function;
         EXPECT_EQ(call_math(row.function, numbers, &result, pair), 0) << row.function;
     }
+    GRD_report no_level;
+    EXPECT_EQ(call_math("uq", {&fields['z'], &fields['u']}, &no_level), 0);
     GRD_report knots = field("uwnd", "kt"), metres_a_second = field("uwnd", "m/s"), a, b;
     ASSERT_EQ(call_math("avort", {&knots, &knots}, &a), 1);
     ASSERT_EQ(GRD_scale(&metres_a_second, 1852.0F / 3600), 0);
@@ -299,21 +234,11 @@ const std::vector<Field_case> FIELD_CASES{
     // d(vg)/dx dT/dy alone
     {"uq", [](double, double lon) { return lon * lon; }, [](double lat, double) { return 280 - lat; },
      [](double lat) { return GAS * 9.8 / f_at(lat) * 2 / std::pow(metres(lat), 2) / METRES; }, 2e-3},
-    // d(ug)/dx dT/dx alone
-    {"uq", [](double lat, double lon) { return lat * lon; }, [](double, double lon) { return 280 + lon; },
-     [](double lat) { return GAS * 9.8 / f_at(lat) / METRES / std::pow(metres(lat), 2); }, 2e-3},
     // d(vg)/dy dT/dy alone: vg goes as 1 / sin(2 lat)
     {"vq", [](double, double lon) { return 50 * lon; }, [](double lat, double) { return 280 - lat; },
      [](double lat) {
          const double vg = 9.8 / f_at(lat) * 50 / metres(lat);
          return GAS * vg * -2 / std::tan(2 * lat * RADIANS) * RADIANS / METRES / METRES;
-     },
-     0.02},
-    // d(ug)/dy dT/dx alone: ug goes as 1 / sin(lat)
-    {"vq", [](double lat, double) { return -50 * lat; }, [](double, double lon) { return 280 + lon; },
-     [](double lat) {
-         const double ug = 9.8 / f_at(lat) * 50 / METRES;
-         return GAS * ug / std::tan(lat * RADIANS) * RADIANS / METRES / metres(lat);
      },
      0.02},
 };
