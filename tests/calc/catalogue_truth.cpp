@@ -180,14 +180,10 @@ Fields theta(const std::string&, const Call& given) {
     return {known_points(call, 1, [&](const Numbers& a) { return pot_temp(a[0], pressure(call, a, 2)); })};
 }
 
-Fields dewp(const std::string&, const Call& given) {
-    const Call call = in_units(given, {"K"});
-    return {known_points(call, 2, [](const Numbers& a) { return dew_temp(a[0], a[1]); })};
-}
-
-Fields rhum(const std::string&, const Call& given) {
-    const Call call = in_units(given, {"K", "K"});
-    return {known_points(call, 2, [](const Numbers& a) { return rel_hum(a[0], a[1]); })};
+Fields humid(const std::string& name, const Call& given) {
+    const Call call = in_units(given, {"K", name == "rhum" ? "K" : ""});
+    const auto formula = name == "rhum" ? rel_hum : dew_temp;
+    return {known_points(call, 2, [&](const Numbers& a) { return formula(a[0], a[1]); })};
 }
 
 Fields show(const std::string&, const Call& given) {
@@ -353,8 +349,8 @@ const Family FAMILIES[] = {
     {"lat lon", {place, "deg"}},
     {"projx projy", {place, ""}},
     {"dx dy grad lapl", {gradient, ""}},
-    {"dewp", {dewp, "K", {true}}},
-    {"rhum", {rhum, "%", {true}}},
+    {"dewp", {humid, "K", {true}}},
+    {"rhum", {humid, "%", {true}}},
     {"wetblb", {moist, "K", {true, 0.06}}},
     {"show", {show, "dC", {true, 0.1}}},
     {"wchill wchill2", {wind_chill, "K", {true}}},
