@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -71,18 +72,27 @@ TEST(GrdFields, UnitsAndLabels) {
         GRD_report* pair = function == "grad" ? &second : nullptr;
         result.level = 500;
         EXPECT_EQ(call_math(function, grids, &result, pair), 1) << function;
+        if (pair != nullptr) EXPECT_EQ(second.units, row.text(2));
         EXPECT_EQ(result.units, row.text(2)) << function;
         EXPECT_NE(result.info.find(row.text(3)), std::string::npos) << function << ": " << result.info;
         EXPECT_EQ(result.var, row.text(4).empty() ? 0 : VAR_search_var_num(row.text(4))) << function;
         EXPECT_EQ(call_math(function, numbers, &result, pair), 0) << function;
     }
-    GRD_report no_level;
+    GRD_report no_level, carried, plain;
     EXPECT_EQ(call_math("uq", {&fields['z'], &fields['u']}, &no_level), 0);
     GRD_report knots = field("uwnd", "kt"), metres_a_second = field("uwnd", "m/s"), a, b;
     ASSERT_EQ(call_math("avort", {&knots, &knots}, &a), 1);
     ASSERT_EQ(GRD_scale(&metres_a_second, 1852.0F / 3600), 0);
     ASSERT_EQ(call_math("avort", {&metres_a_second, &metres_a_second}, &b), 1);
     EXPECT_NEAR(a.grid[8], b.grid[8], 1e-4);
+    knots = field("uwnd", "kt");  // the wind that carries something is taken in m/s
+    GRD_report other = knots;
+    other.grid.reset();
+    GRD_alloc(&other);
+    std::copy_n(knots.grid.get(), GRD_points(&knots), other.grid.get());
+    ASSERT_EQ(call_math("conv", {&knots, &other, &fields['t']}, &carried), 1);
+    ASSERT_EQ(call_math("conv", {&metres_a_second, &metres_a_second, &fields['t']}, &plain), 1);
+    EXPECT_NEAR(carried.grid[8], plain.grid[8], 1e-3 * std::fabs(plain.grid[8]));
 }
 
 /// Geostrophic winds and Q-vectors of fields z and t whose derivatives are straight lines along the differences taken,
