@@ -143,13 +143,6 @@ inline double wind_chill_temp2(double temp, double ws) {
     return handed(std::min(r, temp));
 }
 
-inline double wind_chill(double temp, double ws) {
-    if (temp < 0 || ws < 0) return MISSING;
-    if (ws < 2.0 || temp > 306.15) return temp;
-    ws = std::min(ws, 26.0);
-    return handed((306.15 - temp) * (10.45 + 10.0 * std::sqrt(ws) - ws) * 1.1627);
-}
-
 inline double heat_index(double temp, double dewp) {
     if (temp < 0 || dewp < 0 || dewp > temp) return MISSING;
     const double t = 32 + 9 * (temp - 273.15) / 5;
@@ -173,48 +166,6 @@ inline double heat_index(double temp, double dewp) {
 inline double pres_alt(double pres) {
     if (pres < 226.32) return handed(11000 + 6341.62 * std::log(226.32 / pres));
     return handed((288.15 - handed(288.15 * std::pow(pres / 1013.25, 0.190263))) / 0.0065);
-}
-
-inline double conv_temp(double wbar, double pc, double pr) {
-    return temp_on_dryad(pot_temp(temp_on_mixrat(wbar, pc), pc), pr);
-}
-
-inline double wet_bulb_pot_temp(double temp, double dewp, double pr) {
-    if (temp <= 0 || dewp < 0 || pr < 0) return MISSING;
-    if (dewp == 0) return 0;
-    return temp_on_satad(eq_pot_temp(temp, dewp, pr), 1000.0);
-}
-
-inline double humiture(double temp, double dewp) {
-    if (temp < 0 || dewp < 0) return MISSING;
-    const double e = vapor_pr(dewp);
-    return e < 21.0 ? temp : handed(32 + 9 * (temp - 273.15) / 5 + e - 21.0);
-}
-
-inline double temp_hum_index(double temp, double dewp) {
-    if (temp < 0 || dewp < 0) return MISSING;
-    return handed(17.5 + 0.55 * temp + 0.2 * dewp);
-}
-
-inline double sfc_pr_alt(double alt, double el) {
-    if (alt <= 0 || el == MISSING) return MISSING;
-    return handed(alt * std::pow((288.15 - 0.0065 * el) / 288.15, 5.2558));
-}
-
-inline double interp_temp(double t1, double t2, double p1, double p2, double pr) {
-    if (p1 <= 0 || p2 <= 0 || (t1 == MISSING && t2 == MISSING)) return MISSING;
-    if (t1 == MISSING) return t2;
-    if (t2 == MISSING) return t1;
-    return handed(t1 - (t2 - t1) * std::log(pr / p1) / std::log(p1 / p2));
-}
-
-inline double calc_earth_dist(double lat1, double lon1, double lat2, double lon2) {
-    const double rad = std::acos(-1.0) / 180;
-    const double a[] = {handed(std::cos(lat1 * rad) * std::cos(lon1 * rad)),
-                        handed(std::cos(lat1 * rad) * std::sin(lon1 * rad)), handed(std::sin(lat1 * rad))};
-    const double b[] = {handed(std::cos(lat2 * rad) * std::cos(lon2 * rad)),
-                        handed(std::cos(lat2 * rad) * std::sin(lon2 * rad)), handed(std::sin(lat2 * rad))};
-    return handed(63.713 * 100.0 * std::acos(a[0] * b[0] + a[1] * b[1] + a[2] * b[2]));
 }
 
 /// Showalter index of temperature and dew point at 850 mb and temperature at 500 mb.

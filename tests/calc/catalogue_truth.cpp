@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "calc/catalogue_air.h"
+#include "support/table.h"
 
 namespace zav::truth {
 namespace {
@@ -179,14 +180,10 @@ Fields theta(const std::string&, const Call& given) {
     return {known_points(call, 1, [&](const Numbers& a) { return pot_temp(a[0], pressure(call, a, 2)); })};
 }
 
-Fields dewp(const std::string&, const Call& given) {
-    const Call call = in_units(given, {"K"});
-    return {known_points(call, 2, [](const Numbers& a) { return dew_temp(a[0], a[1]); })};
-}
-
-Fields rhum(const std::string&, const Call& given) {
-    const Call call = in_units(given, {"K", "K"});
-    return {known_points(call, 2, [](const Numbers& a) { return rel_hum(a[0], a[1]); })};
+Fields humid(const std::string& name, const Call& given) {
+    const Call call = in_units(given, {"K", name == "rhum" ? "K" : ""});
+    const auto formula = name == "rhum" ? rel_hum : dew_temp;
+    return {known_points(call, 2, [&](const Numbers& a) { return formula(a[0], a[1]); })};
 }
 
 Fields show(const std::string&, const Call& given) {
@@ -336,90 +333,57 @@ Fields of_wind(const std::string& name, const Call& call) {
 
 Fields no_field(const std::string&, const Call&) { return {}; }
 
-const std::map<std::string, Function> FUNCTIONS = {
-    {"wind", {no_field, ""}},
-    {"vect", {no_field, ""}},
-    {"stream", {no_field, ""}},
-    {"strm", {no_field, ""}},
+/// Functions that are worked out alike.
+struct Family {
+    const char* names;
+    Function function;
+};
+const Family FAMILIES[] = {
+    {"wind vect stream strm", {no_field, ""}},
     {"smooth", {smooth, ""}},
-    {"copy", {unary, ""}},
-    {"max", {pick, ""}},
-    {"min", {pick, ""}},
-    {"add", {binary, ""}},
-    {"sum", {total, ""}},
-    {"avg", {total, ""}},
+    {"copy sqrt exp log log10 abs sin cos tan asin acos atan", {unary, ""}},
+    {"max min", {pick, ""}},
+    {"add sub thick mul mod pow div atan2", {binary, ""}},
+    {"sum avg", {total, ""}},
     {"interp", {interp, ""}},
-    {"sub", {binary, ""}},
-    {"thick", {binary, ""}},
-    {"mul", {binary, ""}},
-    {"mod", {binary, ""}},
-    {"sqrt", {unary, ""}},
-    {"exp", {unary, ""}},
-    {"log", {unary, ""}},
-    {"log10", {unary, ""}},
-    {"abs", {unary, ""}},
-    {"pow", {binary, ""}},
-    {"div", {binary, ""}},
-    {"sin", {unary, ""}},
-    {"cos", {unary, ""}},
-    {"tan", {unary, ""}},
-    {"asin", {unary, ""}},
-    {"acos", {unary, ""}},
-    {"atan", {unary, ""}},
-    {"atan2", {binary, ""}},
-    {"lat", {place, "deg"}},
-    {"lon", {place, "deg"}},
-    {"projx", {place, ""}},
-    {"projy", {place, ""}},
-    {"dx", {gradient, ""}},
-    {"dy", {gradient, ""}},
-    {"grad", {gradient, ""}},
-    {"lapl", {gradient, ""}},
-    {"dewp", {dewp, "K", {true}}},
-    {"rhum", {rhum, "%", {true}}},
+    {"lat lon", {place, "deg"}},
+    {"projx projy", {place, ""}},
+    {"dx dy grad lapl", {gradient, ""}},
+    {"dewp", {humid, "K", {true}}},
+    {"rhum", {humid, "%", {true}}},
     {"wetblb", {moist, "K", {true, 0.06}}},
     {"show", {show, "dC", {true, 0.1}}},
-    {"wchill", {wind_chill, "K", {true}}},
-    {"wchill2", {wind_chill, "K", {true}}},
+    {"wchill wchill2", {wind_chill, "K", {true}}},
     {"heat", {heat, "K", {true}}},
     {"theta", {theta, "K", {true}}},
     {"thetae", {moist, "K", {true, 0.1}}},
-    {"vtemp", {moist, "K", {true}}},
-    {"thetav", {moist, "K", {true}}},
+    {"vtemp thetav", {moist, "K", {true}}},
     {"vapor", {vapor, "mb", {true}}},
     {"pr_alt", {pressure_altitude, "m", {true}}},
-    {"shum", {humidity, "gm/kg", {true}}},
-    {"mixrat", {humidity, "gm/kg", {true}}},
-    {"wspd", {speed, "m/s"}},
-    {"spd", {speed, "m/s"}},
-    {"mag", {speed, "m/s"}},
-    {"wdir", {direction, "deg", {false, 0, true}}},
-    {"dir", {direction, "deg", {false, 0, true}}},
-    {"ewdir", {direction, "deg", {false, 0, true}}},
-    {"uwnd", {component, "m/s"}},
-    {"vwnd", {component, "m/s"}},
-    {"uwndg", {component, "m/s"}},
-    {"vwndg", {component, "m/s"}},
-    {"dot", {two_winds, "m/s", {true}}},
-    {"cross", {two_winds, "m/s", {true}}},
+    {"shum mixrat", {humidity, "gm/kg", {true}}},
+    {"wspd spd mag", {speed, "m/s"}},
+    {"wdir dir ewdir", {direction, "deg", {false, 0, true}}},
+    {"uwnd vwnd uwndg vwndg", {component, "m/s"}},
+    {"dot cross", {two_winds, "m/s", {true}}},
     {"vdiff", {two_winds, ""}},
-    {"ugeos", {geostrophic, "m/s"}},
-    {"vgeos", {geostrophic, "m/s"}},
-    {"uq", {q_vector, ""}},
-    {"vq", {q_vector, ""}},
-    {"conv", {convergence, ""}},
-    {"diverg", {convergence, ""}},
-    {"vconv", {convergence, ""}},
-    {"def1", {of_wind, ""}},
-    {"def2", {of_wind, ""}},
-    {"rvort", {of_wind, ""}},
-    {"avort", {of_wind, ""}},
-    {"adv", {of_wind, ""}},
+    {"ugeos vgeos", {geostrophic, "m/s"}},
+    {"uq vq", {q_vector, ""}},
+    {"conv diverg vconv", {convergence, ""}},
+    {"def1 def2 rvort avort adv", {of_wind, ""}},
 };
 
 }  // namespace
 
-const std::map<std::string, Function>& functions() { return FUNCTIONS; }
+const std::map<std::string, Function>& functions() {
+    static const std::map<std::string, Function> ALL = [] {
+        std::map<std::string, Function> all;
+        for (const Family& family : FAMILIES) {
+            for (const std::string& name : test::split(family.names, ' ')) all[name] = family.function;
+        }
+        return all;
+    }();
+    return ALL;
+}
 
 const Place& Call::place() const {
     for (const Argument& argument : arguments) {

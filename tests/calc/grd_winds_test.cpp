@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
-#include <map>
 #include <sstream>
+#include <tuple>
 
 #include "calc/grd_oper.h"
 #include "calc/made_grid.h"
@@ -21,50 +22,22 @@ using test::made_grid;
 constexpr double RADIANS = M_PI / 180.0;
 
 TEST(GrdWinds, SpeedsAndDirections) {
-    struct Row {
-        float u, v;
-        double speed, dir;
+    const std::vector<std::array<float, 4>> rows{{0, 0, 0, 0},   {0, -5, 5, 0},  {-5, 0, 5, 90},
+                                                 {0, 5, 5, 180}, {5, 0, 5, 270}, {-3, -4, 5, 36.8699F}};
+    const auto column = [&](std::size_t part) {
+        return made_grid("ll,40,0,6,1,1,1", [&](int i, int) { return rows[static_cast<std::size_t>(i)][part]; });
     };
-    const std::vector<Row> rows{{0, 0, 0, 0},
-                                {0, -5, 5, 0},
-                                {-5, 0, 5, 90},
-                                {0, 5, 5, 180},
-                                {5, 0, 5, 270},
-                                {3, 4, 5, 216.86990},
-                                {-3, -4, 5, 36.86990},
-                                {1, -1, M_SQRT2, 315},
-                                {FMISS, 1, FMISS, FMISS},
-                                {1, FMISS, FMISS, FMISS}};
-    const std::string domain = "ll,40,0," + std::to_string(rows.size()) + ",1,1,1";
-    const auto column = [&](auto part) {
-        return made_grid(domain, [&](int i, int) { return part(rows[static_cast<std::size_t>(i)]); });
-    };
-    GRD_report u = column([](const Row& row) { return row.u; });
-    GRD_report v = column([](const Row& row) { return row.v; });
-    std::map<std::string, GRD_report> results;
-    for (const char* function : {"wspd", "spd", "mag", "wdir", "dir", "ewdir"})
-        ASSERT_EQ(call_math(function, {&u, &v}, &results[function]), 1) << function;
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-        for (const char* function : {"wspd", "spd", "mag"})
-            EXPECT_NEAR(results[function].grid[k], rows[k].speed, 1e-5) << function << ' ' << k;
-        for (const char* function : {"wdir", "dir", "ewdir"}) {
-            EXPECT_NEAR(results[function].grid[k], rows[k].dir, 1e-4) << function << ' ' << k;
-            EXPECT_FALSE(std::signbit(results[function].grid[k]) && rows[k].u != FMISS && rows[k].v != FMISS) << k;
-        }
-    }
-    GRD_report dir = column([](const Row& row) { return row.dir; });
-    GRD_report speed = column([](const Row& row) { return row.speed; });
-    for (const char* function : {"uwnd", "uwndg"}) {
-        GRD_report back;
-        ASSERT_EQ(call_math(function, {&dir, &speed}, &back), 1);
-        for (std::size_t k = 0; k < rows.size(); ++k)
-            EXPECT_NEAR(back.grid[k], rows[k].v == FMISS ? FMISS : rows[k].u, 1e-5) << function << ' ' << k;
-    }
-    for (const char* function : {"vwnd", "vwndg"}) {
-        GRD_report back;
-        ASSERT_EQ(call_math(function, {&dir, &speed}, &back), 1);
-        for (std::size_t k = 0; k < rows.size(); ++k)
-            EXPECT_NEAR(back.grid[k], rows[k].u == FMISS ? FMISS : rows[k].v, 1e-5) << function << ' ' << k;
+    GRD_report u = column(0), v = column(1), speed = column(2), dir = column(3);
+    const std::vector<GRD_report*> components{&u, &v}, turned{&dir, &speed};
+    for (const auto& [function, given, want] : {std::tuple{"mag", &components, &speed},
+                                                {"ewdir", &components, &dir},
+                                                {"wdir", &components, &dir},
+                                                {"uwnd", &turned, &u},
+                                                {"vwndg", &turned, &v}}) {
+        GRD_report result;
+        ASSERT_EQ(call_math(function, *given, &result), 1) << function;
+        for (int k = 0; k < 6; ++k) EXPECT_NEAR(result.grid[k], want->grid[k], 1e-4) << function << ' ' << k;
+        for (int k = 0; want == &dir && k < 6; ++k) EXPECT_FALSE(std::signbit(result.grid[k])) << function << ' ' << k;
     }
 }
 
