@@ -109,7 +109,7 @@ TEST_F(Native, CompressedPixelsAreReadElsewhereAndHere) {
     }
 }
 
-TEST_F(Native, AFileThatGrowsIsWaitedFor) {
+TEST_F(Native, AFileThatGrowsIsWaitedForButNoOldOne) {
     const std::string pixels(30000, 'p');
     const std::string content = "ZAVIMGZ\n\n\n300 100\n" + compressed(dir, pixels, 10000);
     const std::size_t half = content.size() - 30;
@@ -122,21 +122,16 @@ TEST_F(Native, AFileThatGrowsIsWaitedFor) {
     EXPECT_EQ(IMG_read("x.img", &image, 0), 1);
     writer.join();
     EXPECT_EQ(text_of(image.data), pixels);
-}
 
-TEST_F(Native, AnOldFileThatIsCutOffIsNotWaitedFor) {
-    const std::string pixels(30000, 'p');
-    const std::string content = "ZAVIMGZ\n\n\n300 100\n" + compressed(dir, pixels, 10000);
-    dir.write("x.img", content.substr(0, content.size() - 30));
+    dir.write("x.img", content.substr(0, half));
     const utimbuf old{1000000000, 1000000000};
     utime("x.img", &old);
     const auto start = std::chrono::steady_clock::now();
-    IMG_report image;
     const test::Output said = test::capture([&] { EXPECT_EQ(IMG_read("x.img", &image, 0), 1); });
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(900));
     EXPECT_NE((said.out + said.err).find("of 30000 pixels"), std::string::npos);
-    EXPECT_EQ(text_of(image.data).substr(0, 20000), pixels.substr(0, 20000));
     ASSERT_EQ(image.data.size(), pixels.size());
+    EXPECT_EQ(text_of(image.data).substr(0, 20000), pixels.substr(0, 20000));
     EXPECT_EQ(image.data.back(), 0);
 }
 
