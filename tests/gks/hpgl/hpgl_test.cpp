@@ -115,6 +115,21 @@ TEST_F(Hpgl, AttributesAreWrittenWhereTheyChange) {
               "LT2,5,1;\nLT5,8,1;\nLT6,10,1;\nLT2,1,1;\nLT;\nSP;PG;\n");
 }
 
+TEST_F(Hpgl, AWindowIsClippedToItsView) {
+    const PlotPage page = page_of(draw_to("a.hpgl", [] {
+        const Glim world = {-50, 150, -20, 80};
+        const Glim view = {0.1F, 0.9F, 0.25F, 0.65F};
+        gset_win(2, &world);
+        gset_vp(2, &view);
+        gsel_norm_tran(2);
+        draw_line({-50, 30}, {40, 80});
+        draw_line({200, 100}, {300, 100});
+    }));
+    EXPECT_EQ(page.of_kind(PlotItem::CLIP).back().paths[0], (test::PlotPath{{771, 1913}, {6860, 4957}}));
+    ASSERT_EQ(page.of_kind(PlotItem::LINE).size(), 1U);
+    EXPECT_EQ(page.of_kind(PlotItem::LINE)[0].paths[0], (test::PlotPath{{771, 3435}, {3511, 4957}}));
+}
+
 // Sizes in plotter units: a mark of height 2 is trunc(203 / 2) to each side, letters of their height in the window.
 TEST_F(Hpgl, MarksTextsAndClearedRegionsHaveTheirSize) {
     const PlotPage page = page_of(draw_to("a.hpgl", [] {
