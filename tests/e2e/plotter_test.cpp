@@ -9,40 +9,23 @@
 #include "support/plotter.h"
 #include "support/raster.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav::test {
 namespace {
 
 const std::string SAMPLE = source_dir() + "/samples/26011512_wave.grb2";
-const std::string FORECAST = source_dir() + "/tests/data/gfs_2p5deg_f120_cut.grib2";
 
 // Plots of 7.5 by 7.5 inches, whose windows are squares on both devices: 7612 plotter units and 540 points.
 const std::string SQUARE = " -ge 750x750 ";
 constexpr double UNITS = 7611.0 / 539.0;  ///< plotter units of a point
 
-struct Chart {
-    const char *name, *options;
-    const std::string& file;
-};
-
-const Chart CHARTS[] = {
-    {"lines", "-ft h120 -le 500 -va hght -pl ln -in 60", FORECAST},
-    {"areas_and_lines", "-ft h120 -le 500 -va temp:C:cf:in=4:bar,hght:gpm:ln:in=60", FORECAST},
-    {"barbs", "-ft h120 -le 250 -va 'wind<uwnd,vwnd>[kt:barb:sk=2:co=blue],:500mb:hght:gpm:ln:in=120'", FORECAST},
-    {"streamlines", "-ft h120 -le 250 -va 'wind<uwnd,vwnd>[m/s:strm:in=10]'", FORECAST},
-    {"polar", "-ft h120 -le 500 -va temp:C:lcf:in=4,hght:gpm:dln:in=60 -pd ps:90:-100:60,40,-98,61,43,1.0", FORECAST},
-    {"panels", "-ft h24 -le 500 -va panel:2x1+0+0,hght:gpm:ln:in=60,panel:2x1+1+0,:850:temp:C:cf:in=4:bar", SAMPLE},
-    {"inset", "-ft h24 -le 500 -va temp:C:cf:in=4,panel:3x3+2+2,hght:gpm:ln:in=120", SAMPLE},
-    {"values", "-ft h24 -le 850 -va rhum:%:value:sk=3 -mf lalo:10:10", SAMPLE},
-};
-
-class Plotter : public ::testing::TestWithParam<Chart> {
+class Plotter : public ::testing::TestWithParam<Case> {
   protected:
     /// Runs the program for a device; what it said if it didn't end well.
     std::string trouble(const std::string& device) const {
-        const Chart& chart = GetParam();
-        const Outcome run = run_program(
-            dir.path(), "-me warn " + std::string(chart.options) + SQUARE + "-de " + device + " " + chart.file);
+        const Outcome run = run_program(dir.path(), "-me warn " + GetParam().text(1) + SQUARE + "-de " + device + " " +
+                                                        source_dir() + "/" + GetParam().text(2));
         return run.status == 0 ? run.err : "status " + std::to_string(run.status) + ": " + run.err;
     }
     PlotPage plotted(const std::string& words) const {
@@ -98,22 +81,8 @@ TEST_P(Plotter, DrawsTheLinesAndAreasOfThePage) {
     EXPECT_EQ(differences_off_edges(read_sheet(dir.file("y.ps")), read_sheet(dir.file("x.ps"))), 0);
 }
 
-TEST_P(Plotter, DrawsTheSameInEachWrapperAndTurn) {
-    const std::vector<PlotPath> wanted = pieces_of(plotted(""));
-    struct {
-        const char* words;
-        bool pcl;
-        int turn;
-    } const cases[] = {{",nopcl", false, 0}, {",lj", true, 90}, {",nopcl,rot=270", false, 270}, {",port", true, 90}};
-    for (const auto& c : cases) {
-        const PlotPage page = plotted(c.words);
-        EXPECT_EQ(page.pcl, c.pcl) << c.words;
-        EXPECT_EQ(page.turn, c.turn) << c.words;
-        EXPECT_TRUE(pieces_of(page) == wanted) << c.words;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(, Plotter, ::testing::ValuesIn(CHARTS), [](const auto& given) { return given.param.name; });
+INSTANTIATE_TEST_SUITE_P(, Plotter, ::testing::ValuesIn(cases("gks/hpgl_charts")),
+                         [](const auto& given) { return given.param.text(0); });
 
 class PlotterRun : public TempDirTest {};
 
@@ -174,25 +143,11 @@ TEST_F(PlotterRun, TellsOutputThatCannotBeWritten) {
 TEST_F(PlotterRun, TellsFaultyWordsAndPlotsWithoutThem) {
     const std::string chart = "-me warn -ft h24 -le 500 -va hght:gpm:ln:in=60 ";
     ASSERT_EQ(run_program(dir.path(), chart + "-de h,plain.hpgl " + SAMPLE).status, 0);
-    struct {
-        std::string words, said;
-        int status;
-    } const cases[] = {
-        {",bogus", "Unknown word of HPGL: bogus", 23},
-        {",rot=45", "A page is turned by 0, 90, 180 or 270 degrees: rot=45", 23},
-        {",lwidth=-1", "Line width out of range: lwidth=-1", 23},
-        {",lwidth=x", "Line width out of range: lwidth=x", 23},
-        {",sz=0x5", "Paper is up to 98 by 98 inches: sz=0x5", 23},
-        {",sz=99x10", "Paper is up to 98 by 98 inches: sz=99x10", 23},
-        {" -ge 9000x100+900+0", "Geometry beyond 98 inches: 9000x100+900+0", 23},
-        {",roll=30", "A roll is a word of zavhp_param alone: roll=30", 0},
-        {",scale=0.5", "HPGL has the size of its paper and no scale: scale=0.5", 0},
-    };
-    for (const auto& c : cases) {
-        const Outcome run = run_program(dir.path(), chart + "-de h,x.hpgl" + c.words + " " + SAMPLE);
-        EXPECT_EQ(run.status, c.status) << c.words;
-        EXPECT_EQ(run.err, "gopen_ws: " + c.said + "\n");
-        EXPECT_TRUE(read_file(dir.file("x.hpgl")) == read_file(dir.file("plain.hpgl"))) << c.words;
+    for (const Case& row : cases("gks/hpgl_faulty_words")) {
+        const Outcome run = run_program(dir.path(), chart + "-de h,x.hpgl" + row.text(0) + " " + SAMPLE);
+        EXPECT_EQ(run.status, row.number(2)) << row.text(0);
+        EXPECT_EQ(run.err, "gopen_ws: " + row.text(1) + "\n");
+        EXPECT_TRUE(read_file(dir.file("x.hpgl")) == read_file(dir.file("plain.hpgl"))) << row.text(0);
     }
 }
 

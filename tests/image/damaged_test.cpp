@@ -5,6 +5,7 @@
 
 #include "image/pictures.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -69,37 +70,21 @@ class Damaged : public test::TempDirTest, public ::testing::WithParamInterface<s
     }
 };
 
-TEST_P(Damaged, EveryByteChanged) {
+TEST_P(Damaged, ByByteCutOrAnywhere) {
     const std::string whole = sample(GetParam());
     ASSERT_GT(whole.size(), 60U);
-    const std::size_t head = std::min<std::size_t>(whole.size(), 250);
+    std::mt19937 random(77);
     test::capture([&] {
         EXPECT_EQ(read(whole), 1);
-        for (std::size_t at = 0; at < head; ++at) {
+        for (std::size_t at = 0; at < std::min<std::size_t>(whole.size(), 250); ++at) {
             for (const int change : {0x01, 0x80, 0xFF}) {
                 std::string content = whole;
                 content[at] = static_cast<char>(content[at] ^ change);
-                SCOPED_TRACE(std::to_string(at) + " to " + std::to_string(static_cast<unsigned char>(content[at])));
+                SCOPED_TRACE(std::to_string(at) + " by " + std::to_string(change));
                 read(content);
             }
         }
-    });
-}
-
-TEST_P(Damaged, CutAnywhere) {
-    const std::string whole = sample(GetParam());
-    test::capture([&] {
-        for (std::size_t size = 0; size < whole.size(); size += size < 200 ? 1 : 7) {
-            SCOPED_TRACE(size);
-            read(whole.substr(0, size));
-        }
-    });
-}
-
-TEST_P(Damaged, AnythingInTheMiddle) {
-    const std::string whole = sample(GetParam());
-    std::mt19937 random(77);
-    test::capture([&] {
+        for (std::size_t size = 0; size < whole.size(); size += size < 200 ? 1 : 7) read(whole.substr(0, size));
         for (int round = 0; round < 250; ++round) {
             std::string content = whole;
             for (unsigned i = random() % 8; i < 8; ++i)
@@ -114,43 +99,14 @@ INSTANTIATE_TEST_SUITE_P(Formats, Damaged, ::testing::Values("GIF", "PNG", "XWD"
                          [](const auto& row) { return test::case_name(row.param); });
 
 TEST_F(Damaged, SizesWithoutDataAreRefused) {
-    const std::string xwd = sample("XWD");
-    const auto xwd_with = [&](std::size_t field, const std::string& value) {
-        std::string content = xwd;
-        return content.replace(4 * field, 4, value);
-    };
-    struct Row {
-        const char* what;
-        std::string content;
-        const char* text;
-    };
-    const std::string png = sample("PNG");
-    const std::vector<Row> rows = {
-        {"GIF", std::string("GIF89a\xFF\xFF\xFF\xFF\0\0\0,\0\0\0\0\xFF\xFF\xFF\xFF\0\2\2\x8C\x53\0;", 29),
-         "Unable to allocate data buffer."},
-        {"GIF screen", std::string("GIF89a\xFF\xFF\xFF\xFF\0\0\0,\0\0\0\0\1\0\1\0\0\2\2\x8C\x53\0;", 29),
-         "Unable to allocate data buffer."},
-        {"GIF without a picture", std::string("GIF89a\xFF\xFF\xFF\xFF\0\0\0;", 14), "Unable to allocate data buffer."},
-        {"native", "ZAVIMG\n\n\n60000 60000\nabc", "Unable to allocate data buffer."},
-        {"native compressed", "ZAVIMGZ\n\n\n60000 60000\nabc", "Unable to allocate data buffer."},
-        {"XWD", xwd_with(5, std::string("\x7F\0\0\0", 4)), "Unable to read pixmap from dump file."},
-        {"XWD name", xwd_with(0, std::string("\xFF\0\0\0", 4)), "Unable to read window name from dump file."},
-        {"XWD small header", xwd_with(0, std::string("\0\0\0\x63", 4)), "XWD header size is too small."},
-        {"XWD version", xwd_with(1, std::string("\0\0\0\x8", 4)), "XWD file format version mismatch"},
-        {"XWD colours", xwd_with(19, std::string("\xFF\0\0\0", 4)), "Unable to read color map from dump file."},
-        {"XWD depth", xwd_with(3, std::string("\0\0\0\x21", 4)), "Incorrect depth: 33 > 32"},
-        {"XWD short lines", xwd_with(12, std::string("\0\0\0\x12", 4)), "XWD lines are too short for their pixels"},
-        {"short file", "ZA", "Unable to read dump file header"},
-        {"empty file", "", "Unable to read dump file header"},
-        {"PNG behind a remark", "** a remark\n" + png, ""},
-        {"native behind a remark", "** a remark\nZAVIMG\n\n\n1 1\nx", "IMG_read_zav: Invalid image type"},
-        {"code size", std::string("GIF89a\1\0\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\x9\2\x8C\x53\0;", 29), "Invalid code size"},
-        {"only three letters", "GIF", "GIF_read: Not a GIF file"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        const test::Output said = test::capture([&] { EXPECT_EQ(read(row.content), 0); });
-        EXPECT_NE((said.out + said.err).find(row.text), std::string::npos) << said.out + said.err;
+    for (const test::Case& row : test::cases("image/refused")) {
+        SCOPED_TRACE(row.line());
+        std::string content = row.text(1);
+        if (row.text(0) == "PNG") content += sample("PNG");
+        if (row.text(0).starts_with("XWD"))
+            content = sample("XWD").replace(4 * std::stoul(row.text(0).substr(3)), 4, content);
+        const test::Output said = test::capture([&] { EXPECT_EQ(read(content), 0); });
+        EXPECT_NE((said.out + said.err).find(row.text(2)), std::string::npos) << said.out + said.err;
     }
 }
 

@@ -14,40 +14,6 @@ namespace {
 using test::Picture;
 using test::Rgb;
 
-/// The colour of a pixel, worked out bit by bit.
-Rgb color_at(const IMG_report& image, int x, int y) {
-    const auto line = static_cast<std::size_t>(y) * static_cast<std::size_t>(image.bytes_line);
-    const auto bit = [&](int i) -> unsigned {
-        const unsigned byte = image.data.at(line + static_cast<std::size_t>(i / 8));
-        return byte >> (image.depth == 1 && image.bit_order == 0 ? i % 8 : 7 - i % 8) & 1U;
-    };
-    const auto number = [&](int first, int count) {
-        unsigned value = 0;
-        for (int i = 0; i < count; ++i) value = value << 1 | bit(x * image.bits_pixel + first + i);
-        return value;
-    };
-    const int sample = image.depth < 24 ? image.depth : image.depth / 3;
-    const auto scaled = [&](int first) {
-        return static_cast<int>(number(first, sample) * 255.0 / ((1U << sample) - 1U) + 0.5);
-    };
-    if (!image.colors.empty()) {
-        const IMG_color& color = image.colors.at(number(0, image.bits_pixel));
-        const auto part = [](float value) { return static_cast<int>(value * 255.0F + 0.5F); };
-        return {part(color.r), part(color.g), part(color.b)};
-    }
-    if (image.color_type == 1) return {scaled(0), scaled(0), scaled(0)};
-    const int alpha = image.bits_pixel - image.depth;  // red, green and blue are behind it
-    return {scaled(alpha), scaled(alpha + sample), scaled(alpha + 2 * sample)};
-}
-
-Picture colors_of(const IMG_report& image) {
-    Picture picture{image.width, image.height, {}};
-    for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.width; ++x) picture.pixels.push_back(color_at(image, x, y));
-    }
-    return picture;
-}
-
 void write_ppm(const std::string& file, const Picture& picture) {
     std::string text = "P6 " + std::to_string(picture.width) + " " + std::to_string(picture.height) + " 255\n";
     for (const Rgb& color : picture.pixels) {
@@ -87,7 +53,7 @@ TEST_P(Foreign, FileIsReadPixelByPixel) {
         EXPECT_EQ(image.num_colors, static_cast<int>(image.colors.size()));
         EXPECT_EQ(image.colors.empty(), row.at("palette") == "0");
         const int tolerance = std::stoi(row.at("tolerance"));
-        EXPECT_LE(test::difference(colors_of(image), truth), tolerance);
+        EXPECT_LE(test::difference(test::unpack(image), truth), tolerance);
 
         IMG_report asked;
         ASSERT_EQ(IMG_read("x", &asked, 1), 1);

@@ -8,6 +8,7 @@
 #include "image/gif_lzw.h"
 #include "image/pictures.h"
 #include "support/support.h"
+#include "support/table.h"
 
 namespace zav {
 namespace {
@@ -165,7 +166,6 @@ TEST(GifCodes, ThatNothingDefinesEndThePicture) {
 class Gif : public test::TempDirTest {
   protected:
     ~Gif() override {
-        GIF_interlace(0);
         GIF_transparent(0);
         IMG_hooks() = {};
     }
@@ -182,28 +182,17 @@ IMG_report picture_of_colors(int width, int height, int colors) {
 }
 
 TEST_F(Gif, FilesHoldWhatTheFormatAsksFor) {
-    struct Row {
-        int colors;
-        unsigned char flags;
-        std::size_t table;
-        int code_size;
-    };
-    for (const Row& row : {Row{1, 128, 2, 2}, Row{2, 128, 2, 2}, Row{3, 128 + 17, 4, 2}, Row{4, 128 + 17, 4, 2},
-                           Row{5, 128 + 34, 8, 3}, Row{129, 128 + 119, 256, 8}, Row{256, 128 + 119, 256, 8}}) {
-        IMG_report image = picture_of_colors(20, 15, row.colors);
+    for (const auto& [colors, flags, table, code_size] : std::vector<std::array<int, 4>>{
+             {1, 128, 2, 2}, {2, 128, 2, 2}, {3, 145, 4, 2}, {4, 145, 4, 2}, {5, 162, 8, 3}, {129, 247, 256, 8}}) {
+        IMG_report image = picture_of_colors(20, 15, colors);
         ASSERT_EQ(GIF_write("x.gif", &image), 1);
         const std::string file = test::read_file("x.gif");
-        std::string head = std::string("GIF89a\x14\0\x0F\0", 10) + static_cast<char>(row.flags) + std::string(2, '\0');
-        for (std::size_t i = 0; i < row.table; ++i) {
-            const bool used = i < static_cast<std::size_t>(row.colors);
-            head += std::string{used ? static_cast<char>(i) : '\0', '\0', used ? '\7' : '\0'};
-        }
-        head += std::string(",\0\0\0\0\x14\0\x0F\0\0", 10) + static_cast<char>(row.code_size);
-        EXPECT_EQ(file.substr(0, head.size()), head) << row.colors;
-        EXPECT_EQ(file.substr(file.size() - 2), std::string("\0;", 2));
+        std::string head = std::string("GIF89a\x14\0\x0F\0", 10) + static_cast<char>(flags) + std::string(2, '\0');
+        for (int i = 0; i < table; ++i) head += {static_cast<char>(i < colors ? i : 0), '\0', i < colors ? '\7' : '\0'};
+        head += std::string(",\0\0\0\0\x14\0\x0F\0\0", 10) + static_cast<char>(code_size);
+        EXPECT_TRUE(file.starts_with(head) && file.ends_with(std::string("\0;", 2))) << colors;
         // The pixels are indices now, in the first byte of four.
-        EXPECT_EQ(image.data[4], row.colors > 1 ? 1 : 0);
-        EXPECT_EQ(image.data[4] | image.data[5] | image.data[6] | image.data[7], image.data[4]);
+        EXPECT_EQ(Bytes(image.data.begin() + 4, image.data.begin() + 8), (Bytes{colors > 1, 0, 0, 0}));
     }
 }
 
@@ -241,97 +230,23 @@ TEST_F(Gif, TheBackgroundIsTransparent) {
     EXPECT_EQ(test::read_file("y.gif")[19], ',');
 }
 
-TEST_F(Gif, InterlacedRowsStandInTheirOrder) {
-    for (const int height : {1, 2, 3, 5, 8, 9, 40}) {
-        test::Picture picture{3, height, {}};
-        for (int i = 0; i < 3 * height; ++i) picture.pixels.push_back({i, i, i});
-        GIF_interlace(1);
-        IMG_report image = test::indexed(picture);
-        ASSERT_EQ(GIF_write("x.gif", &image), 1);
-        EXPECT_EQ(test::difference(test::read_elsewhere("giftopnm x.gif"), picture), 0);
-        IMG_report again;
-        ASSERT_EQ(GIF_read("x.gif", &again, 0), 1);
-        EXPECT_EQ(test::unpack(again).pixels, picture.pixels);
-    }
-}
-
-/// A file of blocks that our writer doesn't make, around a picture of 2 x 2 pixels 1, 1, 1, 1.
-std::string made(const std::string& screen, const std::string& table, const std::string& blocks,
-                 const std::string& frame) {
-    return "GIF89a" + screen + table + blocks + "," + frame + std::string("\2\2\x8C\x53\0;", 6);
-}
-
-TEST_F(Gif, BlocksOfAllKindsArePassedOver) {
-    const std::string screen("\2\0\2\0\x80\0\0", 7);
-    const std::string table("\x0A\x14\x1E\x28\x32\x3C", 6);
-    const std::string frame("\0\0\0\0\2\0\2\0\0", 9);
-    const std::vector<std::string> blocks = {"",
-                                             std::string("\x21\xFE\5a,b!;\0", 9),
-                                             std::string("\x21\xFE\2,,\3!!!\0", 10),
-                                             std::string("\x21\xF9\4\1\0\0\1\0", 8),
-                                             std::string("\x21\xFF\x0BNETSCAPE2.0\3\1\0\0\0", 19),
-                                             std::string("\x21\1\3,,,\2,,\0", 11),
-                                             "zzz"};
-    for (const std::string& block : blocks) {
-        dir.write("x.gif", "** a remark\n" + made(screen, table, block, frame));
+// Blocks, palettes, screens and places that our writer doesn't make, around a picture of 2 x 2 pixels of 1.
+TEST_F(Gif, PartsOfAllKindsAreRead) {
+    for (const test::Case& row : test::cases("image/gif_parts")) {
+        SCOPED_TRACE(row.line());
+        const std::string picture("\2\2\x8C\x53\0;", 6);
+        dir.write("x.gif",
+                  "** a remark\nGIF89a" + row.text(0) + row.text(1) + row.text(2) + "," + row.text(3) + picture);
         for (int (*read)(const std::string&, IMG_report*, int) : {GIF_read, IMG_read}) {
             IMG_report image;
-            ASSERT_EQ(read("x.gif", &image, 0), 1);
-            EXPECT_EQ(image.data, Bytes({1, 1, 1, 1}));
-            ASSERT_EQ(image.colors.size(), 2U);
-            EXPECT_FLOAT_EQ(image.colors[1].b, 60 / 255.0F);
-        }
-    }
-}
-
-TEST_F(Gif, PlacesAndPalettesOfTheFirstPicture) {
-    const std::string global("\1\1\1\2\2\2", 6);
-    const std::string local("\x64\x64\x64\xFF\0\0", 6);
-    struct Row {
-        const char* what;
-        std::string screen, table, frame;
-        int width, height;
-        Bytes pixels;
-        float red;  ///< of colour 1, below 0 without colours
-    };
-    const std::string own = std::string("\0\0\0\0\2\0\2\0\x80", 9) + local;
-    const std::string plain("\0\0\0\0\2\0\2\0\0", 9);
-    const std::vector<Row> rows = {
-        {"own palette alone", std::string("\2\0\2\0\0\0\0", 7), "", own, 2, 2, {1, 1, 1, 1}, 1.0F},
-        {"both palettes", std::string("\2\0\2\0\x80\0\0", 7), global, own, 2, 2, {1, 1, 1, 1}, 2 / 255.0F},
-        {"no palette", std::string("\2\0\2\0\0\0\0", 7), "", plain, 2, 2, {1, 1, 1, 1}, -1},
-        {"larger screen", std::string("\3\0\3\0\0\0\0", 7), "", plain, 3, 3, {1, 1, 0, 1, 1, 0, 0, 0, 0}, -1},
-        {"place passed over",
-         std::string("\3\0\2\0\0\0\0", 7),
-         "",
-         std::string("\1\0\1\0\2\0\2\0\0", 9),
-         3,
-         2,
-         {1, 1, 0, 1, 1, 0},
-         -1},
-        {"smaller screen", std::string("\1\0\1\0\0\0\0", 7), "", plain, 1, 1, {1}, -1},
-        {"interlaced beyond the screen",
-         std::string("\2\0\1\0\0\0\0", 7),
-         "",
-         std::string("\0\0\0\0\2\0\2\0\x40", 9),
-         2,
-         1,
-         {1, 1},
-         -1},
-        {"no screen", std::string("\0\0\0\0\0\0\0", 7), "", plain, 2, 2, {1, 1, 1, 1}, -1},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        dir.write("x.gif", made(row.screen, row.table, "", row.frame));
-        IMG_report image;
-        test::capture([&] { ASSERT_EQ(IMG_read("x.gif", &image, 0), 1); });
-        EXPECT_EQ(image.width, row.width);
-        EXPECT_EQ(image.height, row.height);
-        EXPECT_EQ(image.bytes_line, row.width);
-        EXPECT_EQ(image.data, row.pixels);
-        ASSERT_EQ(image.colors.empty(), row.red < 0);
-        if (row.red >= 0) {
-            EXPECT_FLOAT_EQ(image.colors[1].r, row.red);
+            test::capture([&] { ASSERT_EQ(read("x.gif", &image, 0), 1); });
+            const std::vector<int> size = {image.width, image.height, image.bytes_line};
+            EXPECT_EQ(size, (std::vector<int>{row.number(4), row.number(5), row.number(4)}));
+            EXPECT_EQ(std::string(image.data.begin(), image.data.end()), row.text(6));
+            ASSERT_EQ(image.colors.empty(), row.number(7) < 0);
+            if (!image.colors.empty()) {
+                EXPECT_FLOAT_EQ(image.colors.at(1).r, row.number(7) / 255.0F);
+            }
         }
     }
 }

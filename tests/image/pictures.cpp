@@ -98,6 +98,32 @@ void put(IMG_report& image, int x, int y, unsigned value) {
     }
 }
 
+/// The colour of a pixel, worked out bit by bit.
+Rgb color_at(const IMG_report& image, int x, int y) {
+    const auto line = static_cast<std::size_t>(y) * static_cast<std::size_t>(image.bytes_line);
+    const auto bit = [&](int i) -> unsigned {
+        const unsigned byte = image.data.at(line + static_cast<std::size_t>(i / 8));
+        return byte >> (image.depth == 1 && image.bit_order == 0 ? i % 8 : 7 - i % 8) & 1U;
+    };
+    const auto number = [&](int first, int count) {
+        unsigned value = 0;
+        for (int i = 0; i < count; ++i) value = value << 1 | bit(x * image.bits_pixel + first + i);
+        return value;
+    };
+    const int sample = image.depth < 24 ? image.depth : image.depth / 3;
+    const auto scaled = [&](int first) {
+        return static_cast<int>(number(first, sample) * 255.0 / ((1U << sample) - 1U) + 0.5);
+    };
+    if (!image.colors.empty()) {
+        const IMG_color& color = image.colors.at(number(0, image.bits_pixel));
+        const auto part = [](float value) { return static_cast<int>(value * 255.0F + 0.5F); };
+        return {part(color.r), part(color.g), part(color.b)};
+    }
+    if (image.color_type == 1) return {scaled(0), scaled(0), scaled(0)};
+    const int alpha = image.bits_pixel - image.depth;  // red, green and blue are behind it
+    return {scaled(alpha), scaled(alpha + sample), scaled(alpha + 2 * sample)};
+}
+
 }  // namespace
 
 IMG_report pack(Picture& picture, const Packing& packing, int pad) {
@@ -148,12 +174,7 @@ int difference(const Picture& a, const Picture& b) {
 Picture unpack(const IMG_report& image) {
     Picture picture{image.width, image.height, {}};
     for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.width; ++x) {
-            const std::size_t index = image.data[static_cast<std::size_t>(y * image.bytes_line + x)];
-            const IMG_color color = image.colors.at(index);
-            const auto part = [](float value) { return static_cast<int>(value * 255.0F + 0.5F); };
-            picture.pixels.push_back({part(color.r), part(color.g), part(color.b)});
-        }
+        for (int x = 0; x < image.width; ++x) picture.pixels.push_back(color_at(image, x, y));
     }
     return picture;
 }

@@ -49,7 +49,7 @@ IMG_report indexed(const Picture& picture);
 /// The largest difference of a component, 256 where the sizes differ.
 int difference(const Picture& a, const Picture& b);
 
-/// Colours of an indexed record of one byte a pixel.
+/// The colours of a record, worked out bit by bit.
 Picture unpack(const IMG_report& image);
 
 }  // namespace zav::test

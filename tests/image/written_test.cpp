@@ -52,15 +52,12 @@ TEST_P(Written, IsReadAlikeElsewhere) {
         const IMG_report before = image;
         ASSERT_EQ(format.write(format.file, &image), 1);
         int status = -1;
-        const test::Output said = test::capture(
-            [&, check = format.check] { test::run_command(std::string(check) + " 2>&1 >/dev/null", &status); });
-        EXPECT_EQ(status, 0) << said.err;
+        const std::string said = test::run_command(std::string(format.check) + " 2>&1 >/dev/null", &status);
+        EXPECT_EQ(status, 0) << said;
         EXPECT_LE(test::difference(test::read_elsewhere(elsewhere), picture), tolerance);
 
         IMG_report again;
         ASSERT_EQ(IMG_read(format.file, &again, 0), 1);
-        EXPECT_EQ(again.width, width);
-        EXPECT_EQ(again.height, height);
         if (is_xwd) {
             EXPECT_EQ(again.data, before.data);
             EXPECT_EQ(again.color_type, before.color_type);

@@ -1,9 +1,11 @@
 #include "support/plotter.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
+#include <regex>
 #include <sstream>
+
+#include "support/table.h"
 
 namespace zav::test {
 namespace {
@@ -12,133 +14,95 @@ using Numbers = std::vector<double>;
 
 class Reader {
   public:
-    explicit Reader(const std::string& text) : text_(text) {}
-
-    Plot read() {
-        while (at_ < text_.size() && plot_.fault.empty()) {
-            if (text_[at_] == '\n') {
-                ++at_;
-            } else if (text_[at_] == '\033') {
-                escape();
-            } else {
-                command();
+    Plot read(const std::string& text) {
+        static const std::regex part("\033E\033%1B\033&l1O\n|\033%0A\033E|\n|([A-Z]{2})( ?-?[0-9.]+(,-?[0-9.]+)*)?;");
+        std::size_t at = 0;
+        for (std::smatch found; at < text.size(); at += static_cast<std::size_t>(found.length())) {
+            const auto from = text.begin() + static_cast<std::ptrdiff_t>(at);
+            const bool known = std::regex_search(from, text.end(), found, part, std::regex_constants::match_continuous);
+            if (!known || !take(found)) {
+                plot_.fault = "at " + std::to_string(at) + ": " + text.substr(at, 30);
+                return plot_;
             }
         }
-        if (plot_.fault.empty() && (open_ || language_)) fault("the file ends within a page");
+        if (open_ || language_) plot_.fault = "the file ends within a page";
         return plot_;
     }
 
   private:
-    void fault(const std::string& what) {
-        if (plot_.fault.empty()) plot_.fault = what + " at " + std::to_string(at_) + ": " + text_.substr(at_, 30);
-    }
-
-    bool take(const std::string& part) {
-        if (text_.compare(at_, part.size(), part) != 0) return false;
-        at_ += part.size();
-        return true;
-    }
-
-    void escape() {
-        if (!open_ && !language_ && take("\033E\033%1B\033&l1O\n")) {
-            language_ = true;
-        } else if (!open_ && language_ && take("\033%0A\033E")) {
-            language_ = false;
-        } else {
-            fault("escape sequence");
+    bool take(const std::smatch& found) {
+        if (found[1].length() > 0) {
+            Numbers numbers;
+            for (const std::string& number : split(found[2], ',')) numbers.push_back(std::stod(number));
+            return open_ ? obey(found[1], found[2], numbers) : found[1] == "IN" && begin();
         }
+        if (found.length() == 1) return true;
+        language_ = !language_;
+        return !open_ && language_ == (found.length() > 8);
     }
 
-    void command() {
-        const std::size_t end = text_.find(';', at_);
-        if (end == std::string::npos || end < at_ + 2) return fault("command");
-        const std::string name = text_.substr(at_, 2);
-        std::string rest = text_.substr(at_ + 2, end - at_ - 2);
-        if (rest.find_first_not_of("0123456789.,- ") != std::string::npos) return fault("parameters");
-        Numbers numbers;
-        for (std::size_t start = 0; start < rest.size();) {
-            char* stop = nullptr;
-            numbers.push_back(std::strtod(rest.c_str() + start, &stop));
-            start = static_cast<std::size_t>(stop - rest.c_str());
-            if (start < rest.size() && rest[start] != ',') return fault("number");
-            ++start;
-        }
-        obey(name, rest, numbers);
-        at_ = end + 1;
-    }
-
-    void obey(const std::string& name, const std::string& rest, const Numbers& n) {
-        if (name == "IN" && n.empty() && !open_) return begin();
-        if (!open_) return fault("outside of a page");
-        if (name == "SP" && n == Numbers{1}) return static_cast<void>(pen_ = true);
-        if (name == "SP" && n.empty()) return static_cast<void>(pen_ = false);
-        if (name == "PG" && n.empty() && !pen_) return static_cast<void>(open_ = false);
-        if (!pen_) return fault("without a pen");
-        if (name == "PA" && n.empty()) return;
-        if (name == "TR" && n == Numbers{0}) return static_cast<void>(opaque_ = true);
-        if (name == "RO" && n.size() == 1) return static_cast<void>(page().turn = static_cast<int>(n[0]));
-        if (name == "PW" && n.size() == 1) return static_cast<void>(style_.width = n[0]);
-        if (name == "LT") return static_cast<void>(style_.dashes = rest);
-        if (name == "SV" && (n.empty() || (n.size() == 2 && n[0] == 1))) {
-            return static_cast<void>(style_.grey = n.empty() ? 0 : 1 - n[1] / 100);
-        }
-        if (name == "FT" && n == Numbers{1}) return static_cast<void>(shade_ = 0);
-        if (name == "FT" && n.size() == 2 && n[0] == 10) return static_cast<void>(shade_ = 1 - n[1] / 100);
-        draw(name, n);
-    }
-
-    void draw(const std::string& name, const Numbers& n) {
-        if (name == "IW" && n.size() == 4 && n[0] <= n[2] && n[1] <= n[3]) {
-            page().items.push_back({PlotItem::CLIP, {{{n[0], n[1]}, {n[2], n[3]}}}, 0, 0, "", false});
-        } else if ((name == "PU" || name == "PD") && n.size() == 2) {
-            polygon_ ? vertex(name == "PU", {n[0], n[1]}) : stroke(name == "PU", {n[0], n[1]});
-        } else if (name == "PM" && n == Numbers{0} && !polygon_) {
-            polygon_ = true;
-            rings_ = {{place_}};
-        } else if (name == "PM" && n == Numbers{1} && polygon_) {
-            rings_.emplace_back();
-        } else if (name == "PM" && n == Numbers{2} && polygon_) {
-            polygon_ = false;
-        } else if (name == "FP" && !polygon_ && n.size() < 2) {
-            if (!opaque_) return fault("white doesn't cover");
-            if (rings_.back().empty()) rings_.pop_back();
-            page().items.push_back({PlotItem::AREA, rings_, shade_, 0, "", n == Numbers{1}});
-        } else {
-            fault("command");
-        }
-    }
-
-    void begin() {
+    bool begin() {
         open_ = true;
         pen_ = polygon_ = opaque_ = lined_ = false;
         style_ = {PlotItem::LINE, {}, 0, 0.35, "", false};
         shade_ = 0;
         plot_.pages.push_back({language_, 0, {}});
+        return true;
     }
 
-    void stroke(bool up, const PlotPoint& to) {
-        if (!up) {
-            if (!lined_) {
-                page().items.push_back(style_);
-                page().items.back().paths = {{place_}};
-            }
-            page().items.back().paths[0].push_back(to);
+    /// False for what is no command, or not in its place.
+    bool obey(const std::string& name, const std::string& rest, const Numbers& n) {
+        std::vector<PlotItem>& items = plot_.pages.back().items;
+        if (name == "SP" && n.size() < 2) {
+            pen_ = !n.empty();
+        } else if (name == "PG" && n.empty() && !pen_) {
+            open_ = false;
+        } else if (!pen_) {
+            return false;
+        } else if (name == "TR" && n == Numbers{0}) {
+            opaque_ = true;
+        } else if (name == "RO" && n.size() == 1) {
+            plot_.pages.back().turn = static_cast<int>(n[0]);
+        } else if (name == "PW" && n.size() == 1) {
+            style_.width = n[0];
+        } else if (name == "LT") {
+            style_.dashes = rest;
+        } else if (name == "SV" && (n.empty() || (n.size() == 2 && n[0] == 1))) {
+            style_.grey = n.empty() ? 0 : 1 - n[1] / 100;
+        } else if (name == "FT" && (n == Numbers{1} || (n.size() == 2 && n[0] == 10))) {
+            shade_ = n.size() == 1 ? 0 : 1 - n[1] / 100;
+        } else if (name == "IW" && n.size() == 4 && n[0] <= n[2] && n[1] <= n[3]) {
+            items.push_back({PlotItem::CLIP, {{{n[0], n[1]}, {n[2], n[3]}}}, 0, 0, "", false});
+        } else if ((name == "PU" || name == "PD") && n.size() == 2) {
+            return go(name == "PU", {n[0], n[1]}, items);
+        } else if (name == "PM" && n.size() == 1 && polygon_ == (n[0] != 0)) {
+            polygon_ = n[0] != 2;
+            if (n[0] == 0) rings_ = {{place_}};
+            if (n[0] == 1) rings_.emplace_back();
+        } else if (name == "FP" && !polygon_ && n.size() < 2 && opaque_) {
+            items.push_back({PlotItem::AREA, rings_, shade_, 0, "", n == Numbers{1}});
+        } else {
+            return name == "PA" && n.empty();
         }
-        lined_ = !up;
-        place_ = to;
+        return true;
     }
 
-    void vertex(bool up, const PlotPoint& to) {
-        if (up && !rings_.back().empty()) fault("pen up within a ring");
-        rings_.back().push_back(to);
+    bool go(bool up, const PlotPoint& to, std::vector<PlotItem>& items) {
+        const bool sound = !polygon_ || !up || rings_.back().empty();
+        if (polygon_) {
+            rings_.back().push_back(to);
+        } else if (!up) {
+            if (!lined_) {
+                items.push_back(style_);
+                items.back().paths = {{place_}};
+            }
+            items.back().paths[0].push_back(to);
+        }
+        lined_ = !up && !polygon_;
         place_ = to;
-        lined_ = false;
+        return sound;
     }
 
-    PlotPage& page() { return plot_.pages.back(); }
-
-    const std::string& text_;
-    std::size_t at_ = 0;
     Plot plot_;
     bool language_ = false;  ///< in the wrapper's HP-GL/2
     bool open_ = false;      ///< on a page
@@ -172,7 +136,7 @@ std::vector<PlotItem> PlotPage::of_kind(PlotItem::Kind kind) const {
     return found;
 }
 
-Plot read_plot(const std::string& text) { return Reader(text).read(); }
+Plot read_plot(const std::string& text) { return Reader().read(text); }
 
 std::string plot_as_postscript(const PlotPage& page, double units) {
     std::ostringstream text;

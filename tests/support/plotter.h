@@ -22,6 +22,8 @@ struct PlotItem {
     double width = 0;      ///< mm, of a line
     std::string dashes;    ///< parameters of the line type
     bool nonzero = false;  ///< rule of an area
+
+    bool operator==(const PlotItem&) const = default;
 };
 
 struct PlotPage {
