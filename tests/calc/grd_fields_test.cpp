@@ -72,7 +72,9 @@ TEST(GrdFields, UnitsAndLabels) {
         GRD_report* pair = function == "grad" ? &second : nullptr;
         result.level = 500;
         EXPECT_EQ(call_math(function, grids, &result, pair), 1) << function;
-        if (pair != nullptr) EXPECT_EQ(second.units, row.text(2));
+        if (pair != nullptr) {
+            EXPECT_EQ(second.units, row.text(2));
+        }
         EXPECT_EQ(result.units, row.text(2)) << function;
         EXPECT_NE(result.info.find(row.text(3)), std::string::npos) << function << ": " << result.info;
         EXPECT_EQ(result.var, row.text(4).empty() ? 0 : VAR_search_var_num(row.text(4))) << function;
