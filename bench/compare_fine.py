@@ -11,7 +11,6 @@ import sys
 import tempfile
 from pathlib import Path
 
-import compare
 from timing import Failed, is_missing, measure, medians_of_both, report, report_alone
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -20,8 +19,8 @@ LEVELS = range(-44, 45, 4)
 
 GRADS_FILL = """'sdfopen {source}.nc'
 'set display color white'
-'set mproj {projection}'
-{area}'set mpdset {map}'
+'set mproj latlon'
+'set mpdset lowres'
 'set gxout shaded'
 {colors}'set clevs {levels}'
 'set ccols {indices}'
@@ -40,13 +39,12 @@ def grads_colors():
     return defined, " ".join(["0", *(str(20 + i) for i in range(len(colors)))])
 
 
-def grads(folder, source, output, projection="latlon", area="", map_set="lowres"):
+def grads(folder, source, output):
     """GrADS's command for the filled field on a map."""
     colors, indices = grads_colors()
     script = GRADS_FILL.format(
-        source=source, projection=projection, area=area, map=map_set, colors=colors, indices=indices,
-        levels=" ".join(map(str, LEVELS)), output=output,
-    )  # fmt: skip
+        source=source, colors=colors, indices=indices, levels=" ".join(map(str, LEVELS)), output=output
+    )
     name = f"{Path(output.split()[0]).name}.gs"
     (folder / name).write_text(script)
     return ["grads", "-lbc", f"run {name}"]
@@ -112,11 +110,6 @@ class Bench:
         peer = grads(self.folder, "field", "grads.png x1000 y773 white")
         times = medians_of_both(self.fill("fill.png,1000x773"), peer, self.folder)
         self.keep(report("filled field to PNG, whole run / grads", *times, 0.5))
-        command = compare.chart_b(self.program, self.data / "gfs_2p5deg_f120.grib2", ROOT)
-        command[command.index("-de") + 1] = "t850.png,1000x773"
-        area = "'set lon -150 -50'\n'set lat 15 75'\n"
-        peer = grads(self.folder, "t850", "grads_b.png x1000 y773 white", "nps", area, "mres")
-        self.keep(report("chart B to PNG, whole run / grads", *medians_of_both(command, peer, self.folder), 0.5))
 
     def inner(self, pattern):
         """Milliseconds of the inner benchmarks that fit a pattern, by name."""
@@ -166,11 +159,8 @@ class Bench:
         """The copies that the peers read."""
         if is_missing("copies of the fields for the peers", "cdo"):
             return
-        source = self.data / "gfs_2p5deg_f120.grib2"
         measure(["cdo", "-s", "--reduce_dim", "-f", "nc", "-chname,t,tmp", self.data / FIELD, "field.nc"], self.folder)
         measure(["cdo", "-s", "-f", "srv", "-b", "F32", "copy", self.data / FIELD, "field.srv"], self.folder)
-        measure(["grib_copy", "-w", "shortName=t,level=850,typeOfLevel=isobaricInhPa", source, "t.grib2"], self.folder)
-        measure(["cdo", "-s", "--reduce_dim", "-f", "nc", "-chname,t,tmp", "t.grib2", "t850.nc"], self.folder)
 
     def run(self):
         for step in (self.copies, self.filled_page, self.pictures, self.inner_loops, self.streamlines):
