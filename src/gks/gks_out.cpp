@@ -29,6 +29,22 @@ Gout_mode gout_mode(const std::string& filename) {
     return Gout_mode::create;
 }
 
+void gout_tell(const std::string& filename) {
+    const Gout_mode mode = gout_mode(filename);
+    const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
+    switch (mode) {
+        case Gout_mode::pipe:
+            MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name);
+            break;
+        case Gout_mode::append:
+            MESS_print(MESS_PROGRESS, "Appending to: %s\n", name);
+            break;
+        case Gout_mode::create:
+            MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
+            break;
+    }
+}
+
 std::string gout_line(const std::string& text) {
     std::string line = text;
     for (char& c : line) {

@@ -22,6 +22,8 @@ enum class Gout_mode { create, append, pipe };
 
 /// "|" pipe, "+" append, anything else create.
 Gout_mode gout_mode(const std::string& filename);
+/// Says what becomes of the file of that name.
+void gout_tell(const std::string& filename);
 
 class Gout_file {
   public:

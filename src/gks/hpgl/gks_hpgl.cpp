@@ -93,7 +93,7 @@ char* put_number(char* at, char* end, float value) { return std::to_chars(at, en
 
 void put_point(std::string_view action, float x, float y) {
     std::array<char, 64> text;  // an action and two whole numbers
-    char* const end = text.data() + text.size();
+    char* const end = text.data() + text.size() - 2;  // room for what stands behind the numbers
     char* at = std::copy(action.begin(), action.end(), text.data());
     at = put_number(at, end, x);
     *at++ = ',';
@@ -117,19 +117,7 @@ void ghpgl_init() {
 
 bool ghpgl_open_file(const std::string& filename) {
     if (FILE_is_stdio(filename)) MESS_use_stderr();
-    const Gout_mode mode = gout_mode(filename);
-    const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
-    switch (mode) {
-        case Gout_mode::pipe:
-            MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name);
-            break;
-        case Gout_mode::append:
-            MESS_print(MESS_PROGRESS, "Appending to: %s\n", name);
-            break;
-        case Gout_mode::create:
-            MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
-            break;
-    }
+    gout_tell(filename);
     if (!state.out.open(filename)) return false;
     find_ending();
     return true;

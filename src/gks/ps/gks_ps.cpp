@@ -217,19 +217,7 @@ void put_point(float x, float y, std::string_view action) {
 
 bool gps_open_file(const std::string& filename) {
     if (FILE_is_stdio(filename)) MESS_use_stderr();
-    const Gout_mode mode = gout_mode(filename);
-    const char* name = filename.c_str() + (mode == Gout_mode::create ? 0 : 1);
-    switch (mode) {
-        case Gout_mode::pipe:
-            MESS_print(MESS_PROGRESS, "Spooling to: %s\n", name);
-            break;
-        case Gout_mode::append:
-            MESS_print(MESS_PROGRESS, "Appending to: %s\n", name);
-            break;
-        case Gout_mode::create:
-            MESS_print(MESS_PROGRESS, "Creating: %s\n", name);
-            break;
-    }
+    gout_tell(filename);
     if (!state.out.open(filename)) return false;
     find_ending();
     return true;
