@@ -92,7 +92,7 @@ void find_ending() {
 char* put_number(char* at, char* end, float value) { return std::to_chars(at, end, std::lrint(value)).ptr; }
 
 void put_point(std::string_view action, float x, float y) {
-    std::array<char, 64> text;  // an action and two whole numbers
+    std::array<char, 64> text;                        // an action and two whole numbers
     char* const end = text.data() + text.size() - 2;  // room for what stands behind the numbers
     char* at = std::copy(action.begin(), action.end(), text.data());
     at = put_number(at, end, x);
