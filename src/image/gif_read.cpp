@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <new>
 
 #include "files/files.h"
 #include "frame/mess.h"
@@ -226,14 +225,7 @@ int GIF_read(const std::string& filename, IMG_report* image, int type) {
     image->colors.clear();
     const file_ptr file = FILE_open(filename, "rb");
     if (!file) return fail("Unable to open file");
-    int result = 0;
-    try {
-        result = read_file(file.get(), image, type);
-    } catch (const std::bad_alloc&) {
-        MESS_print(MESS_WARN, "Unable to allocate data buffer.\n");
-    }
-    if (result == 0) IMG_free(image);
-    return result;
+    return img_read_whole(image, [&] { return read_file(file.get(), image, type); });
 }
 
 }  // namespace zav

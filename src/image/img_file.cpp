@@ -80,4 +80,15 @@ bool img_check_picture(IMG_report* image, int most, const char* func) {
     return true;
 }
 
+int img_read_whole(IMG_report* image, const std::function<int()>& read) {
+    int result = 0;
+    try {
+        result = read();
+    } catch (const std::bad_alloc&) {
+        MESS_print(MESS_WARN, "Unable to allocate data buffer.\n");
+    }
+    if (result == 0) IMG_free(image);
+    return result;
+}
+
 }  // namespace zav

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ bool img_write_bytes(std::FILE* file, const void* bytes, std::size_t size);
 int img_write_file(const std::string& filename, const std::string& content, const char* failure);
 
 struct IMG_report;
+
+/// Result of `read`, which reads a file into the record. Without memory, told here, it is 0, and the record is then
+/// empty.
+int img_read_whole(IMG_report* image, const std::function<int()>& read);
 
 /// True if the record holds a picture whose lines are long enough for its pixels and which has no side above `most`;
 /// else warns in the name of `func`. Missing pixels become 0.

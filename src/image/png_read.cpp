@@ -5,7 +5,6 @@
 #include <array>
 #include <csetjmp>
 #include <cstdio>
-#include <new>
 
 #include "frame/mess.h"
 #include "frame/tools.h"
@@ -161,14 +160,7 @@ int PNG_read(const std::string& filename, IMG_report* image, int type) {
         png_sig_cmp(signature.data(), 0, signature.size()) != 0) {
         return 0;
     }
-    int result = 0;
-    try {
-        result = read_file(file.get(), image, type);
-    } catch (const std::bad_alloc&) {
-        MESS_print(MESS_WARN, "Unable to allocate data buffer.\n");
-    }
-    if (result == 0) IMG_free(image);
-    return result;
+    return img_read_whole(image, [&] { return read_file(file.get(), image, type); });
 }
 
 }  // namespace zav

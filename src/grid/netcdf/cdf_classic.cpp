@@ -1,5 +1,5 @@
-// The header of classic netCDF files, as "NetCDF Classic Format Specification" (Unidata) lays it down: big-endian
-// numbers, lists that begin with a tag and a count, names and values filled up to four octets.
+// The header of classic netCDF files (Unidata, NetCDF User's Guide, appendix on file formats): big-endian numbers,
+// lists that begin with a tag and a count, names and values filled up to four octets.
 
 #include "grid/netcdf/cdf_classic.h"
 
